@@ -1,0 +1,82 @@
+#include "dib/allocate.h"
+
+#include <new>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
+namespace dibkit {
+namespace {
+
+void preferLargePages(BYTE* block, std::int64_t bytes) {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+  constexpr std::uintptr_t largePage = std::uintptr_t{2} << 20;
+  const auto begin = (reinterpret_cast<std::uintptr_t>(block) + largePage - 1) & ~(largePage - 1);
+  const auto end =
+      (reinterpret_cast<std::uintptr_t>(block) + static_cast<std::uintptr_t>(bytes)) & ~(largePage - 1);
+  // Only a wish: a refusal changes nothing but the speed.
+  if (begin < end) static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
+#else
+  static_cast<void>(block);
+  static_cast<void>(bytes);
+#endif
+}
+
+void clearPadding(const View& view) {
+  const std::ptrdiff_t used = (std::ptrdiff_t{view.width()} * view.bitCount() + 7) / 8;
+  // The last byte of a row may hold both pixels and padding, so it is cleared with the padding.
+  const std::ptrdiff_t whole = std::ptrdiff_t{view.width()} * view.bitCount() / 8;
+  if (used == view.stride() && whole == used) return;
+  for (int y = 0; y < view.height(); ++y) {
+    std::memset(view.row(y) + whole, 0, static_cast<std::size_t>(view.stride() - whole));
+  }
+}
+
+}  // namespace
+
+BYTE* allocateBlock(std::int64_t bytes) {
+  if (bytes < 0 || bytes > maximumDibBytes) return nullptr;
+  BYTE* block = new (std::nothrow) BYTE[static_cast<std::size_t>(bytes)];
+  if (block != nullptr) preferLargePages(block, bytes);
+  return block;
+}
+
+OwnedDib createDib(int width, int height, int bitCount, int clrUsed, Pixels pixels) {
+  if (width < 0 || height < 0 || bitCount < 0 || bitCount > 0xFFFF) return nullptr;
+  BITMAPINFOHEADER header{};
+  header.biSize = sizeof(BITMAPINFOHEADER);
+  header.biWidth = width;
+  header.biHeight = height;
+  header.biPlanes = 1;
+  header.biBitCount = static_cast<WORD>(bitCount);
+  header.biCompression = BI_RGB;
+  // biSizeImage stays 0 on purpose: nothing in the library reads it.
+  if (clrUsed >= 1 && bitCount <= 8) header.biClrUsed = static_cast<DWORD>(clrUsed);
+
+  const std::optional<Layout> layout = layoutOf(&header);
+  if (!layout) return nullptr;
+  BYTE* block = allocateBlock(layout->total);
+  if (block == nullptr) return nullptr;
+  const std::int64_t cleared = pixels == Pixels::cleared ? layout->total : layout->bits;
+  std::memset(block, 0, static_cast<std::size_t>(cleared));
+  std::memcpy(block, &header, sizeof(header));
+  OwnedDib dib(reinterpret_cast<BITMAPINFOHEADER*>(block));
+  if (pixels == Pixels::unwritten) clearPadding(View(dib.get()));
+  return dib;
+}
+
+}  // namespace dibkit
+
+BITMAPINFOHEADER* CBitmapCreator::CreateDibImage(int width, int height, int bitCount, int clrUsed) {
+  return dibkit::createDib(width, height, bitCount, clrUsed).release();
+}
+
+BITMAPINFOHEADER* CBitmapCreator::Clone(const BITMAPINFOHEADER* dib) {
+  const std::optional<dibkit::Layout> layout = dibkit::layoutOf(dib);
+  if (!layout) return nullptr;
+  BYTE* block = dibkit::allocateBlock(layout->total);
+  if (block == nullptr) return nullptr;
+  std::memcpy(block, dib, static_cast<std::size_t>(layout->total));
+  return reinterpret_cast<BITMAPINFOHEADER*>(block);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/win32.h"
+
+/// \file
+/// The few classes of the host's application framework that cross the library's boundary. A host that is
+/// built with its framework brings them along; elsewhere they are as small as their use.
+
+#if defined(__AFX_H__)
+#include <afxtempl.h>
+#include <afxwin.h>
+#else
+
+#include "dib/colour_map.h"
+
+/// A POINT with constructors.
+class CPoint : public POINT {
+ public:
+  CPoint() : POINT{0, 0} {}
+  CPoint(int initX, int initY) : POINT{initX, initY} {}
+  CPoint(const POINT& point) : POINT(point) {}  // NOLINT: the framework's class converts implicitly
+  bool operator==(const POINT& other) const { return x == other.x && y == other.y; }
+  bool operator!=(const POINT& other) const { return !(*this == other); }
+};
+
+#endif

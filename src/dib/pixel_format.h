@@ -1,0 +1,141 @@
+#pragma once
+
+#include <cstring>
+
+#include "dib/view.h"
+
+namespace dibkit {
+
+/// A colour without opacity.
+struct Rgb {
+  BYTE red = 0;
+  BYTE green = 0;
+  BYTE blue = 0;
+  friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+constexpr BYTE lowByte(std::int64_t value) { return static_cast<BYTE>(value & 0xFF); }
+
+/// The colour in a COLORREF: red in the lowest byte, then green, then blue; the top byte is ignored.
+constexpr Rgb fromColorRef(DWORD colour) {
+  return {lowByte(colour), lowByte(colour >> 8), lowByte(colour >> 16)};
+}
+constexpr Rgb fromEntry(const RGBQUAD& entry) { return {entry.rgbRed, entry.rgbGreen, entry.rgbBlue}; }
+
+/// Red in bits 16 to 23, green in 8 to 15, blue in 0 to 7: a palette entry read as a little-endian number.
+constexpr DWORD entryKey(Rgb colour) {
+  return DWORD{colour.red} << 16 | DWORD{colour.green} << 8 | DWORD{colour.blue};
+}
+
+/// \name Pixel formats
+/// Each says how a row holds its pixels: `get` and `put` move the raw value, `colour` tells what it shows,
+/// `encode` (formats without palette) makes the raw value of a colour.
+/// @{
+struct Index1 {
+  static constexpr int bits = 1;
+  using Raw = BYTE;
+  static Raw get(const BYTE* row, int x) { return Get1BitPixel(row, x); }
+  static void put(BYTE* row, int x, Raw value) { Set1BitPixel(row, value, x); }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+};
+
+struct Index4 {
+  static constexpr int bits = 4;
+  using Raw = BYTE;
+  static Raw get(const BYTE* row, int x) { return Get4BitPixel(row, x); }
+  static void put(BYTE* row, int x, Raw value) { Set4BitPixel(row, value, x); }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+};
+
+struct Index8 {
+  static constexpr int bits = 8;
+  using Raw = BYTE;
+  static Raw get(const BYTE* row, int x) { return row[x]; }
+  static void put(BYTE* row, int x, Raw value) { row[x] = value; }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+};
+
+/// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are ignored on purpose, here and in every
+/// reader that shares this format.
+struct Rgb555 {
+  static constexpr int bits = 16;
+  using Raw = WORD;
+  static Raw get(const BYTE* row, int x) {
+    Raw value;
+    std::memcpy(&value, row + std::ptrdiff_t{x} * 2, sizeof(value));
+    return value;
+  }
+  static void put(BYTE* row, int x, Raw value) {
+    std::memcpy(row + std::ptrdiff_t{x} * 2, &value, sizeof(value));
+  }
+  /// Five bits land in the top of their byte; the low three stay 0, so that full white is 248.
+  static constexpr Rgb colour(Raw value) {
+    return {lowByte((value & 0x7C00) >> 7), lowByte((value & 0x03E0) >> 2), lowByte((value & 0x001F) << 3)};
+  }
+  static Rgb colour(Raw value, const PaletteTable&) { return colour(value); }
+  /// Drops the low three bits of each channel, without rounding.
+  static constexpr Raw encode(Rgb colour) {
+    return static_cast<Raw>((colour.red & 0xF8) << 7 | (colour.green & 0xF8) << 2 | colour.blue >> 3);
+  }
+};
+
+struct Bgr24 {
+  static constexpr int bits = 24;
+  using Raw = Rgb;
+  static Raw get(const BYTE* row, int x) {
+    const BYTE* pixel = row + std::ptrdiff_t{x} * 3;
+    return {pixel[2], pixel[1], pixel[0]};
+  }
+  static void put(BYTE* row, int x, Raw value) {
+    BYTE* pixel = row + std::ptrdiff_t{x} * 3;
+    pixel[0] = value.blue;
+    pixel[1] = value.green;
+    pixel[2] = value.red;
+  }
+  static Rgb colour(Raw value, const PaletteTable&) { return value; }
+  static constexpr Raw encode(Rgb colour) { return colour; }
+};
+
+/// Blue, green, red and a fourth byte, which is opacity in images made to be laid over others.
+struct Bgra32 {
+  static constexpr int bits = 32;
+  using Raw = DWORD;
+  static Raw get(const BYTE* row, int x) {
+    Raw value;
+    std::memcpy(&value, row + std::ptrdiff_t{x} * 4, sizeof(value));
+    return value;
+  }
+  static void put(BYTE* row, int x, Raw value) {
+    std::memcpy(row + std::ptrdiff_t{x} * 4, &value, sizeof(value));
+  }
+  static Rgb colour(Raw value, const PaletteTable&) {
+    return {lowByte(value >> 16), lowByte(value >> 8), lowByte(value)};
+  }
+  /// The fourth byte is 0.
+  static constexpr Raw encode(Rgb colour) { return entryKey(colour); }
+};
+/// @}
+
+/// Calls use(format) with the format of a depth, so that a loop knows its depth at compile time.
+/// \return use's result, or `otherwise` for a depth that has no format
+template <class Use, class Result>
+Result withFormat(int bitCount, Result otherwise, Use&& use) {
+  switch (bitCount) {
+    case 1:
+      return use(Index1{});
+    case 4:
+      return use(Index4{});
+    case 8:
+      return use(Index8{});
+    case 16:
+      return use(Rgb555{});
+    case 24:
+      return use(Bgr24{});
+    case 32:
+      return use(Bgra32{});
+    default:
+      return otherwise;
+  }
+}
+
+}  // namespace dibkit

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include "dib/view.h"
+
+namespace dibkit {
+
+/// A rectangle whose edges cannot overflow: the sums of any two 32-bit numbers fit.
+struct Box {
+  std::int64_t left = 0;
+  std::int64_t top = 0;
+  std::int64_t right = 0;   ///< exclusive
+  std::int64_t bottom = 0;  ///< exclusive
+
+  std::int64_t width() const { return right - left; }
+  std::int64_t height() const { return bottom - top; }
+  bool empty() const { return right <= left || bottom <= top; }
+  bool contains(std::int64_t x, std::int64_t y) const {
+    return x >= left && x < right && y >= top && y < bottom;
+  }
+};
+
+/// The rectangle that an image covers when its top-left pixel lies at `origin`.
+inline Box placedBox(std::int64_t width, std::int64_t height, const POINT& origin) {
+  return {origin.x, origin.y, origin.x + width, origin.y + height};
+}
+
+inline Box toBox(const RECT& rect) { return {rect.left, rect.top, rect.right, rect.bottom}; }
+
+/// The common part, all zeros when there is none.
+inline Box intersection(const Box& a, const Box& b) {
+  const Box common{std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                   std::min(a.bottom, b.bottom)};
+  return common.empty() ? Box{} : common;
+}
+
+/// The smallest box that holds both; an empty one is ignored, two empty ones give all zeros.
+inline Box unionOf(const Box& a, const Box& b) {
+  if (a.empty()) return b.empty() ? Box{} : b;
+  if (b.empty()) return a;
+  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+          std::max(a.bottom, b.bottom)};
+}
+
+/// Where several placed images overlap: the size of the common part, and the pixel of each image that lies at
+/// its top-left corner.
+template <std::size_t Count>
+struct Overlap {
+  struct Start {
+    int x = 0;
+    int y = 0;
+  };
+  int width = 0;
+  int height = 0;
+  std::array<Start, Count> start{};
+};
+
+template <std::size_t Count>
+Overlap<Count> overlapOf(const std::array<Box, Count>& boxes) {
+  Box common = boxes[0];
+  for (const Box& box : boxes) common = intersection(common, box);
+  Overlap<Count> overlap;
+  if (common.empty()) return overlap;
+  overlap.width = static_cast<int>(common.width());
+  overlap.height = static_cast<int>(common.height());
+  for (std::size_t i = 0; i < Count; ++i) {
+    overlap.start[i] = {static_cast<int>(common.left - boxes[i].left),
+                        static_cast<int>(common.top - boxes[i].top)};
+  }
+  return overlap;
+}
+
+}  // namespace dibkit

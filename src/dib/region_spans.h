@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "dib/dib.h"
+
+namespace dibkit {
+
+/// The rectangles of a region, read once, so that pixels are never asked about one by one: rows from the
+/// top, within a row from the left, those of one row sharing top and bottom.
+class RegionSpans {
+ public:
+  /// A null region, or memory that ran out, gives an object that is not valid and has no spans.
+  explicit RegionSpans(HRGN region);
+
+  bool valid() const { return valid_; }
+  /// The bounding rectangle, all zeros for an empty region.
+  const RECT& box() const { return box_; }
+  std::span<const RECT> rectangles() const { return rectangles_; }
+
+  /// The spans of one row, each the left and right of a rectangle. Found by binary search.
+  std::span<const RECT> row(int y) const;
+
+  /// Calls inside(x0, x1) and outside(x0, x1) for the parts of [left, right) on row y in and out of the
+  /// region, in order from the left.
+  template <class Inside, class Outside>
+  void splitRow(int y, int left, int right, Inside&& inside, Outside&& outside) const {
+    int x = left;
+    for (const RECT& span : row(y)) {
+      if (span.right <= x) continue;
+      if (span.left >= right) break;
+      const int begin = span.left > x ? static_cast<int>(span.left) : x;
+      const int end = span.right < right ? static_cast<int>(span.right) : right;
+      if (x < begin) outside(x, begin);
+      inside(begin, end);
+      x = end;
+    }
+    if (x < right) outside(x, right);
+  }
+
+ private:
+  std::unique_ptr<std::uint64_t[]> data_;
+  std::span<const RECT> rectangles_;
+  RECT box_{};
+  bool valid_ = false;
+};
+
+/// Builds a region from spans in one go. Rows that hold the same spans as the row above become one rectangle
+/// row, so that the region of a large area stays small. Throws std::bad_alloc when memory runs out.
+class SpanCollector {
+ public:
+  /// Adds [left, right) of row y. Rows come from the top, spans of a row from the left without overlap; spans
+  /// that touch become one.
+  void add(int y, int left, int right);
+  bool empty() const { return rectangles_.empty(); }
+  /// The region of all spans; empty spans give an empty region. Null when the platform fails.
+  OwnedRegion region();
+
+ private:
+  void closeRow();
+
+  std::vector<RECT> rectangles_;
+  std::size_t bandAbove_ = 0;  ///< first rectangle of the finished band that the open row may extend
+  std::size_t openRow_ = 0;    ///< first rectangle of the open row
+};
+
+}  // namespace dibkit

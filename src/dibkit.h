@@ -1,0 +1,7 @@
+#pragma once
+
+/// \mainpage dibkit
+/// Transformations of packed DIBs for editors of animated images. This header gives everything.
+
+#include "dib/dib.h"
+#include "platform/win32.h"

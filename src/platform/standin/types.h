@@ -1,0 +1,161 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The Win32 types, structures and constants, for grounds that have none of their own. Sizes and layouts are
+/// the platform's: a LONG has 32 bits whatever the compiler's long has.
+
+using BYTE = std::uint8_t;
+using WORD = std::uint16_t;
+using DWORD = std::uint32_t;
+using COLORREF = std::uint32_t;
+using LONG = std::int32_t;
+using UINT = unsigned int;
+using BOOL = int;
+using WCHAR = char16_t;
+
+#ifndef TRUE
+#define TRUE 1
+#endif
+#ifndef FALSE
+#define FALSE 0
+#endif
+
+using HANDLE = void*;
+using HGDIOBJ = void*;
+using HGLOBAL = void*;
+using HRGN = struct HRGN__*;
+using HDC = struct HDC__*;
+using HBITMAP = struct HBITMAP__*;
+using HPALETTE = struct HPALETTE__*;
+using HPEN = struct HPEN__*;
+using HBRUSH = struct HBRUSH__*;
+using HWND = struct HWND__*;
+
+struct POINT {
+  LONG x;
+  LONG y;
+};
+
+struct SIZE {
+  LONG cx;
+  LONG cy;
+};
+
+struct RECT {
+  LONG left;
+  LONG top;
+  LONG right;
+  LONG bottom;
+};
+
+using LPPOINT = POINT*;
+using LPSIZE = SIZE*;
+using LPRECT = RECT*;
+
+struct RGBQUAD {
+  BYTE rgbBlue;
+  BYTE rgbGreen;
+  BYTE rgbRed;
+  BYTE rgbReserved;
+};
+
+struct BITMAPINFOHEADER {
+  DWORD biSize;
+  LONG biWidth;
+  LONG biHeight;
+  WORD biPlanes;
+  WORD biBitCount;
+  DWORD biCompression;
+  DWORD biSizeImage;
+  LONG biXPelsPerMeter;
+  LONG biYPelsPerMeter;
+  DWORD biClrUsed;
+  DWORD biClrImportant;
+};
+
+struct BITMAPINFO {
+  BITMAPINFOHEADER bmiHeader;
+  RGBQUAD bmiColors[1];
+};
+
+struct BITMAP {
+  LONG bmType;
+  LONG bmWidth;
+  LONG bmHeight;
+  LONG bmWidthBytes;
+  WORD bmPlanes;
+  WORD bmBitsPixel;
+  void* bmBits;
+};
+
+struct RGNDATAHEADER {
+  DWORD dwSize;
+  DWORD iType;
+  DWORD nCount;
+  DWORD nRgnSize;
+  RECT rcBound;
+};
+
+struct RGNDATA {
+  RGNDATAHEADER rdh;
+  char Buffer[1];
+};
+
+struct XFORM {
+  float eM11;
+  float eM12;
+  float eM21;
+  float eM22;
+  float eDx;
+  float eDy;
+};
+
+struct PALETTEENTRY {
+  BYTE peRed;
+  BYTE peGreen;
+  BYTE peBlue;
+  BYTE peFlags;
+};
+
+struct LOGPALETTE {
+  WORD palVersion;
+  WORD palNumEntries;
+  PALETTEENTRY palPalEntry[1];
+};
+
+struct LOGBRUSH {
+  UINT lbStyle;
+  COLORREF lbColor;
+  std::uintptr_t lbHatch;
+};
+
+static_assert(sizeof(POINT) == 8 && sizeof(SIZE) == 8 && sizeof(RECT) == 16);
+static_assert(sizeof(RGBQUAD) == 4 && sizeof(PALETTEENTRY) == 4);
+static_assert(sizeof(BITMAPINFOHEADER) == 40 && sizeof(BITMAPINFO) == 44);
+static_assert(sizeof(RGNDATAHEADER) == 32 && offsetof(RGNDATA, Buffer) == 32);
+static_assert(sizeof(LOGPALETTE) == 8 && sizeof(XFORM) == 24);
+
+constexpr DWORD BI_RGB = 0;
+constexpr DWORD BI_BITFIELDS = 3;
+
+constexpr int ERROR = 0;
+constexpr int NULLREGION = 1;
+constexpr int SIMPLEREGION = 2;
+constexpr int COMPLEXREGION = 3;
+
+constexpr int RGN_AND = 1;
+constexpr int RGN_OR = 2;
+constexpr int RGN_XOR = 3;
+constexpr int RGN_DIFF = 4;
+constexpr int RGN_COPY = 5;
+
+constexpr int ALTERNATE = 1;
+constexpr int WINDING = 2;
+
+constexpr DWORD RDH_RECTANGLES = 1;
+
+constexpr COLORREF RGB(int red, int green, int blue) {
+  return static_cast<COLORREF>((red & 255) | (green & 255) << 8 | (blue & 255) << 16);
+}
