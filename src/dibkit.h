@@ -4,4 +4,5 @@
 /// Transformations of packed DIBs for editors of animated images. This header gives everything.
 
 #include "dib/dib.h"
+#include "dib32/dib32.h"
 #include "platform/win32.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <tuple>
 
 #include "dib/view.h"
 
@@ -71,6 +72,36 @@ Overlap<Count> overlapOf(const std::array<Box, Count>& boxes) {
                         static_cast<int>(common.top - boxes[i].top)};
   }
   return overlap;
+}
+
+/// A view with the point where its top-left pixel lies, in a space that it shares with others.
+template <class Byte>
+struct Placed {
+  BasicView<Byte> view;
+  POINT origin;
+
+  Box box() const { return placedBox(view.width(), view.height(), origin); }
+  /// The byte of line y that holds the first bit of column x.
+  Byte* at(int x, int y) const { return view.row(y) + std::ptrdiff_t{x} * view.bitCount() / 8; }
+};
+template <class Byte>
+Placed(BasicView<Byte>, POINT) -> Placed<Byte>;
+
+/// Calls use(count, bytes...) for every row of the common part of the placed views, from the top: the number
+/// of pixels in it and each view's byte where it starts. For views of whole bytes a pixel. A null view has no
+/// common part with any.
+template <class Use, class... Byte>
+void forEachCommonRow(Use&& use, const Placed<Byte>&... placed) {
+  const auto overlap = overlapOf<sizeof...(Byte)>({placed.box()...});
+  for (int y = 0; y < overlap.height; ++y) {
+    std::size_t next = 0;
+    const auto start = [&](const auto& one) {
+      const auto& corner = overlap.start[next++];
+      return one.at(corner.x, corner.y + y);
+    };
+    // Braces, since they fix the order in which the starts are taken.
+    std::apply(use, std::tuple{overlap.width, start(placed)...});
+  }
 }
 
 }  // namespace dibkit

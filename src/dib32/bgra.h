@@ -1,0 +1,28 @@
+#pragma once
+
+#include "dib/pixel_format.h"
+
+namespace dibkit {
+
+/// A pixel of a 32-bit image, in its order in memory.
+struct Bgra {
+  BYTE blue = 0;
+  BYTE green = 0;
+  BYTE red = 0;
+  BYTE alpha = 0;
+  friend bool operator==(const Bgra&, const Bgra&) = default;
+};
+static_assert(sizeof(Bgra) == 4 && alignof(Bgra) == 1);
+
+constexpr Bgra withAlpha(Rgb colour, BYTE alpha) { return {colour.blue, colour.green, colour.red, alpha}; }
+
+/// The pixels of a row of a 32-bit view. All members are bytes, which may alias any memory.
+inline Bgra* pixelsOf(BYTE* row) { return reinterpret_cast<Bgra*>(row); }
+inline const Bgra* pixelsOf(const BYTE* row) { return reinterpret_cast<const Bgra*>(row); }
+
+/// Brightness on a scale of 0 to 255; the weights sum to 1024.
+constexpr int luminance(const Bgra& pixel) {
+  return (117 * pixel.blue + 601 * pixel.green + 306 * pixel.red) >> 10;
+}
+
+}  // namespace dibkit

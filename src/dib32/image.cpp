@@ -1,0 +1,196 @@
+#include <algorithm>
+#include <bit>
+
+#include "dib/allocate.h"
+#include "dib32/bgra.h"
+#include "dib32/dib32.h"
+#include "dib32/opacity.h"
+
+namespace dibkit {
+namespace {
+
+void fillRows(const View& image, const Bgra& pixel) {
+  for (int y = 0; y < image.height(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
+}
+
+/// Calls use(pixel) for every pixel of a 32-bit image; does nothing for any other.
+template <class Use>
+void forEachPixel(BITMAPINFOHEADER* dib, Use&& use) {
+  const View image = viewOfDepth(dib, 32);
+  for (int y = 0; y < image.height(); ++y) {
+    Bgra* row = pixelsOf(image.row(y));
+    for (int x = 0; x < image.width(); ++x) use(row[x]);
+  }
+}
+
+/// Whether found(alpha) holds for some pixel; each row is looked at whole, without a branch per pixel.
+template <class Found>
+bool anyAlpha(const View& image, Found&& found) {
+  for (int y = 0; y < image.height(); ++y) {
+    const Bgra* row = pixelsOf(image.row(y));
+    bool any = false;
+    for (int x = 0; x < image.width(); ++x) any |= found(row[x].alpha);
+    if (any) return true;
+  }
+  return false;
+}
+
+/// Gives the pixels whose mask bit is set the opacity `alpha`. A mask of another depth masks nothing.
+void setMaskedAlpha(const View& image, const BITMAPINFOHEADER* maskDib, BYTE alpha) {
+  const ConstView mask = viewOfDepth(maskDib, 1);
+  const int width = std::min(image.width(), mask.width());
+  const int height = std::min(image.height(), mask.height());
+  for (int y = 0; y < height; ++y) {
+    Bgra* row = pixelsOf(image.row(y));
+    const BYTE* bits = mask.row(y);
+    for (int x = 0; x < width; ++x) {
+      if (Index1::get(bits, x) != 0) row[x].alpha = alpha;
+    }
+  }
+}
+
+/// A bit field of a 16-bit pixel as a byte. The field is found by the lengths of those below it, not by its
+/// mask's own shift: fields with gaps between them read wrong, and that stays so.
+struct Field {
+  DWORD mask;
+  int down;  ///< bits of all fields below
+  int up;    ///< from the field's length to 8 bits; 8, which leaves nothing of the byte, for a longer one
+
+  Field(DWORD fieldMask, int lengthBelow) : mask(fieldMask), down(std::min(lengthBelow, 31)) {
+    up = 8 - lengthOf(fieldMask);
+    if (up < 0) up = 8;
+  }
+  BYTE of(WORD pixel) const { return lowByte(DWORD{(pixel & mask) >> down << up}); }
+
+  static int lengthOf(DWORD fieldMask) {
+    int shift = 0;
+    int length = 0;
+    CDIB32::CalcuMaskShift(fieldMask, shift, length);
+    return length;
+  }
+};
+
+OwnedDib fromBitFields(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask) {
+  const ConstView source = viewOfDepth(sourceDib, 16);
+  if (!source || sourceDib->biCompression != BI_BITFIELDS) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+  if (!result) return nullptr;
+
+  DWORD masks[3];
+  std::memcpy(masks, reinterpret_cast<const BYTE*>(sourceDib) + sourceDib->biSize, sizeof(masks));
+  const int blueLength = Field::lengthOf(masks[2]);
+  const Field red(masks[0], Field::lengthOf(masks[1]) + blueLength);
+  const Field green(masks[1], blueLength);
+  const Field blue(masks[2], 0);
+  const View image(result.get());
+  for (int y = 0; y < image.height(); ++y) {
+    const BYTE* from = source.row(y);
+    Bgra* to = pixelsOf(image.row(y));
+    for (int x = 0; x < image.width(); ++x) {
+      const WORD pixel = Rgb555::get(from, x);
+      to[x] = {blue.of(pixel), green.of(pixel), red.of(pixel), 255};
+    }
+  }
+  setMaskedAlpha(image, mask, 0);
+  return result;
+}
+
+OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask, BYTE normalAlpha,
+                BYTE maskedAlpha) {
+  const ConstView source(sourceDib);
+  if (!source) return nullptr;
+  const PaletteTable palette(sourceDib);
+  return withFormat(source.bitCount(), OwnedDib(), [&](auto format) -> OwnedDib {
+    using Format = decltype(format);
+    OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+    if (!result) return nullptr;
+    const View image(result.get());
+    for (int y = 0; y < image.height(); ++y) {
+      const BYTE* from = source.row(y);
+      Bgra* to = pixelsOf(image.row(y));
+      for (int x = 0; x < image.width(); ++x) {
+        to[x] = withAlpha(Format::colour(Format::get(from, x), palette), normalAlpha);
+      }
+    }
+    setMaskedAlpha(image, mask, maskedAlpha);
+    return result;
+  });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+CDIB32::~CDIB32() = default;
+
+BITMAPINFOHEADER* CDIB32::CreateBlank32BitsDIB(int width, int height) {
+  return dibkit::createDib(width, height, 32, 0).release();
+}
+
+BITMAPINFOHEADER* CDIB32::CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha) {
+  dibkit::OwnedDib result = dibkit::createDib(width, height, 32, 0, dibkit::Pixels::unwritten);
+  if (result) {
+    dibkit::fillRows(dibkit::View(result.get()), dibkit::withAlpha(dibkit::fromColorRef(colour), alpha));
+  }
+  return result.release();
+}
+
+BITMAPINFOHEADER* CDIB32::ConvertTo32BitsDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask,
+                                             BYTE normalAlpha, BYTE maskedAlpha) {
+  if (source != nullptr && source->biBitCount == 16 && source->biCompression == BI_BITFIELDS) {
+    return ConvertBitField16BitsDIBTo32BitsDIB(source, mask);
+  }
+  return dibkit::toBgra(source, mask, normalAlpha, maskedAlpha).release();
+}
+
+BITMAPINFOHEADER* CDIB32::ConvertBitField16BitsDIBTo32BitsDIB(BITMAPINFOHEADER* source,
+                                                              BITMAPINFOHEADER* mask) {
+  return dibkit::fromBitFields(source, mask).release();
+}
+
+void CDIB32::CalcuMaskShift(DWORD mask, int& shift, int& length) {
+  shift = mask != 0 ? std::countr_zero(mask) : 0;
+  length = std::countr_one(mask >> shift);
+}
+
+void CDIB32::Make32BitsSimpleColorDIB(BITMAPINFOHEADER* image, COLORREF colour) {
+  const dibkit::Rgb rgb = dibkit::fromColorRef(colour);
+  dibkit::forEachPixel(image, [rgb](dibkit::Bgra& pixel) { pixel = dibkit::withAlpha(rgb, pixel.alpha); });
+}
+
+void CDIB32::MakeAllPixelsSameOpacity(BITMAPINFOHEADER* image, BYTE alpha) {
+  dibkit::forEachPixel(image, [alpha](dibkit::Bgra& pixel) { pixel.alpha = alpha; });
+}
+
+void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
+  dibkit::forEachPixel(
+      image, [reduction](dibkit::Bgra& pixel) { pixel.alpha = dibkit::scaledDown(pixel.alpha, reduction); });
+}
+
+void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {
+  dibkit::fillRows(dibkit::viewOfDepth(image, 32), {blue, green, red, 255});
+}
+
+BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {
+  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  return view && !dibkit::anyAlpha(view, [](BYTE alpha) { return alpha < 255; });
+}
+
+BOOL CDIB32::IsTranslucence32BitsImage(BITMAPINFOHEADER* const image) {
+  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  return dibkit::anyAlpha(view, [](BYTE alpha) { return alpha > 0 && alpha < 255; });
+}
+
+BOOL CDIB32::IsIn32BitsDIB(BITMAPINFOHEADER* image, const POINT& point) {
+  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  return view.contains(point.x, point.y) &&
+         dibkit::pixelsOf(view.row(static_cast<int>(point.y)))[point.x].alpha != 0;
+}
+
+int CDIB32::CompareColors(const void* a, const void* b) {
+  const auto luminance = [](const void* pixel) {
+    // Three bytes, not four: the pixel may be the last one of a block of three-byte pixels.
+    const auto* bytes = static_cast<const BYTE*>(pixel);
+    return dibkit::luminance({bytes[0], bytes[1], bytes[2]});
+  };
+  return luminance(a) - luminance(b);
+}
