@@ -3,6 +3,7 @@
 /// \mainpage dibkit
 /// Transformations of packed DIBs for editors of animated images. This header gives everything.
 
+#include "convert/convert.h"
 #include "dib/dib.h"
 #include "dib32/dib32.h"
 #include "platform/win32.h"

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <utility>
+
+#include "dib/allocate.h"
+#include "dib/row_progress.h"
+
+namespace dibkit {
+
+/// The walk that every conversion shares: calls row(from, to) for each line from the top, reports, and stops
+/// when the user cancels.
+/// \param result of the source's size; null when it could not be made
+/// \return the result; null when there was none or the user cancelled, also during the last line
+template <class Row>
+OwnedDib fillRows(const ConstView& source, OwnedDib result, CQorCommonProgress* progress, Row&& row) {
+  if (!result) return nullptr;
+  const View target(result.get());
+  const bool finished =
+      forEachRowReporting(source.height(), progress, [&](int y) { row(source.row(y), target.row(y)); });
+  return finished ? std::move(result) : nullptr;
+}
+
+}  // namespace dibkit

@@ -1,0 +1,101 @@
+
+#include "convert/convert.h"
+#include "convert/palette_finish.h"
+#include "dib/index_rows.h"
+#include "dib/map_walk.h"
+
+namespace dibkit {
+namespace {
+
+constexpr int depthFor(std::int64_t colours) {
+  if (colours < 3) return 1;
+  return colours < 17 ? 4 : 8;
+}
+
+/// The low byte of an index is what a pixel keeps; one bit keeps whether there is any.
+constexpr BYTE storedIndex(int index, int depth) {
+  return depth == 1 ? static_cast<BYTE>(index != 0) : lowByte(index);
+}
+
+/// Fills the rows of `result` with the indexes of the source's colours.
+/// \param lookUp gives the stored index of a colour key; asked once for each run of a colour
+template <class LookUp>
+void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookUp) {
+  const View target(result);
+  withFormat(target.bitCount(), 0, [&](auto format) {
+    using Format = decltype(format);
+    if constexpr (Format::bits <= 8) {
+      for (int y = 0; y < source.height(); ++y) {
+        const BYTE* from = source.row(y);
+        BYTE indexes[indexChunk];
+        for (int left = 0; left < source.width(); left += indexChunk) {
+          const int count = std::min(indexChunk, source.width() - left);
+          forEachColourRun(from, left, left + count, [&](DWORD key, int begin, int end) {
+            std::memset(indexes + (begin - left), lookUp(key), static_cast<std::size_t>(end - begin));
+            return true;
+          });
+          storeIndexes<Format>(indexes, left, count, target.row(y));
+        }
+      }
+    }
+    return 0;
+  });
+}
+
+OwnedDib createForPalette(const ConstView& source, std::int64_t colours) {
+  if (!source || colours > INT32_MAX) return nullptr;
+  return createDib(source.width(), source.height(), depthFor(colours), static_cast<int>(colours),
+                   Pixels::unwritten);
+}
+
+OwnedDib convertOnto(const ColourMap& map, const BITMAPINFOHEADER* dib) {
+  const ConstView source(dib, Bgr24::bits);
+  OwnedDib result = createForPalette(source, map.GetCount());
+  if (!result) return nullptr;
+  const int depth = result->biBitCount;
+
+  // The map is asked about each of its colours once; pixels go through the small hash.
+  ColourIndex colours;
+  BYTE stored[ColourIndex::capacity] = {};
+  forEachAssociation(map, [&](DWORD key, int value) {
+    putEntry(result.get(), value, entryOf(key & 0xFFFFFF));
+    if (key > 0xFFFFFF) return;  // no pixel's key has a fourth byte
+    const int slot = colours.enter(key);
+    if (slot != ColourIndex::none) stored[slot] = storedIndex(value, depth);
+  });
+  if (map.GetCount() <= ColourIndex::capacity) {
+    indexRows(source, result.get(), [&](DWORD key) {
+      const int slot = colours.find(key);
+      return slot == ColourIndex::none ? BYTE{0} : stored[slot];
+    });
+  } else {
+    indexRows(source, result.get(), [&](DWORD key) {
+      int value = 0;
+      return map.Lookup(key, value) != 0 ? storedIndex(value, depth) : BYTE{0};
+    });
+  }
+  return result;
+}
+
+}  // namespace
+
+OwnedDib FrameColours::finish(OwnedDib work) {
+  if (overflowed_) return work;
+  if (colours_.size() == 0) colours_.enter(0);
+  const ConstView source(work.get(), Bgr24::bits);
+  OwnedDib result = createForPalette(source, colours_.size());
+  if (!result) return nullptr;
+  for (int i = 0; i < colours_.size(); ++i) putEntry(result.get(), i, entryOf(colours_[i]));
+  indexRows(source, result.get(), [&](DWORD key) {
+    const int index = colours_.find(key);
+    return index == ColourIndex::none ? BYTE{0} : lowByte(index);
+  });
+  return result;
+}
+
+}  // namespace dibkit
+
+BITMAPINFOHEADER* Convert24BitsDIBToLowerBitsDIB(BITMAPINFOHEADER* source,
+                                                 CMap<DWORD, DWORD&, int, int&>& map) {
+  return dibkit::convertOnto(map, source).release();
+}

@@ -1,0 +1,188 @@
+#include <array>
+
+#include "convert/convert.h"
+#include "convert/row_walk.h"
+#include "dib/index_rows.h"
+
+namespace dibkit {
+namespace {
+
+/// Where a conversion finds its source's palette. Those to 24 bits look at the place where a plain header
+/// ends, those to 16 bits where the header says that it ends. Hosts rely on either, so the difference stays;
+/// it shows only in images with longer headers.
+template <class Target>
+PaletteTable paletteFor(const BITMAPINFOHEADER* source) {
+  return Target::bits == 24 ? PaletteTable(source, sizeof(BITMAPINFOHEADER)) : PaletteTable(source);
+}
+
+/// The pixels of a target format for every index.
+template <class Target>
+using Pixels256 = std::array<std::conditional_t<Target::bits == 16, WORD, DWORD>, 256>;
+
+template <class Target>
+Pixels256<Target> pixelsOf(const PaletteTable& palette) {
+  Pixels256<Target> pixels;
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const Rgb colour = fromEntry(palette[i]);
+    if constexpr (Target::bits == 16) {
+      pixels[i] = Target::encode(colour);
+    } else {
+      pixels[i] = entryKey(colour);
+    }
+  }
+  return pixels;
+}
+
+void lookUp(const BYTE* indexes, int count, const Pixels256<Rgb555>& pixels, BYTE* to) {
+  for (int x = 0; x < count; ++x) Rgb555::put(to, x, pixels[indexes[x]]);
+}
+
+/// Stores four bytes a pixel, the fourth of which the next pixel overwrites; only the last pixel has no next.
+void lookUp(const BYTE* indexes, int count, const Pixels256<Bgr24>& pixels, BYTE* to) {
+  for (int x = 0; x + 1 < count; ++x) std::memcpy(to + std::ptrdiff_t{x} * 3, &pixels[indexes[x]], 4);
+  if (count > 0) std::memcpy(to + std::ptrdiff_t{count - 1} * 3, &pixels[indexes[count - 1]], 3);
+}
+
+/// From a format with a palette: through a table made once.
+template <class Source, class Target>
+OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, Source::bits);
+  if (!source) return nullptr;
+  const Pixels256<Target> pixels = pixelsOf<Target>(paletteFor<Target>(dib));
+  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
+  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
+    BYTE buffer[indexChunk];
+    for (int left = 0; left < source.width(); left += indexChunk) {
+      const int count = std::min(indexChunk, source.width() - left);
+      const BYTE* indexes = indexesAt<Source>(from, left, count, buffer);
+      lookUp(indexes, count, pixels, to + std::ptrdiff_t{left} * Target::bits / 8);
+    }
+  });
+}
+
+/// From a format without palette: pixel by pixel.
+template <class Source, class Target>
+OwnedDib convertDirect(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, Source::bits);
+  if (!source) return nullptr;
+  const PaletteTable noPalette;
+  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
+  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
+    for (int x = 0; x < source.width(); ++x) {
+      Target::put(to, x, Target::encode(Source::colour(Source::get(from, x), noPalette)));
+    }
+  });
+}
+
+template <class Source, class Target>
+OwnedDib convert(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  if constexpr (Source::bits <= 8) {
+    return convertIndexed<Source, Target>(dib, progress);
+  } else {
+    return convertDirect<Source, Target>(dib, progress);
+  }
+}
+
+/// From any depth. What has the target's depth already is cloned and nobody is told: a clone has no lines.
+template <class Target>
+OwnedDib convertAny(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  if (dib == nullptr) return nullptr;
+  return withFormat(dib->biBitCount, OwnedDib(), [&](auto format) {
+    using Source = decltype(format);
+    if constexpr (Source::bits == Target::bits) {
+      return OwnedDib(CBitmapCreator::Clone(dib));
+    } else {
+      return convert<Source, Target>(dib, progress);
+    }
+  });
+}
+
+/// The bytes 0, red, green, blue: the reverse of what images to be composited hold. The hosts that take this
+/// image expect it so.
+DWORD reversed(Rgb colour) {
+  return DWORD{colour.blue} << 24 | DWORD{colour.green} << 16 | DWORD{colour.red} << 8;
+}
+
+OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, Bgr24::bits);
+  if (!source) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, Pixels::unwritten);
+  if (!result) return nullptr;
+  const View target(result.get());
+  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) {
+    const BYTE* from = source.row(flip ? source.height() - 1 - y : y);
+    BYTE* to = target.row(y);
+    for (int x = 0; x < source.width(); ++x) Bgra32::put(to, x, reversed(Bgr24::get(from, x)));
+  });
+  return finished ? std::move(result) : nullptr;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+BITMAPINFOHEADER* CBitmapConverter::Convert1BitsTo24Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index1, Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert4BitsTo24Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index4, Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert8BitsTo24Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index8, Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert16BitsTo24Bits(BITMAPINFOHEADER* source,
+                                                          CQorCommonProgress* progress) {
+  return convert<Rgb555, Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert32BitsTo24Bits(BITMAPINFOHEADER* source,
+                                                          CQorCommonProgress* progress) {
+  return convert<Bgra32, Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertDIBTo24Bits(BITMAPINFOHEADER* source,
+                                                       CQorCommonProgress* progress) {
+  return convertAny<Bgr24>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert1BitsTo16Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index1, Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert4BitsTo16Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index4, Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert8BitsTo16Bits(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convert<Index8, Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert24BitsTo16Bits(BITMAPINFOHEADER* source,
+                                                          CQorCommonProgress* progress) {
+  return convert<Bgr24, Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert32BitsTo16Bits(BITMAPINFOHEADER* source,
+                                                          CQorCommonProgress* progress) {
+  return convert<Bgra32, Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertDIBTo16Bits(BITMAPINFOHEADER* source,
+                                                       CQorCommonProgress* progress) {
+  return convertAny<Rgb555>(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert24BitsTo32Bits(BITMAPINFOHEADER* source, int flip,
+                                                          CQorCommonProgress* progress) {
+  return convertTo32Reversed(source, flip != 0, progress).release();
+}
