@@ -6,4 +6,5 @@
 #include "convert/convert.h"
 #include "dib/dib.h"
 #include "dib32/dib32.h"
+#include "frames/frames.h"
 #include "platform/win32.h"

@@ -50,19 +50,33 @@ int runStart(const std::uint64_t* row, int x) {
   return 0;
 }
 
-void clearBits(std::uint64_t* row, int left, int right) {
+namespace {
+
+/// Calls change(word, bits) for every word of a row that holds pixels of [left, right), with their bits.
+template <class Change>
+void forEachWord(std::uint64_t* row, int left, int right, Change&& change) {
   if (left >= right) return;
   const int first = left / 64;
   const int last = (right - 1) / 64;
   const std::uint64_t head = upperBits(left % 64);
-  const std::uint64_t tail = upperBits((right - 1) % 64) << 1;  // bits beyond the run stay
+  const std::uint64_t tail = ~(upperBits((right - 1) % 64) << 1);
   if (first == last) {
-    row[first] &= ~(head & ~tail);
+    change(row[first], head & tail);
     return;
   }
-  row[first] &= ~head;
-  for (int word = first + 1; word < last; ++word) row[word] = 0;
-  row[last] &= tail;
+  change(row[first], head);
+  for (int word = first + 1; word < last; ++word) change(row[word], ~std::uint64_t{0});
+  change(row[last], tail);
+}
+
+}  // namespace
+
+void clearBits(std::uint64_t* row, int left, int right) {
+  forEachWord(row, left, right, [](std::uint64_t& word, std::uint64_t bits) { word &= ~bits; });
+}
+
+void setBits(std::uint64_t* row, int left, int right) {
+  forEachWord(row, left, right, [](std::uint64_t& word, std::uint64_t bits) { word |= bits; });
 }
 
 }  // namespace dibkit

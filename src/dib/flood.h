@@ -33,6 +33,8 @@ int findBit(const std::uint64_t* row, int from, int end, bool set);
 int runStart(const std::uint64_t* row, int x);
 /// Clears the bits of [left, right).
 void clearBits(std::uint64_t* row, int left, int right);
+/// Sets the bits of [left, right).
+void setBits(std::uint64_t* row, int left, int right);
 
 /// Calls run(left, right) for every run of set bits in the first `width` bits, from the left.
 template <class Run>

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "dib/view.h"
+
+namespace dibkit {
+
+/// Decodes pixels [x, x + count) of a row of any depth to blue, green, red bytes. A depth that has no format
+/// shows palette entry 0 up to 8 bits and black above.
+void decodeBgrRow(int bitCount, const BYTE* row, int x, int count, const PaletteTable& palette, BYTE* bgr);
+
+}  // namespace dibkit

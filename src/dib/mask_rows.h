@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/win32.h"
+
+/// \file
+/// Rows of 1-bit images, in which the most significant bit of a byte is the leftmost pixel, handled in runs
+/// and words instead of pixels.
+
+namespace dibkit {
+
+/// Sets the pixels of [left, right) to `value`.
+void fillMaskRow(BYTE* row, int left, int right, bool value);
+
+/// Gives the first `width` pixels as BitGrid holds them: bit x mod 64 of word x / 64 is pixel x, bits beyond
+/// the width are 0. Reads no byte beyond the one that holds the last pixel.
+void loadMaskRow(const BYTE* row, int width, std::uint64_t* words);
+
+/// Copies `count` bits from bit `firstBit` of a row, counted from its left end, to the left end of another;
+/// the bits that follow in the last byte written become 0. Serves pixels of any depth.
+void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BYTE* to);
+
+}  // namespace dibkit

@@ -1,0 +1,37 @@
+#include "frames/difference.h"
+#include "frames/frames.h"
+
+void GetPixelRGB(BYTE* row, int x, int bitCount, RGBQUAD* palette, BYTE* red, BYTE* green, BYTE* blue) {
+  using namespace dibkit;
+  if (red == nullptr || green == nullptr || blue == nullptr || x < 0) return;
+  const auto give = [&](Rgb colour) {
+    *red = colour.red;
+    *green = colour.green;
+    *blue = colour.blue;
+    return true;
+  };
+  const bool known = row != nullptr && withFormat(bitCount, false, [&](auto format) {
+                       using Format = decltype(format);
+                       const auto raw = Format::get(row, x);
+                       if constexpr (Format::bits <= 8) {
+                         return palette != nullptr && give(fromEntry(palette[raw]));
+                       } else {
+                         return give(Format::colour(raw, PaletteTable()));
+                       }
+                     });
+  // Depths up to 8 without a format count as index 0.
+  if (!known && bitCount <= 8 && palette != nullptr) give(fromEntry(palette[0]));
+}
+
+int CompareFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, BITMAPINFOHEADER* frameB,
+                 BITMAPINFOHEADER* maskB) {
+  using namespace dibkit;
+  const Frame a(frameA, maskA);
+  const Frame b(frameB, maskB);
+  if (!a || !b || a.width() != b.width() || a.height() != b.height()) return 0;
+  const FrameDifference difference(a, b);
+  for (int y = 0; y < a.height(); ++y) {
+    if (difference.first({0, y, 0, y}, a.width()) != a.width()) return 0;
+  }
+  return 1;
+}

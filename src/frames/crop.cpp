@@ -1,0 +1,144 @@
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/placement.h"
+#include "dib/region_spans.h"
+#include "frames/frame.h"
+#include "frames/frames.h"
+
+namespace dibkit {
+namespace {
+
+/// The box of a region laid over an image: where they overlap, and where that lies in the box.
+struct Cut {
+  Cut(const RECT& regionBox, const ConstView& source)
+      : box(toBox(regionBox)),
+        overlap(overlapOf<2>({box, placedBox(source.width(), source.height(), POINT{0, 0})})) {}
+
+  int width() const { return static_cast<int>(std::min<std::int64_t>(box.width(), INT32_MAX)); }
+  int height() const { return static_cast<int>(std::min<std::int64_t>(box.height(), INT32_MAX)); }
+
+  Box box;
+  Overlap<2> overlap;
+  const Overlap<2>::Start& inPiece() const { return overlap.start[0]; }
+  const Overlap<2>::Start& inSource() const { return overlap.start[1]; }
+  /// Whether the source covers the whole box, so that every pixel of the piece gets written.
+  bool whole() const { return overlap.width == box.width() && overlap.height == box.height(); }
+};
+
+/// Copies the overlap's part of a line, raw pixels of any depth that has a format.
+void copyRawRow(int bitCount, const BYTE* from, const Cut& cut, BYTE* to) {
+  const int count = cut.overlap.width;
+  const int sourceX = cut.inSource().x;
+  const int pieceX = cut.inPiece().x;
+  if (std::int64_t{pieceX} * bitCount % 8 == 0) {
+    copyRowBits(from, std::int64_t{sourceX} * bitCount, std::int64_t{count} * bitCount,
+                to + std::int64_t{pieceX} * bitCount / 8);
+    return;
+  }
+  withFormat(bitCount, 0, [&](auto format) {
+    using Format = decltype(format);
+    for (int x = 0; x < count; ++x) Format::put(to, pieceX + x, Format::get(from, sourceX + x));
+    return 0;
+  });
+}
+
+OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const Cut& cut) {
+  const int bitCount = source.bitCount();
+  const int clrUsed = bitCount <= 8 ? static_cast<int>(dib->biClrUsed) : 0;
+  const bool hasFormat = withFormat(bitCount, false, [](auto) { return true; });
+  OwnedDib piece = createDib(cut.width(), cut.height(), bitCount, clrUsed,
+                             cut.whole() && hasFormat ? Pixels::unwritten : Pixels::cleared);
+  if (!piece) return nullptr;
+  std::memcpy(piece.get() + 1, reinterpret_cast<const BYTE*>(dib) + dib->biSize,
+              std::size_t{GetDIBPaletteSize(dib)} * sizeof(RGBQUAD));
+  // Pixels of an unknown depth stay 0: only header, palette and mask of such a frame can be cut.
+  if (!hasFormat) return piece;
+  const View target(piece.get());
+  for (int y = 0; y < cut.overlap.height; ++y) {
+    copyRawRow(bitCount, source.row(cut.inSource().y + y), cut, target.row(cut.inPiece().y + y));
+  }
+  return piece;
+}
+
+/// Writes the mask of a piece whose bits are still 0: transparent is what the frame's mask marks, what lies
+/// outside the region, and what the frame does not have. The region counts even where there is a mask.
+/// \return whether any pixel is transparent
+bool cropMask(const Frame& frame, const RegionSpans& region, const Cut& cut, const View& mask) {
+  const int left = static_cast<int>(cut.box.left);
+  const int begin = cut.inPiece().x;
+  const int end = begin + cut.overlap.width;
+  bool found = !cut.whole();
+  for (int y = 0; y < mask.height(); ++y) {
+    BYTE* row = mask.row(y);
+    const int inOverlap = y - cut.inPiece().y;
+    if (inOverlap < 0 || inOverlap >= cut.overlap.height) {
+      fillMaskRow(row, 0, mask.width(), true);
+      continue;
+    }
+    const int sourceY = cut.inSource().y + inOverlap;
+    if (const BYTE* marked = frame.mask().row(sourceY)) {
+      copyRawRow(1, marked, cut, row);
+      found = found || std::any_of(row, row + mask.stride(), [](BYTE bits) { return bits != 0; });
+    }
+    fillMaskRow(row, 0, begin, true);
+    fillMaskRow(row, end, mask.width(), true);
+    region.splitRow(
+        sourceY, left + begin, left + end, [](int, int) {},
+        [&](int x0, int x1) {
+          fillMaskRow(row, x0 - left, x1 - left, true);
+          found = true;
+        });
+  }
+  return found;
+}
+
+OwnedDib crop32(const ConstView& source, const RegionSpans& region) {
+  if (!source || !region.valid()) return nullptr;
+  const Cut cut(region.box(), source);
+  OwnedDib piece =
+      createDib(cut.width(), cut.height(), 32, 0, cut.whole() ? Pixels::unwritten : Pixels::cleared);
+  if (!piece) return nullptr;
+  const View target(piece.get());
+  const int left = static_cast<int>(cut.box.left);
+  for (int y = 0; y < cut.overlap.height; ++y) {
+    const int sourceY = cut.inSource().y + y;
+    const BYTE* from = source.row(sourceY);
+    BYTE* to = target.row(cut.inPiece().y + y);
+    region.splitRow(
+        sourceY, cut.inSource().x, cut.inSource().x + cut.overlap.width,
+        [&](int x0, int x1) {
+          std::memcpy(to + std::ptrdiff_t{x0 - left} * 4, from + std::ptrdiff_t{x0} * 4,
+                      static_cast<std::size_t>(x1 - x0) * 4);
+        },
+        [&](int x0, int x1) {
+          for (int x = x0; x < x1; ++x) Bgra32::put(to, x - left, Bgra32::get(from, x) & 0x00FFFFFF);
+        });
+  }
+  return piece;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN region, BITMAPINFOHEADER** outImage,
+              BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  const Frame source(frame, mask);
+  const RegionSpans spans(region);
+  if (!source || !spans.valid() || outImage == nullptr || outMask == nullptr) return 0;
+
+  const Cut cut(spans.box(), source.view());
+  OwnedDib piece = cropPixels(frame, source.view(), cut);
+  OwnedDib pieceMask = createDib(cut.width(), cut.height(), 1, 0);
+  if (!piece || !pieceMask) return 0;
+  reinterpret_cast<RGBQUAD*>(pieceMask.get() + 1)[1] = {255, 255, 255, 0};
+  if (!cropMask(source, spans, cut, View(pieceMask.get()))) pieceMask.reset();
+  *outImage = piece.release();
+  *outMask = pieceMask.release();
+  return 1;
+}
+
+BITMAPINFOHEADER* Crop32BitsDIB(BITMAPINFOHEADER* image, HRGN region) {
+  using namespace dibkit;
+  return crop32(ConstView(image, 32), RegionSpans(region)).release();
+}

@@ -1,0 +1,109 @@
+#include <array>
+#include <vector>
+
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/pixel_format.h"
+#include "frames/frames.h"
+
+namespace dibkit {
+namespace {
+
+/// Averages of one row of blocks, which are as wide as `size` says and share their last column and row with
+/// their neighbours.
+class BlockRow {
+ public:
+  BlockRow(const ConstView& source, int size)
+      : source_(source),
+        size_(size),
+        columns_(static_cast<std::size_t>(source.width()) * 4),
+        blocks_((static_cast<std::size_t>(source.width()) + static_cast<std::size_t>(size) - 1) /
+                static_cast<std::size_t>(size)) {}
+
+  std::size_t count() const { return blocks_.size(); }
+
+  /// Sums the lines [top, bottom).
+  void sum(int top, int bottom) {
+    std::fill(blocks_.begin(), blocks_.end(), Sums{});
+    // Column sums of 32 bits hold the bytes of this many lines and more.
+    constexpr int strip = 1 << 16;
+    for (int y = top; y < bottom; y += strip) sumStrip(y, std::min(bottom, y + strip));
+    lines_ = bottom - top;
+  }
+
+  /// The average of block `number` as an opaque pixel.
+  DWORD average(std::size_t number) const {
+    const std::uint64_t left = number * static_cast<std::uint64_t>(size_);
+    const std::uint64_t pixels = (rightOf(number) - left) * static_cast<std::uint64_t>(lines_);
+    const Sums& sums = blocks_[number];
+    return 0xFF000000U | static_cast<DWORD>(sums[2] / pixels) << 16 |
+           static_cast<DWORD>(sums[1] / pixels) << 8 | static_cast<DWORD>(sums[0] / pixels);
+  }
+
+ private:
+  using Sums = std::array<std::uint64_t, 3>;
+
+  /// One past the last column of a block: its own columns and the one that follows them.
+  std::uint64_t rightOf(std::size_t number) const {
+    return std::min<std::uint64_t>((number + 1) * static_cast<std::uint64_t>(size_) + 1,
+                                   static_cast<std::uint64_t>(source_.width()));
+  }
+
+  void sumStrip(int top, int bottom) {
+    const std::size_t bytes = columns_.size();
+    DWORD* columns = columns_.data();
+    std::fill(columns_.begin(), columns_.end(), 0);
+    for (int y = top; y < bottom; ++y) {
+      const BYTE* row = source_.row(y);
+      for (std::size_t i = 0; i < bytes; ++i) columns[i] += row[i];
+    }
+    for (std::size_t number = 0; number < blocks_.size(); ++number) {
+      Sums& sums = blocks_[number];
+      for (std::size_t x = number * static_cast<std::size_t>(size_); x < rightOf(number); ++x) {
+        for (std::size_t channel = 0; channel < 3; ++channel) sums[channel] += columns[x * 4 + channel];
+      }
+    }
+  }
+
+  ConstView source_;
+  int size_;
+  int lines_ = 0;
+  std::vector<DWORD> columns_;  ///< sums of each byte column over a strip of lines
+  std::vector<Sums> blocks_;    ///< blue, green and red
+};
+
+/// Blocks are averaged over (n + 1) x (n + 1) pixels on purpose, one column and row into their right and
+/// lower neighbours. Of two blocks that meet, the later one shows: pixel (x, y) belongs to block (x / n, y /
+/// n).
+OwnedDib mosaic32(const ConstView& source, int blockSize) {
+  const int size = std::min({blockSize, source.width(), source.height()});
+  if (!source || size < 1) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+  if (!result) return nullptr;
+  const View target(result.get());
+  BlockRow blocks(source, size);
+  for (std::int64_t top = 0; top < target.height(); top += size) {
+    const int bottom = static_cast<int>(std::min<std::int64_t>(top + size, target.height()));
+    blocks.sum(static_cast<int>(top), std::min(bottom + 1, target.height()));
+    BYTE* first = target.row(static_cast<int>(top));
+    int x = 0;
+    for (std::size_t number = 0; number < blocks.count(); ++number) {
+      const DWORD pixel = blocks.average(number);
+      const int right = static_cast<int>(std::min<std::int64_t>(std::int64_t{x} + size, target.width()));
+      for (; x < right; ++x) Bgra32::put(first, x, pixel);
+    }
+    for (int y = static_cast<int>(top) + 1; y < bottom; ++y) {
+      std::memcpy(target.row(y), first, static_cast<std::size_t>(target.stride()));
+    }
+  }
+  return result;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BITMAPINFOHEADER* Mosaic32BitsDIB(BITMAPINFOHEADER* image, int blockSize) {
+  using namespace dibkit;
+  return orOutOfMemory<BITMAPINFOHEADER*>(
+      nullptr, [&] { return mosaic32(ConstView(image, 32), blockSize).release(); });
+}

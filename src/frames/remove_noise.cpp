@@ -1,0 +1,143 @@
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "dib/allocate.h"
+#include "dib/flood.h"
+#include "dib/guard.h"
+#include "dib/row_progress.h"
+#include "frames/frame.h"
+#include "frames/frames.h"
+
+namespace dibkit {
+namespace {
+
+/// The median of every byte and the eight around it at a pixel's distance, for the bytes of a line's inner
+/// pixels. Each column of three is sorted once; of three sorted columns the median is the middle one of the
+/// largest low, the middle middle and the smallest high. Only minima and maxima, so it runs in vectors. After
+/// J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.
+class MedianRows {
+ public:
+  explicit MedianRows(int width) : bytes_(static_cast<std::size_t>(width) * 3), columns_(bytes_ * 3) {}
+
+  /// Writes bytes [3, 3 * width - 3) of `out`.
+  void filter(const BYTE* above, const BYTE* row, const BYTE* below, BYTE* out) {
+    BYTE* low = columns_.data();
+    BYTE* middle = low + bytes_;
+    BYTE* high = middle + bytes_;
+    for (std::size_t i = 0; i < bytes_; ++i) {
+      const BYTE a = std::min(above[i], row[i]);
+      const BYTE b = std::max(above[i], row[i]);
+      const BYTE c = std::min(b, below[i]);
+      low[i] = std::min(a, c);
+      middle[i] = std::max(a, c);
+      high[i] = std::max(b, below[i]);
+    }
+    for (std::size_t i = 3; i + 3 < bytes_; ++i) {
+      const BYTE lows = std::max(std::max(low[i - 3], low[i]), low[i + 3]);
+      const BYTE highs = std::min(std::min(high[i - 3], high[i]), high[i + 3]);
+      out[i] = median(lows, median(middle[i - 3], middle[i], middle[i + 3]), highs);
+    }
+  }
+
+ private:
+  static BYTE median(BYTE a, BYTE b, BYTE c) { return std::max(std::min(a, b), std::min(std::max(a, b), c)); }
+
+  std::size_t bytes_;
+  std::vector<BYTE> columns_;
+};
+
+/// The filter on one frame; what the fast rows cannot do, edges and the neighbours of transparent pixels,
+/// goes pixel by pixel.
+class NoiseFilter {
+ public:
+  NoiseFilter(const ConstView& source, const FrameMask& mask, const View& result)
+      : source_(source),
+        mask_(mask),
+        result_(result),
+        medians_(source.width()),
+        marked_((static_cast<std::size_t>(source.width()) + 63) / 64),
+        line_(marked_.size()) {}
+
+  void filterRow(int y) {
+    const int width = source_.width();
+    if (y == 0 || y == source_.height() - 1 || width < 3) {
+      for (int x = 0; x < width; ++x) filterPixel(x, y);
+      return;
+    }
+    medians_.filter(source_.row(y - 1), source_.row(y), source_.row(y + 1), result_.row(y));
+    filterPixel(0, y);
+    filterPixel(width - 1, y);
+    if (!markLines(y)) return;
+    forEachRun(marked_.data(), width, [&](int left, int right) {
+      const int end = std::min(right + 1, width);
+      for (int x = std::max(left - 1, 0); x < end; ++x) filterPixel(x, y);
+    });
+  }
+
+ private:
+  /// Marks the columns with a transparent pixel in the lines y - 1 to y + 1.
+  bool markLines(int y) {
+    std::fill(marked_.begin(), marked_.end(), 0);
+    std::uint64_t any = 0;
+    for (int line = y - 1; line <= y + 1; ++line) {
+      const BYTE* row = mask_.row(line);
+      if (row == nullptr) continue;
+      loadMaskRow(row, source_.width(), line_.data());
+      for (std::size_t i = 0; i < marked_.size(); ++i) any |= marked_[i] |= line_[i];
+    }
+    return any != 0;
+  }
+
+  void filterPixel(int x, int y) {
+    const BYTE* own = source_.row(y) + std::ptrdiff_t{x} * 3;
+    BYTE* out = result_.row(y) + std::ptrdiff_t{x} * 3;
+    std::memcpy(out, own, 3);
+    if (mask_.transparent(x, y)) return;
+    std::array<std::array<BYTE, 9>, 3> samples;
+    std::size_t count = 0;
+    for (int line = std::max(y - 1, 0); line <= std::min(y + 1, source_.height() - 1); ++line) {
+      const BYTE* row = source_.row(line);
+      for (int column = std::max(x - 1, 0); column <= std::min(x + 1, source_.width() - 1); ++column) {
+        if (mask_.transparent(column, line)) continue;
+        for (std::size_t i = 0; i < 3; ++i)
+          samples[i][count] = row[std::ptrdiff_t{column} * 3 + static_cast<int>(i)];
+        ++count;
+      }
+    }
+    if (count < 2) return;
+    for (std::size_t i = 0; i < 3; ++i) {
+      std::sort(samples[i].begin(), samples[i].begin() + static_cast<std::ptrdiff_t>(count));
+      // Of an even number of samples the upper middle one, on purpose.
+      out[i] = samples[i][count / 2];
+    }
+  }
+
+  ConstView source_;
+  const FrameMask& mask_;
+  View result_;
+  MedianRows medians_;
+  std::vector<std::uint64_t> marked_;
+  std::vector<std::uint64_t> line_;
+};
+
+OwnedDib removeNoise(BITMAPINFOHEADER* dib, BITMAPINFOHEADER* maskDib, CQorCommonProgress* progress) {
+  const ConstView source(dib, Bgr24::bits);
+  const FrameMask mask(maskDib, source.width());
+  if (!source || !mask.usable()) return nullptr;
+  OwnedDib result(CBitmapCreator::Clone(dib));
+  if (!result) return nullptr;
+  NoiseFilter filter(source, mask, View(result.get(), Bgr24::bits));
+  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) { filter.filterRow(y); });
+  return finished ? std::move(result) : nullptr;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BITMAPINFOHEADER* RemoveNoiseDIB(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
+                                 CQorCommonProgress* progress) {
+  using namespace dibkit;
+  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr,
+                                          [&] { return removeNoise(frame, mask, progress).release(); });
+}
