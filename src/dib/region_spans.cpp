@@ -27,53 +27,22 @@ std::span<const RECT> RegionSpans::row(int y) const {
   return {first, last};
 }
 
-void SpanCollector::add(int y, int left, int right) {
-  if (left >= right) return;
-  if (openRow_ < rectangles_.size()) {
-    RECT& last = rectangles_.back();
-    if (last.top != y) {
-      closeRow();
-    } else if (last.right == left) {
-      last.right = right;
-      return;
-    }
-  }
-  rectangles_.push_back({left, y, right, y + 1});
-}
-
-void SpanCollector::closeRow() {
-  const auto above = rectangles_.begin() + static_cast<std::ptrdiff_t>(bandAbove_);
-  const auto open = rectangles_.begin() + static_cast<std::ptrdiff_t>(openRow_);
-  const bool extends = open != rectangles_.end() && above->bottom == open->top &&
-                       std::equal(above, open, open, rectangles_.end(), [](const RECT& a, const RECT& b) {
-                         return a.left == b.left && a.right == b.right;
-                       });
-  if (extends && above != open) {
-    const LONG bottom = open->bottom;
-    std::for_each(above, open, [bottom](RECT& rect) { rect.bottom = bottom; });
-    rectangles_.erase(open, rectangles_.end());
-  } else {
-    bandAbove_ = openRow_;
-  }
-  openRow_ = rectangles_.size();
-}
-
 OwnedRegion SpanCollector::region() {
-  closeRow();
-  const std::size_t listBytes = rectangles_.size() * sizeof(RECT);
+  const std::vector<RECT> rectangles = bands_.take();
+  const std::size_t listBytes = rectangles.size() * sizeof(RECT);
   std::vector<std::uint64_t> block((sizeof(RGNDATAHEADER) + listBytes + 7) / 8);
   auto* data = reinterpret_cast<RGNDATA*>(block.data());
-  data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rectangles_.size()),
+  data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rectangles.size()),
                static_cast<DWORD>(listBytes), RECT{}};
-  if (!rectangles_.empty()) {
+  if (!rectangles.empty()) {
     RECT& bound = data->rdh.rcBound;
-    bound = rectangles_.front();
-    for (const RECT& rect : rectangles_) {
+    bound = rectangles.front();
+    for (const RECT& rect : rectangles) {
       bound.left = std::min(bound.left, rect.left);
       bound.right = std::max(bound.right, rect.right);
       bound.bottom = rect.bottom;
     }
-    std::memcpy(data->Buffer, rectangles_.data(), listBytes);
+    std::memcpy(data->Buffer, rectangles.data(), listBytes);
   }
   return OwnedRegion(ExtCreateRegion(nullptr, static_cast<DWORD>(sizeof(RGNDATAHEADER) + listBytes), data));
 }

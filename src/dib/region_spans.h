@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dib/dib.h"
+#include "platform/bands.h"
 
 namespace dibkit {
 
@@ -53,17 +54,13 @@ class SpanCollector {
  public:
   /// Adds [left, right) of row y. Rows come from the top, spans of a row from the left without overlap; spans
   /// that touch become one.
-  void add(int y, int left, int right);
-  bool empty() const { return rectangles_.empty(); }
+  void add(int y, int left, int right) { bands_.add(y, y + 1, left, right); }
+  bool empty() const { return bands_.empty(); }
   /// The region of all spans; empty spans give an empty region. Null when the platform fails.
   OwnedRegion region();
 
  private:
-  void closeRow();
-
-  std::vector<RECT> rectangles_;
-  std::size_t bandAbove_ = 0;  ///< first rectangle of the finished band that the open row may extend
-  std::size_t openRow_ = 0;    ///< first rectangle of the open row
+  BandBuilder bands_;
 };
 
 }  // namespace dibkit

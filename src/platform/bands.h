@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "platform/win32.h"
+
+namespace dibkit {
+
+/// Puts spans together into the canonical rectangles of an area. A band is a run of rows that hold the same
+/// spans; its rectangles share top and bottom, stand from the left and do not touch, bands stand from the
+/// top, and bands that touch differ in their spans. One area has one such list, so equal areas have equal
+/// lists. Throws std::bad_alloc when memory runs out.
+class BandBuilder {
+ public:
+  /// Adds [left, right) on the rows [top, bottom). Bands come from the top without overlap, spans of a band
+  /// from the left without overlap. Spans that touch become one, bands with equal spans too; what is
+  /// empty is dropped.
+  void add(int top, int bottom, int left, int right) {
+    if (left >= right || top >= bottom) return;
+    if (openBand_ < rectangles_.size()) {
+      RECT& last = rectangles_.back();
+      if (last.top != top) {
+        closeBand();
+      } else if (last.right == left) {
+        last.right = right;
+        return;
+      }
+    }
+    rectangles_.push_back({left, top, right, bottom});
+  }
+
+  bool empty() const { return rectangles_.empty(); }
+  void reserve(std::size_t count) { rectangles_.reserve(count); }
+
+  /// The finished list; the builder is empty afterwards.
+  std::vector<RECT> take();
+
+ private:
+  void closeBand();
+
+  std::vector<RECT> rectangles_;
+  std::size_t bandAbove_ = 0;  ///< first rectangle of the finished band that the open one may extend
+  std::size_t openBand_ = 0;   ///< first rectangle of the open band
+};
+
+}  // namespace dibkit
