@@ -20,6 +20,14 @@ constexpr Bgra withAlpha(Rgb colour, BYTE alpha) { return {colour.blue, colour.g
 inline Bgra* pixelsOf(BYTE* row) { return reinterpret_cast<Bgra*>(row); }
 inline const Bgra* pixelsOf(const BYTE* row) { return reinterpret_cast<const Bgra*>(row); }
 
+/// \name Pixels as numbers 0xAARRGGBB
+/// Loops over whole pixels vectorise on these, not on structures.
+/// @{
+inline DWORD wordAt(const Bgra* row, int x) { return Bgra32::get(reinterpret_cast<const BYTE*>(row), x); }
+inline void putWord(Bgra* row, int x, DWORD word) { Bgra32::put(reinterpret_cast<BYTE*>(row), x, word); }
+constexpr DWORD colourBits = 0x00FFFFFF;
+/// @}
+
 /// Brightness on a scale of 0 to 255; the weights sum to 1024.
 constexpr int luminance(const Bgra& pixel) {
   return (117 * pixel.blue + 601 * pixel.green + 306 * pixel.red) >> 10;

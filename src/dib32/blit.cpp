@@ -1,8 +1,59 @@
 #include "dib/placement.h"
+#include "dib32/blend.h"
 #include "dib32/dib32.h"
-#include "dib32/opacity.h"
 
-BYTE CDIB32::CalcuOpacity(BYTE a, BYTE b) { return dibkit::unionOpacity(a, b); }
+namespace dibkit {
+namespace {
+
+/// A 32-bit image placed; null for any other.
+Placed<BYTE> placed32(BITMAPINFOHEADER* dib, const POINT& origin) { return {viewOfDepth(dib, 32), origin}; }
+
+/// Calls row(to, from, count) for every row of the overlap of two 32-bit images.
+template <class Row>
+void forEachPair(BITMAPINFOHEADER* destination, const POINT& destinationOrigin, BITMAPINFOHEADER* source,
+                 const POINT& sourceOrigin, Row&& row) {
+  forEachCommonRow([&](int count, BYTE* to, BYTE* from) { row(pixelsOf(to), pixelsOf(from), count); },
+                   placed32(destination, destinationOrigin), placed32(source, sourceOrigin));
+}
+
+/// Calls row(to, from, mask, count) for every row of the overlap of two 32-bit images and an 8-bit mask.
+template <class Row>
+void forEachMaskedPair(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                       BITMAPINFOHEADER* source, const POINT& sourceOrigin, BITMAPINFOHEADER* mask,
+                       const POINT& maskOrigin, Row&& row) {
+  forEachCommonRow([&](int count, BYTE* to, BYTE* from,
+                       const BYTE* bytes) { row(pixelsOf(to), pixelsOf(from), bytes, count); },
+                   placed32(destination, destinationOrigin), placed32(source, sourceOrigin),
+                   Placed<BYTE>{viewOfDepth(mask, 8), maskOrigin});
+}
+
+/// to[i] = rule(to[i], from[i], i), pixels as numbers 0xAARRGGBB. The order from the left is kept.
+template <class Rule>
+void combineWords(Bgra* to, const Bgra* from, int count, Rule&& rule) {
+  for (int i = 0; i < count; ++i) putWord(to, i, rule(wordAt(to, i), wordAt(from, i), i));
+}
+
+constexpr DWORD withAlphaOf(DWORD colour, DWORD alpha) { return (colour & colourBits) | alpha << 24; }
+constexpr DWORD lowered(DWORD alpha, DWORD by) { return alpha > by ? alpha - by : 0; }
+
+/// max(opacity - source opacity strength / 255, 0)
+constexpr DWORD erased(DWORD pixel, DWORD source, BYTE strength) {
+  return withAlphaOf(pixel, lowered(pixel >> 24, (source >> 24) * strength / 255));
+}
+
+/// 256 (a + d) - a d, over 256
+constexpr BYTE stepwiseUnion(BYTE d, BYTE a) { return lowByte(((a + d) * 256 - d * a) >> 8); }
+
+constexpr LayerOpacity transparent(BYTE transparency) {
+  return {.reduction = 0, .scale = static_cast<BYTE>(255 - transparency)};
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using dibkit::Bgra;
+
+BYTE CDIB32::CalcuOpacity(BYTE a, BYTE b) { return dibkit::lowByte(dibkit::unionOpacity(a, b)); }
 
 BYTE CDIB32::CalcuRGBValue(BYTE dstAlpha, BYTE srcAlpha, BYTE dstColour, BYTE srcColour, BYTE outAlpha) {
   return dibkit::overChannel(dstAlpha, srcAlpha, dstColour, srcColour, outAlpha);
@@ -10,12 +61,111 @@ BYTE CDIB32::CalcuRGBValue(BYTE dstAlpha, BYTE srcAlpha, BYTE dstColour, BYTE sr
 
 void CDIB32::CombineBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  const dibkit::Placed below{dibkit::viewOfDepth(destination, 32), destinationOrigin};
-  const dibkit::Placed above{dibkit::viewOfDepth(source, 32), sourceOrigin};
+  dibkit::forEachPair(
+      destination, destinationOrigin, source, sourceOrigin,
+      [reduction](Bgra* to, const Bgra* from, int count) { dibkit::overRow(to, from, count, {reduction}); });
+}
+
+void CDIB32::BitBlt32DIBPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [reduction](Bgra* to, const Bgra* from, int count) {
+                        dibkit::plainOverRow(to, from, count, {reduction});
+                      });
+}
+
+void CDIB32::BitBlt32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [reduction](Bgra* to, const Bgra* from, int count) {
+                        dibkit::linearMixRow(to, from, count, {reduction});
+                      });
+}
+
+void CDIB32::BitBlt32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                         BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
+  dibkit::forEachPair(
+      destination, destinationOrigin, source, sourceOrigin,
+      [reduction](Bgra* to, Bgra* from, int count) { dibkit::copyOrShadeRow(to, from, count, {reduction}); });
+}
+
+void CDIB32::Mix32BitsDIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [transparency](Bgra* to, const Bgra* from, int count) {
+                        dibkit::evenMixRow(to, from, count, dibkit::transparent(transparency));
+                      });
+}
+
+void CDIB32::Mix32BitsDIBMMX_Mask(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                  BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency,
+                                  BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
+  dibkit::forEachMaskedPair(destination, destinationOrigin, source, sourceOrigin, mask, maskOrigin,
+                            [transparency](Bgra* to, const Bgra* from, const BYTE* bytes, int count) {
+                              dibkit::evenMixRow(to, from, count, dibkit::transparent(transparency), bytes);
+                            });
+}
+
+void CDIB32::BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                        BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
+  const dibkit::View view(destination);
+  const int bytes = view.bitCount() / 8;
+  if (view.bitCount() % 8 != 0 || bytes < 1 || bytes > 4) return;
   dibkit::forEachCommonRow(
-      [reduction](int count, BYTE* to, const BYTE* from) {
-        dibkit::overRow(dibkit::pixelsOf(to), dibkit::pixelsOf(to), 0, dibkit::pixelsOf(from), reduction,
-                        count);
+      [bytes, reduction](int count, BYTE* to, const BYTE* from) {
+        for (int i = 0; i < count; ++i) {
+          BYTE& last = to[std::ptrdiff_t{i} * bytes + bytes - 1];
+          last = dibkit::stepwiseUnion(last, dibkit::reduced(from[std::ptrdiff_t{i} * 4 + 3], reduction));
+        }
       },
-      below, above);
+      dibkit::Placed<BYTE>{view, destinationOrigin}, dibkit::placed32(source, sourceOrigin));
+}
+
+void CDIB32::Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [strength](Bgra* to, const Bgra* from, int count) {
+                        dibkit::combineWords(to, from, count, [strength](DWORD d, DWORD s, int) {
+                          return dibkit::erased(d, s, strength);
+                        });
+                      });
+}
+
+void CDIB32::Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength,
+                              BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
+  dibkit::forEachMaskedPair(destination, destinationOrigin, source, sourceOrigin, mask, maskOrigin,
+                            [strength](Bgra* to, const Bgra* from, const BYTE* bytes, int count) {
+                              dibkit::combineWords(
+                                  to, from, count, [strength, bytes](DWORD d, DWORD s, int i) {
+                                    return bytes[i] != 0 ? dibkit::erased(d, s, strength) : d;
+                                  });
+                            });
+}
+
+void CDIB32::CopyBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                       BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [reduction](Bgra* to, const Bgra* from, int count) {
+                        dibkit::combineWords(to, from, count, [reduction](DWORD, DWORD s, int) {
+                          return dibkit::withAlphaOf(s, dibkit::lowered(s >> 24, reduction));
+                        });
+                      });
+}
+
+void CDIB32::TransformBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                            BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
+  dibkit::forEachPair(destination, destinationOrigin, source, sourceOrigin,
+                      [](Bgra* to, const Bgra* from, int count) {
+                        dibkit::combineWords(to, from, count, [](DWORD, DWORD s, int) { return s; });
+                      });
+}
+
+void CDIB32::TransformAlphaChannelBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                        BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
+  dibkit::forEachPair(
+      destination, destinationOrigin, source, sourceOrigin, [](Bgra* to, const Bgra* from, int count) {
+        dibkit::combineWords(to, from, count,
+                             [](DWORD d, DWORD s, int) { return dibkit::withAlphaOf(d, s >> 24); });
+      });
 }

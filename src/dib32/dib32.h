@@ -77,10 +77,16 @@ class DIBKIT_API CDIB32 {
 
   /// \name Opacity and blitting
   /// Block operations lay a source over a destination, each with the point where its top-left pixel lies in a
-  /// common space, and touch the pixels that both cover.
+  /// common space, and touch the pixels that both cover, from the top row, each row from the left; source and
+  /// destination may be one image. A mask is an 8-bit image placed in the same space, which limits the
+  /// operation to the pixels that it covers with a byte other than 0.
+  ///
+  /// The last byte has one of three senses. A reduction is taken off every source opacity, down to 0, and 0
+  /// means full strength. A transparency t scales source opacities by (255 - t) / 255, 0 again meaning full
+  /// strength. A strength s scales them by s / 255, and 0 does nothing. All divisions truncate.
   /// @{
 
-  /// Opacity of a layer laid over another: 255 - (255 - a)(255 - b) / 255, truncated.
+  /// Opacity of a layer laid over another: 255 - (255 - a)(255 - b) / 255.
   static BYTE CalcuOpacity(BYTE a, BYTE b);
 
   /// One colour channel of a layer laid over another, as straight colour.
@@ -92,13 +98,97 @@ class DIBKIT_API CDIB32 {
 
   /// Composes the source over the destination, exactly: opacity by CalcuOpacity, colours by CalcuRGBValue.
   /// Where both opacities are 0 the destination becomes transparent black.
-  /// \param reduction taken off every source opacity, down to 0
   static void CombineBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Composes the source over the destination in steps of 1/256. With d and a the two opacities and
+  /// A = 256 (d + a) - d a, the opacity becomes A / 256 and each channel c under a source channel s
+  /// (256 c d + (256 s - c d) a) / A. Pixels with a = 0 stay as they are.
+  static void BitBlt32DIBPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Mixes all four bytes with the reduced source opacity a as weight: (byte (256 - a) + source byte a) /
+  /// 256, the source byte for a = 255. The opacity byte that is mixed in is the source's own, not the reduced
+  /// one.
+  static void BitBlt32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Copies the pixels whose reduced opacity is 255. Translucent ones change the source, not the destination:
+  /// with f = 256 a / 255 each of their channels becomes (256 s + (d - s) f) / 256. Callers that want to
+  /// blend use one of the other operations.
+  static void BitBlt32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Mixes all four bytes in steps of 1/32768: with f = 32768 a / 255, a byte d under a source byte s becomes
+  /// 2 (d (32768 - f) / 65536 + s f / 65536), which is always even. a = 255 copies, a = 0 does nothing.
+  static void Mix32BitsDIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency);
+
+  /// Mix32BitsDIBMMX with the opacities, after the transparency, scaled by mask byte / 255.
+  static void Mix32BitsDIBMMX_Mask(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                   BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency,
+                                   BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
+
+  /// Composes opacity alone: with a the reduced source opacity, the last byte d of a destination pixel
+  /// becomes (256 (a + d) - d a) / 256. \param destination of 8, 16, 24 or 32 bits
+  static void BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                         BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Takes the scaled source opacity off the destination's opacity, down to 0. Colours stay.
+  static void Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength);
+
+  /// Erase32BitsBlock where the mask is not 0; the mask's value does not scale the effect.
+  static void Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength,
+                               BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
+
+  /// Copies colours, and opacities less the reduction.
+  static void CopyBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                        BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
+
+  /// Copies whole pixels.
+  static void TransformBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, const POINT& sourceOrigin);
+
+  /// Copies opacities alone.
+  static void TransformAlphaChannelBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                                         BITMAPINFOHEADER* source, const POINT& sourceOrigin);
   /// @}
 
   /// \name Merging
+  /// Each makes a new image that covers all placed images and rectangles given, rules over the empty space
+  /// between them included: result pixel (i, j) lies at (outOrigin->x + i, outOrigin->y + j) of the common
+  /// space. The new image belongs to the caller; the inputs stay as they are.
+  /// \return TRUE when the image was made
   /// @{
+
+  /// Composes `top` over `bottom` as CombineBlock does, after taking its reduction off each one's opacities.
+  /// What neither covers is transparent black. On failure the out parameters are left alone.
+  static BOOL CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BYTE bottomReduction,
+                          BITMAPINFOHEADER* top, const POINT& topOrigin, BYTE topReduction,
+                          BITMAPINFOHEADER** out, POINT* outOrigin);
+
+  /// Colours of `second` where it is visible, of `first` where only that is; every opacity is 0. In each row
+  /// with a visible pixel byte 12 (the blue byte of its fourth pixel) is 255; in a row of fewer than four
+  /// pixels that is a byte of a row further up the picture, and nothing above the top. On failure the out
+  /// parameters are left alone.
+  static BOOL Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITMAPINFOHEADER* second,
+                          const POINT& secondOrigin, BITMAPINFOHEADER** out, POINT* outOrigin);
+
+  /// The pixels of `top` that are not transparent, elsewhere those of `bottom`, without blending. Failure, an
+  /// empty result among it, gives a null image; the out parameters are written in every case.
+  static BOOL Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMAPINFOHEADER* top,
+                             POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin);
+
+  /// The image with a hole: transparent black inside `rect`. Failure as for two images.
+  static BOOL Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
+                             POINT* outOrigin);
+
+  /// The image, and around it the opaque colour as far as `rect` reaches. The image's transparent pixels are
+  /// kept, so the colour never shows through them. Failure as for two images.
+  static BOOL Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
+                             BITMAPINFOHEADER** out, POINT* outOrigin);
   /// @}
 
   /// \name Fills

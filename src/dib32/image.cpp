@@ -162,8 +162,9 @@ void CDIB32::MakeAllPixelsSameOpacity(BITMAPINFOHEADER* image, BYTE alpha) {
 }
 
 void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
-  dibkit::forEachPixel(
-      image, [reduction](dibkit::Bgra& pixel) { pixel.alpha = dibkit::scaledDown(pixel.alpha, reduction); });
+  const BYTE scale = static_cast<BYTE>(255 - reduction);
+  dibkit::forEachPixel(image,
+                       [scale](dibkit::Bgra& pixel) { pixel.alpha = dibkit::scaled(pixel.alpha, scale); });
 }
 
 void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {

@@ -3,56 +3,66 @@
 #include "dib32/bgra.h"
 
 /// \file
-/// Exact compositing: what one layer over another gives, for a value, a pixel and a row.
+/// Opacity arithmetic: what one layer over another gives, for a value and for a pixel. Everything is exact
+/// and stays in 16 bits where it can, so that a row kernel keeps eight values in a vector register.
 
 namespace dibkit {
 
-/// x / 255, truncated, for x below 65536.
-constexpr unsigned divideBy255(unsigned x) { return x * 0x8081 >> 23; }
+/// An intermediate value of a channel.
+using Lane = std::uint16_t;
+
+/// The upper half of the 32-bit product.
+constexpr Lane multiplyHigh(Lane a, Lane b) { return static_cast<Lane>(std::uint32_t{a} * b >> 16); }
+
+/// x / 255, truncated, for every x
+constexpr Lane divideBy255(Lane x) { return multiplyHigh(x, 0x8081) >> 7; }
 
 /// max(alpha - reduction, 0)
 constexpr BYTE reduced(BYTE alpha, BYTE reduction) {
   return static_cast<BYTE>(alpha > reduction ? alpha - reduction : 0);
 }
 
-/// alpha (255 - reduction) / 255, truncated
-constexpr BYTE scaledDown(BYTE alpha, BYTE reduction) {
-  return static_cast<BYTE>(divideBy255(alpha * (255U - reduction)));
+/// alpha scale / 255, truncated
+constexpr BYTE scaled(BYTE alpha, BYTE scale) {
+  return static_cast<BYTE>(divideBy255(static_cast<Lane>(alpha * scale)));
 }
 
 /// 255 - (255 - a)(255 - b) / 255, truncated
-constexpr BYTE unionOpacity(BYTE a, BYTE b) {
-  return static_cast<BYTE>(255 - divideBy255((255U - a) * (255U - b)));
+constexpr Lane unionOpacity(Lane a, Lane b) {
+  return static_cast<Lane>(255 - divideBy255(static_cast<Lane>((255 - a) * (255 - b))));
 }
 
-/// v = (below belowAlpha (255 - aboveAlpha)) / 255 + above aboveAlpha; at most 65025
-constexpr unsigned weightedSum(BYTE belowAlpha, BYTE aboveAlpha, BYTE below, BYTE above) {
-  // Split as 255 quotient + remainder, so that no product passes 16 bits.
-  const unsigned product = unsigned{below} * belowAlpha;
-  const unsigned quotient = divideBy255(product);
-  const unsigned remainder = product - 255 * quotient;
-  const unsigned rest = 255U - aboveAlpha;
-  return quotient * rest + divideBy255(remainder * rest) + unsigned{above} * aboveAlpha;
+/// (below belowAlpha (255 - aboveAlpha)) / 255 + above aboveAlpha, at most 65025
+constexpr Lane weightedSum(Lane belowAlpha, Lane aboveAlpha, Lane below, Lane above) {
+  // The product of two bytes is split as 255 quotient + remainder, so that the third one still fits.
+  const Lane product = static_cast<Lane>(below * belowAlpha);
+  const Lane quotient = divideBy255(product);
+  const Lane remainder = static_cast<Lane>(product - 255 * quotient);
+  const Lane rest = static_cast<Lane>(255 - aboveAlpha);
+  return static_cast<Lane>(quotient * rest + divideBy255(static_cast<Lane>(remainder * rest)) +
+                           above * aboveAlpha);
 }
 
-/// v / outAlpha, v itself for outAlpha 0, at most 255; v is the weighted sum
+/// weightedSum / outAlpha, the sum itself for outAlpha 0, at most 255
 constexpr BYTE overChannel(BYTE belowAlpha, BYTE aboveAlpha, BYTE below, BYTE above, BYTE outAlpha) {
-  const unsigned sum = weightedSum(belowAlpha, aboveAlpha, below, above);
-  const unsigned value = outAlpha > 0 ? sum / outAlpha : sum;
+  const int sum = weightedSum(belowAlpha, aboveAlpha, below, above);
+  const int value = outAlpha > 0 ? sum / outAlpha : sum;
   return static_cast<BYTE>(value < 255 ? value : 255);
 }
 
 /// A pixel laid over another. Two transparent pixels give transparent black: the formula has no colour there.
 constexpr Bgra over(const Bgra& below, const Bgra& above) {
-  const BYTE alpha = unionOpacity(below.alpha, above.alpha);
+  const BYTE alpha = lowByte(unionOpacity(below.alpha, above.alpha));
   return {overChannel(below.alpha, above.alpha, below.blue, above.blue, alpha),
           overChannel(below.alpha, above.alpha, below.green, above.green, alpha),
           overChannel(below.alpha, above.alpha, below.red, above.red, alpha), alpha};
 }
 
-/// result[i] = over(below[i], above[i]) for `count` pixels, with `belowReduction` and `aboveReduction` taken
-/// off the opacities first. `result` may be `below`; apart from that the rows do not overlap or are the same.
-void overRow(Bgra* result, const Bgra* below, BYTE belowReduction, const Bgra* above, BYTE aboveReduction,
-             int count);
+/// How far a layer's own opacities count: max(alpha - reduction, 0) scale / 255, truncated after each step,
+/// then scaled in the same way by the pixel's mask byte where there is a mask.
+struct LayerOpacity {
+  BYTE reduction = 0;
+  BYTE scale = 255;
+};
 
 }  // namespace dibkit

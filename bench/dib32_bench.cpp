@@ -1,0 +1,107 @@
+#include <functional>
+#include <sstream>
+#include <string_view>
+
+#include "dib32/dib32.h"
+#include "support.h"
+
+namespace {
+
+using bench::OwnedDib;
+
+/// An operation with what it works on: a lower and an upper image and an 8-bit mask of the same size.
+struct Operation {
+  const char* name;
+  std::function<void(BITMAPINFOHEADER* to, BITMAPINFOHEADER* from, BITMAPINFOHEADER* mask)> run;
+  bool flatColours = false;  ///< measured on the cartoon, not on the photo
+};
+
+constexpr POINT corner{0, 0};
+
+OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
+  OwnedDib mask = dibkit::createDib(picture->biWidth, picture->biHeight, 8, 0);
+  const dibkit::View view(mask.get());
+  const dibkit::ConstView pixels(picture);
+  for (int y = 0; y < view.height(); ++y) {
+    for (int x = 0; x < view.width(); ++x) view.row(y)[x] = pixels.row(y)[std::ptrdiff_t{x} * 4];
+  }
+  return mask;
+}
+
+void release(BITMAPINFOHEADER* dib) { OwnedDib{dib}; }
+
+using Dib = BITMAPINFOHEADER*;
+const Operation operations[] = {
+    {"CombineBlock", [](Dib to, Dib from, Dib) { CDIB32::CombineBlock(to, corner, from, corner, 0); }},
+    {"CombineBlockCartoon", [](Dib to, Dib from, Dib) { CDIB32::CombineBlock(to, corner, from, corner, 0); },
+     true},
+    {"BitBlt32DIBPlain",
+     [](Dib to, Dib from, Dib) { CDIB32::BitBlt32DIBPlain(to, corner, from, corner, 0); }},
+    {"BitBlt32DIBMMX", [](Dib to, Dib from, Dib) { CDIB32::BitBlt32DIBMMX(to, corner, from, corner, 0); }},
+    {"BitBlt32DIB", [](Dib to, Dib from, Dib) { CDIB32::BitBlt32DIB(to, corner, from, corner, 0); }},
+    {"Mix32BitsDIBMMX", [](Dib to, Dib from, Dib) { CDIB32::Mix32BitsDIBMMX(to, corner, from, corner, 0); }},
+    {"Mix32BitsDIBMMX_Mask",
+     [](Dib to, Dib from, Dib mask) {
+       CDIB32::Mix32BitsDIBMMX_Mask(to, corner, from, corner, 0, mask, corner);
+     }},
+    {"BitBltDIBAlphaChannelPlain",
+     [](Dib to, Dib from, Dib) { CDIB32::BitBltDIBAlphaChannelPlain(to, corner, from, corner, 0); }},
+    {"Erase32BitsBlock",
+     [](Dib to, Dib from, Dib) { CDIB32::Erase32BitsBlock(to, corner, from, corner, 9); }},
+    {"Erase32BitsBlockMask",
+     [](Dib to, Dib from, Dib mask) { CDIB32::Erase32BitsBlock(to, corner, from, corner, 9, mask, corner); }},
+    {"CopyBlock", [](Dib to, Dib from, Dib) { CDIB32::CopyBlock(to, corner, from, corner, 9); }},
+    {"TransformBlock", [](Dib to, Dib from, Dib) { CDIB32::TransformBlock(to, corner, from, corner); }},
+    {"TransformAlphaChannelBlock",
+     [](Dib to, Dib from, Dib) { CDIB32::TransformAlphaChannelBlock(to, corner, from, corner); }},
+    {"Reduce32BitsDIBOpacity", [](Dib to, Dib, Dib) { CDIB32::Reduce32BitsDIBOpacity(to, 1); }},
+    {"IsTranslucence32BitsImage",
+     [](Dib, Dib from, Dib) { benchmark::DoNotOptimize(CDIB32::IsTranslucence32BitsImage(from)); }, true},
+    {"CombineDIBs",
+     [](Dib to, Dib from, Dib) {
+       Dib out = nullptr;
+       POINT origin;
+       CDIB32::CombineDIBs(to, corner, 0, from, corner, 0, &out, &origin);
+       release(out);
+     }},
+    {"Merge32DIBs",
+     [](Dib to, Dib from, Dib) {
+       Dib out = nullptr;
+       POINT origin;
+       CDIB32::Merge32DIBs(to, corner, from, corner, &out, &origin);
+       release(out);
+     }},
+};
+
+void measure(benchmark::State& state, const Operation& operation, int width, int height) {
+  const OwnedDib to = operation.flatColours ? bench::cartoon(width, height) : bench::photo(width, height);
+  const OwnedDib from = operation.flatColours ? bench::cartoon(width, height) : bench::photo(width, height);
+  const OwnedDib mask = maskOf(from.get());
+  for (auto _ : state) {
+    operation.run(to.get(), from.get(), mask.get());
+    benchmark::ClobberMemory();
+  }
+  const double pixels = static_cast<double>(width) * height;
+  state.counters["ns/pixel"] = benchmark::Counter(
+      pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+std::string nameOf(std::string_view operation, int width, int height) {
+  std::ostringstream name;
+  name << "Dib32/" << operation << '/' << width << 'x' << height;
+  return name.str();
+}
+
+const bool registered = [] {
+  for (const auto& [width, height] : {std::pair{320, 240}, std::pair{1920, 1080}}) {
+    for (const Operation& operation : operations) {
+      benchmark::RegisterBenchmark(nameOf(operation.name, width, height).c_str(), measure, operation, width,
+                                   height);
+    }
+    const auto bytes = static_cast<std::size_t>(width * height) * 4;
+    benchmark::RegisterBenchmark(nameOf("Copy", width, height).c_str(), bench::copyBytes, bytes);
+  }
+  return true;
+}();
+
+}  // namespace

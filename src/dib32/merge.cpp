@@ -1,0 +1,172 @@
+#include <algorithm>
+
+#include "dib/allocate.h"
+#include "dib/placement.h"
+#include "dib32/blend.h"
+#include "dib32/dib32.h"
+
+namespace dibkit {
+namespace {
+
+/// A new image that covers two boxes. Null when it would be too large or memory runs out.
+struct Canvas {
+  OwnedDib dib;
+  POINT origin{0, 0};
+
+  explicit Canvas(const Box& box) : origin{static_cast<LONG>(box.left), static_cast<LONG>(box.top)} {
+    if (box.width() <= INT32_MAX && box.height() <= INT32_MAX) {
+      dib = createDib(static_cast<int>(box.width()), static_cast<int>(box.height()), 32, 0);
+    }
+  }
+
+  Placed<BYTE> placed() const { return {View(dib.get()), origin}; }
+
+  /// Calls row(to, from, count) for every row of the part that the image covers.
+  template <class Row>
+  void forEachRowUnder(const Placed<BYTE>& image, Row&& row) const {
+    forEachCommonRow([&](int count, BYTE* to, const BYTE* from) { row(pixelsOf(to), pixelsOf(from), count); },
+                     placed(), image);
+  }
+
+  void paste(const Placed<BYTE>& image) const {
+    forEachRowUnder(image, [](Bgra* to, const Bgra* from, int count) { std::copy_n(from, count, to); });
+  }
+
+  void fill(const RECT& rect, const Bgra& pixel) const {
+    const Box inside = intersection(placed().box(), toBox(rect));
+    const View view = placed().view;
+    for (std::int64_t y = inside.top; y < inside.bottom; ++y) {
+      Bgra* row = pixelsOf(view.row(static_cast<int>(y - origin.y)));
+      std::fill_n(row + (inside.left - origin.x), inside.width(), pixel);
+    }
+  }
+
+  /// Hands the image and its origin to the caller.
+  BOOL release(BITMAPINFOHEADER** out, POINT* outOrigin) {
+    *out = dib.release();
+    *outOrigin = origin;
+    return *out != nullptr;
+  }
+};
+
+Placed<BYTE> placed32(BITMAPINFOHEADER* dib, const POINT& origin) { return {viewOfDepth(dib, 32), origin}; }
+
+/// Byte 12 of a row is marked with 255 when some pixel of it is visible. It lies beyond a row of fewer than
+/// four pixels, in a row further up the picture, and is dropped above the top one. Hosts have come to rely on
+/// the bytes as they are, so the mark stays where it falls.
+void markVisibleRows(const Canvas& canvas, const Placed<BYTE>& image) {
+  constexpr std::ptrdiff_t markedByte = 12;
+  const View view = canvas.placed().view;
+  const std::ptrdiff_t left = std::ptrdiff_t{image.origin.x} - canvas.origin.x;
+  const BYTE* end = view.height() > 0 ? view.row(0) + view.stride() : nullptr;
+  canvas.forEachRowUnder(image, [&](Bgra* to, const Bgra* from, int count) {
+    BYTE* row = reinterpret_cast<BYTE*>(to - left);
+    if (end - row <= markedByte) return;
+    if (std::any_of(from, from + count, [](const Bgra& pixel) { return pixel.alpha != 0; })) {
+      row[markedByte] = 255;
+    }
+  });
+}
+
+void pasteVisibleColours(const Canvas& canvas, const Placed<BYTE>& image) {
+  canvas.forEachRowUnder(image, [](Bgra* to, const Bgra* from, int count) {
+    for (int i = 0; i < count; ++i) {
+      const DWORD pixel = wordAt(from, i);
+      putWord(to, i, pixel > colourBits ? pixel & colourBits : wordAt(to, i));
+    }
+  });
+}
+
+void pasteVisible(const Canvas& canvas, const Placed<BYTE>& image) {
+  canvas.forEachRowUnder(image, [](Bgra* to, const Bgra* from, int count) {
+    for (int i = 0; i < count; ++i) {
+      const DWORD pixel = wordAt(from, i);
+      putWord(to, i, pixel > colourBits ? pixel : wordAt(to, i));
+    }
+  });
+}
+
+/// The frame of the operations that write their out parameters in every case and refuse an empty union. They
+/// differ in what draw(canvas) puts on it.
+template <class Draw>
+BOOL mergeInto(bool usable, const Box& box, BITMAPINFOHEADER** out, POINT* outOrigin, Draw&& draw) {
+  if (out == nullptr || outOrigin == nullptr) return FALSE;
+  *out = nullptr;
+  *outOrigin = {static_cast<LONG>(box.left), static_cast<LONG>(box.top)};
+  if (!usable || box.empty()) return FALSE;
+  Canvas canvas(box);
+  if (!canvas.dib) return FALSE;
+  draw(canvas);
+  return canvas.release(out, outOrigin);
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BYTE bottomReduction,
+                         BITMAPINFOHEADER* top, const POINT& topOrigin, BYTE topReduction,
+                         BITMAPINFOHEADER** out, POINT* outOrigin) {
+  const auto below = dibkit::placed32(bottom, bottomOrigin);
+  const auto above = dibkit::placed32(top, topOrigin);
+  if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
+  dibkit::Canvas canvas(unionOf(below.box(), above.box()));
+  if (!canvas.dib) return FALSE;
+  canvas.forEachRowUnder(below, [=](dibkit::Bgra* to, const dibkit::Bgra* from, int count) {
+    for (int i = 0; i < count; ++i) {
+      const DWORD pixel = dibkit::wordAt(from, i);
+      const DWORD alpha = std::max<DWORD>(pixel >> 24, bottomReduction) - bottomReduction;
+      dibkit::putWord(to, i, (pixel & dibkit::colourBits) | alpha << 24);
+    }
+  });
+  canvas.forEachRowUnder(above, [=](dibkit::Bgra* to, const dibkit::Bgra* from, int count) {
+    dibkit::overRow(to, from, count, {topReduction});
+  });
+  return canvas.release(out, outOrigin);
+}
+
+BOOL CDIB32::Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITMAPINFOHEADER* second,
+                         const POINT& secondOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
+  const auto below = dibkit::placed32(first, firstOrigin);
+  const auto above = dibkit::placed32(second, secondOrigin);
+  if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
+  dibkit::Canvas canvas(unionOf(below.box(), above.box()));
+  if (!canvas.dib) return FALSE;
+  pasteVisibleColours(canvas, below);
+  pasteVisibleColours(canvas, above);
+  // Marks outlive the colours: a visible fourth pixel is followed by its own row's mark, and the pixels that
+  // the mark of a narrow row hits lie further up and are done by then.
+  markVisibleRows(canvas, below);
+  markVisibleRows(canvas, above);
+  return canvas.release(out, outOrigin);
+}
+
+BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMAPINFOHEADER* top,
+                            POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
+  const auto below = dibkit::placed32(bottom, bottomOrigin);
+  const auto above = dibkit::placed32(top, topOrigin);
+  return dibkit::mergeInto(below.view && above.view, unionOf(below.box(), above.box()), out, outOrigin,
+                           [&](const dibkit::Canvas& canvas) {
+                             canvas.paste(below);
+                             pasteVisible(canvas, above);
+                           });
+}
+
+BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
+                            POINT* outOrigin) {
+  const auto placed = dibkit::placed32(image, origin);
+  return dibkit::mergeInto(bool{placed.view}, unionOf(placed.box(), dibkit::toBox(rect)), out, outOrigin,
+                           [&](const dibkit::Canvas& canvas) {
+                             canvas.paste(placed);
+                             canvas.fill(rect, {});
+                           });
+}
+
+BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
+                            BITMAPINFOHEADER** out, POINT* outOrigin) {
+  const auto placed = dibkit::placed32(image, origin);
+  return dibkit::mergeInto(bool{placed.view}, unionOf(placed.box(), dibkit::toBox(rect)), out, outOrigin,
+                           [&](const dibkit::Canvas& canvas) {
+                             canvas.fill(rect, dibkit::withAlpha(dibkit::fromColorRef(colour), 255));
+                             canvas.paste(placed);
+                           });
+}

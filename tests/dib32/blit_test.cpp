@@ -1,0 +1,335 @@
+#include <gtest/gtest.h>
+
+#include "dib32/dib32.h"
+#include "dib32/placed.h"
+
+namespace {
+
+using dibkit::OwnedDib;
+using test::Guarded;
+using Dib = BITMAPINFOHEADER*;
+
+BYTE byteOf(int value) { return static_cast<BYTE>(value); }
+int reducedAlpha(const BYTE* s, int reduction) { return s[3] > reduction ? s[3] - reduction : 0; }
+
+// The rules as they are defined, for one pixel d under s, with the operation's byte and a mask byte.
+
+void combine(BYTE* d, BYTE* s, int reduction, int) {
+  const int as = reducedAlpha(s, reduction);
+  const int ad = d[3];
+  const int ao = 255 - (255 - ad) * (255 - as) / 255;
+  for (int i = 0; i < 3; ++i) {
+    int value = d[i] * ad * (255 - as) / 255 + s[i] * as;
+    if (ao > 0) value /= ao;
+    d[i] = byteOf(std::min(value, 255));
+  }
+  d[3] = byteOf(ao);
+}
+
+void plain(BYTE* d, BYTE* s, int reduction, int) {
+  const unsigned as = static_cast<unsigned>(reducedAlpha(s, reduction));
+  if (as == 0) return;
+  const unsigned ad = d[3];
+  const unsigned sum = ((ad + as) * 256 - ad * as) & 0xFFFF;
+  for (int i = 0; i < 3; ++i) {
+    const int product = static_cast<int>(d[i] * ad);
+    d[i] = byteOf((product * 256 + (s[i] * 256 - product) * static_cast<int>(as)) / static_cast<int>(sum));
+  }
+  d[3] = byteOf(static_cast<int>(sum >> 8));
+}
+
+void linearMix(BYTE* d, BYTE* s, int reduction, int) {
+  const int a = reducedAlpha(s, reduction);
+  for (int i = 0; i < 4 && a > 0; ++i) d[i] = a == 255 ? s[i] : byteOf((d[i] * (256 - a) + s[i] * a) >> 8);
+}
+
+void shade(BYTE* d, BYTE* s, int reduction, int) {
+  const int a = reducedAlpha(s, reduction);
+  const int f = a * 256 / 255;
+  if (a == 255) std::memmove(d, s, 4);
+  for (int i = 0; i < 3 && a > 0 && a < 255; ++i) s[i] = byteOf((s[i] * 256 + (d[i] - s[i]) * f) >> 8);
+}
+
+void evenMixAt(BYTE* d, const BYTE* s, int a) {
+  const int f = a * 32768 / 255;
+  for (int i = 0; i < 4 && a > 0; ++i) {
+    const int half = ((d[i] * (32768 - f)) >> 16) + ((s[i] * f) >> 16);
+    d[i] = a == 255 ? s[i] : byteOf(std::min(half * 2, 255));
+  }
+}
+
+void evenMix(BYTE* d, BYTE* s, int transparency, int) {
+  const int a = transparency == 255 ? 0 : transparency == 0 ? s[3] : s[3] * (255 - transparency) / 255;
+  evenMixAt(d, s, a);
+}
+
+void maskedEvenMix(BYTE* d, BYTE* s, int transparency, int mask) {
+  if (mask == 0) return;
+  int a = s[3];
+  if (transparency == 255) {
+    a = 0;
+  } else if (transparency > 0) {
+    a = a * (255 - transparency) / 255;
+  }
+  if (mask < 255) a = a * mask / 255;
+  evenMixAt(d, s, a);
+}
+
+void alphaPlain(BYTE* d, BYTE* s, int reduction, int) {
+  const int as = reducedAlpha(s, reduction);
+  if (as > 0) d[3] = byteOf((((as + d[3]) * 256) - d[3] * as) >> 8);
+}
+
+void erase(BYTE* d, BYTE* s, int strength, int) {
+  const int e = strength == 0 ? 0 : strength == 255 ? s[3] : s[3] * strength / 255;
+  d[3] = byteOf(d[3] > e ? d[3] - e : 0);
+}
+
+void maskedErase(BYTE* d, BYTE* s, int strength, int mask) {
+  if (mask != 0) erase(d, s, strength, mask);
+}
+
+void copyBlock(BYTE* d, BYTE* s, int reduction, int) {
+  const int alpha = reducedAlpha(s, reduction);
+  for (int i = 0; i < 3; ++i) d[i] = s[i];
+  d[3] = byteOf(alpha);
+}
+
+void transform(BYTE* d, BYTE* s, int, int) { std::memmove(d, s, 4); }
+void transformAlpha(BYTE* d, BYTE* s, int, int) { d[3] = s[3]; }
+
+struct Arguments {
+  Dib destination;
+  POINT destinationOrigin;
+  Dib source;
+  POINT sourceOrigin;
+  BYTE byte;
+  Dib mask;
+  CPoint maskOrigin;
+};
+
+struct Operation {
+  const char* name;
+  void (*call)(const Arguments&);
+  void (*rule)(BYTE* d, BYTE* s, int byte, int mask);
+  bool masked = false;
+};
+
+template <auto Function>
+void callBlock(const Arguments& a) {
+  Function(a.destination, a.destinationOrigin, a.source, a.sourceOrigin, a.byte);
+}
+template <auto Function>
+void callCopy(const Arguments& a) {
+  Function(a.destination, a.destinationOrigin, a.source, a.sourceOrigin);
+}
+template <auto Function>
+void callMasked(const Arguments& a) {
+  Function(a.destination, a.destinationOrigin, a.source, a.sourceOrigin, a.byte, a.mask, a.maskOrigin);
+}
+void callErase(const Arguments& a) {
+  CDIB32::Erase32BitsBlock(a.destination, a.destinationOrigin, a.source, a.sourceOrigin, a.byte);
+}
+void callMaskedErase(const Arguments& a) {
+  CDIB32::Erase32BitsBlock(a.destination, a.destinationOrigin, a.source, a.sourceOrigin, a.byte, a.mask,
+                           a.maskOrigin);
+}
+
+const Operation operations[] = {
+    {"CombineBlock", callBlock<CDIB32::CombineBlock>, combine},
+    {"BitBlt32DIBPlain", callBlock<CDIB32::BitBlt32DIBPlain>, plain},
+    {"BitBlt32DIBMMX", callBlock<CDIB32::BitBlt32DIBMMX>, linearMix},
+    {"BitBlt32DIB", callBlock<CDIB32::BitBlt32DIB>, shade},
+    {"Mix32BitsDIBMMX", callBlock<CDIB32::Mix32BitsDIBMMX>, evenMix},
+    {"Mix32BitsDIBMMX_Mask", callMasked<CDIB32::Mix32BitsDIBMMX_Mask>, maskedEvenMix, true},
+    {"BitBltDIBAlphaChannelPlain", callBlock<CDIB32::BitBltDIBAlphaChannelPlain>, alphaPlain},
+    {"Erase32BitsBlock", callErase, erase},
+    {"Erase32BitsBlock with mask", callMaskedErase, maskedErase, true},
+    {"CopyBlock", callBlock<CDIB32::CopyBlock>, copyBlock},
+    {"TransformBlock", callCopy<CDIB32::TransformBlock>, transform},
+    {"TransformAlphaChannelBlock", callCopy<CDIB32::TransformAlphaChannelBlock>, transformAlpha},
+};
+
+/// Every pixel of the common space in turn, from the top, each row from the left.
+void literally(const Operation& operation, Guarded& to, POINT toAt, Guarded& from, POINT fromAt, int byte,
+               Guarded& mask, POINT maskAt) {
+  for (int y = -100; y <= 100; ++y) {
+    for (int x = -100; x <= 100; ++x) {
+      if (!to.has(x - toAt.x, y - toAt.y) || !from.has(x - fromAt.x, y - fromAt.y)) continue;
+      const bool covered = mask.has(x - maskAt.x, y - maskAt.y);
+      if (operation.masked && !covered) continue;
+      operation.rule(to.at(x - toAt.x, y - toAt.y), from.at(x - fromAt.x, y - fromAt.y), byte,
+                     covered ? *mask.at(x - maskAt.x, y - maskAt.y) : 255);
+    }
+  }
+}
+
+constexpr int bytes[] = {0, 0, 1, 100, 128, 254, 255};
+
+TEST(BlockOperations, EqualTheirTwinsForAnyPlacement) {
+  test::Random random(7);
+  for (int round = 0; round < 1200; ++round) {
+    const Operation& operation = operations[round % static_cast<int>(std::size(operations))];
+    const auto size = [&] { return 1 + test::below(random, 40); };
+    const int toWidth = size();
+    Guarded to(toWidth, size(), 32, random);
+    const int fromWidth = size();
+    Guarded from(fromWidth, size(), 32, random);
+    const int maskWidth = size();
+    Guarded mask(maskWidth, size(), 8, random);
+    const POINT toAt = test::randomPoint(random, 20);
+    const POINT fromAt = test::randomPoint(random, 20);
+    const POINT maskAt = test::randomPoint(random, 20);
+    const int byte = bytes[test::below(random, 7)];
+    Guarded expectedTo = to;
+    Guarded expectedFrom = from;
+    const Guarded expectedMask = mask;
+    literally(operation, expectedTo, toAt, expectedFrom, fromAt, byte, mask, maskAt);
+    operation.call({to.dib(), toAt, from.dib(), fromAt, byteOf(byte), mask.dib(), CPoint(maskAt)});
+    ASSERT_EQ(to.block(), expectedTo.block()) << operation.name << ", round " << round;
+    ASSERT_EQ(from.block(), expectedFrom.block()) << operation.name << ", round " << round;
+    ASSERT_EQ(mask.block(), expectedMask.block()) << operation.name << ", round " << round;
+  }
+}
+
+TEST(BlockOperations, KeepTheOrderFromTheLeftWithinOneImage) {
+  test::Random random(8);
+  for (int round = 0; round < 1200; ++round) {
+    const Operation& operation = operations[round % static_cast<int>(std::size(operations))];
+    Guarded image(90, 3, 32, random);
+    Guarded expected = image;
+    Guarded mask(90, 3, 8, random);
+    const POINT at = test::randomPoint(random, round % 3 == 0 ? 40 : 3);
+    const POINT shift{at.x, test::below(random, 3) - 1};
+    const int byte = bytes[test::below(random, 7)];
+    literally(operation, expected, {0, 0}, expected, shift, byte, mask, {0, 0});
+    operation.call({image.dib(), {0, 0}, image.dib(), shift, byteOf(byte), mask.dib(), CPoint(0, 0)});
+    ASSERT_EQ(image.block(), expected.block()) << operation.name << " by " << shift.x << ", " << shift.y;
+  }
+}
+
+constexpr int levels[] = {0, 1, 2, 17, 51, 84, 85, 100, 127, 128, 170, 200, 240, 253, 254, 255};
+
+/// Every source opacity against 16 destination opacities and 16 x 16 channel values, per operation.
+class EveryAlpha : public testing::TestWithParam<Operation> {};
+
+TEST_P(EveryAlpha, EqualsTheFormula) {
+  const Operation& operation = GetParam();
+  Guarded from(test::image(256, 256, 32));
+  Guarded to(test::image(256, 256, 32));
+  Guarded mask(test::image(256, 256, 8));
+  for (const int byte : {0, 77, 254}) {
+    for (const int ad : levels) {
+      if (byte != 0 && ad != 200) continue;
+      for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int x = 0; x < 256; ++x) {
+          const DWORD s = static_cast<DWORD>(levels[x / 16]);
+          const DWORD d = static_cast<DWORD>(levels[x % 16]);
+          dibkit::Bgra32::put(from.at(x, alpha), 0, static_cast<DWORD>(alpha) << 24 | s << 16 | d << 8 | s);
+          dibkit::Bgra32::put(to.at(x, alpha), 0, static_cast<DWORD>(ad) << 24 | d << 16 | s << 8 | d);
+          *mask.at(x, alpha) = byteOf(levels[(x + alpha + ad) % 16]);
+        }
+      }
+      Guarded expectedTo = to;
+      Guarded expectedFrom = from;
+      for (int y = 0; y < 256; ++y) {
+        for (int x = 0; x < 256; ++x) {
+          operation.rule(expectedTo.at(x, y), expectedFrom.at(x, y), byte, *mask.at(x, y));
+        }
+      }
+      operation.call({to.dib(), {0, 0}, from.dib(), {0, 0}, byteOf(byte), mask.dib(), CPoint(0, 0)});
+      ASSERT_TRUE(to.block() == expectedTo.block()) << byte << ", destination opacity " << ad;
+      ASSERT_TRUE(from.block() == expectedFrom.block()) << byte << ", destination opacity " << ad;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BlockOperations, EveryAlpha, testing::ValuesIn(operations), [](const auto& tested) {
+  std::string name = tested.param.name;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == ' ' || c == '_'; }, 'X');
+  return name;
+});
+
+TEST(BlockOperations, GiveTheBytesWorkedOutByHand) {
+  struct Case {
+    const char* what;
+    void (*call)(const Arguments&);
+    int byte;
+    DWORD to, from, toAfter, fromAfter;
+  };
+  const Case cases[] = {
+      {"transparent over transparent", callBlock<CDIB32::CombineBlock>, 0, 0x00463C32, 0x001E140A, 0,
+       0x001E140A},
+      {"onto nothing", callBlock<CDIB32::BitBlt32DIBPlain>, 0, 0x00000000, 0x80FF0000, 0x80FF0000,
+       0x80FF0000},
+      {"white over black by 128/256", callBlock<CDIB32::BitBlt32DIBMMX>, 0, 0xFF000000, 0x80FFFFFF,
+       0xBF7F7F7F, 0x80FFFFFF},
+      // 256 * 155 / 256 of black and 100 / 256 of the source's own 255: the opacity byte is not reduced.
+      {"own opacity under a reduced weight", callBlock<CDIB32::BitBlt32DIBMMX>, 155, 0x00000000, 0xFF000000,
+       0x63000000, 0xFF000000},
+      // f = 128: (0 * 256 + (255 - 0) * 128) >> 8 = 127 goes into the source.
+      {"the source takes the shade", callBlock<CDIB32::BitBlt32DIB>, 0, 0xFFFFFFFF, 0x80000000, 0xFFFFFFFF,
+       0x807F7F7F},
+      {"not drawn at all", callBlock<CDIB32::Mix32BitsDIBMMX>, 255, 0x01020305, 0xFFFFFFFF, 0x01020305,
+       0xFFFFFFFF},
+      {"drawn whole", callBlock<CDIB32::Mix32BitsDIBMMX>, 0, 0x01020305, 0xFFABCDEF, 0xFFABCDEF, 0xFFABCDEF},
+      // a = 254: f = 32639, 255 * 129 >> 16 = 0 and 255 * 32639 >> 16 = 126 (127 for 255 of 255 is lost).
+      {"even bytes", callBlock<CDIB32::Mix32BitsDIBMMX>, 0, 0xFFFFFFFF, 0xFEFFFFFF, 0xFCFCFCFC, 0xFEFFFFFF},
+      {"no strength", callErase, 0, 0xFF000000, 0xFF000000, 0xFF000000, 0xFF000000},
+      {"full strength", callErase, 255, 0xFF112233, 0xFF000000, 0x00112233, 0xFF000000},
+      {"copied and reduced", callBlock<CDIB32::CopyBlock>, 16, 0xFF112233, 0x10ABCDEF, 0x00ABCDEF,
+       0x10ABCDEF},
+  };
+  for (const Case& expected : cases) {
+    SCOPED_TRACE(expected.what);
+    const OwnedDib to = test::imageOf(1, 1, 32, {expected.to});
+    const OwnedDib from = test::imageOf(1, 1, 32, {expected.from});
+    expected.call({to.get(), {3, 4}, from.get(), {3, 4}, byteOf(expected.byte), nullptr, CPoint(0, 0)});
+    EXPECT_EQ(test::pixel(to, 0, 0), expected.toAfter) << std::hex << test::pixel(to, 0, 0);
+    EXPECT_EQ(test::pixel(from, 0, 0), expected.fromAfter) << std::hex << test::pixel(from, 0, 0);
+  }
+}
+
+TEST(BitBltDIBAlphaChannelPlain, ComposesTheLastByteOfAnyWholeBytePixel) {
+  // 52 under 128: ((128 + 52) * 256 - 52 * 128) / 256 = 154, the top byte of a word, red of three bytes.
+  const struct {
+    int bitCount;
+    DWORD before, after;
+  } cases[] = {{8, 52, 154}, {16, 0x3411, 0x9A11}, {24, 0x342211, 0x9A2211}, {32, 0x34332211, 0x9A332211}};
+  const OwnedDib source = test::imageOf(2, 1, 32, {0x80000000, 0x00FFFFFF});
+  for (const auto& expected : cases) {
+    const OwnedDib image = test::imageOf(2, 1, expected.bitCount, {expected.before, expected.before});
+    CDIB32::BitBltDIBAlphaChannelPlain(image.get(), {0, 0}, source.get(), {0, 0}, 0);
+    EXPECT_EQ(test::pixelsOf(image), (std::vector<DWORD>{expected.after, expected.before}));
+  }
+  for (const int bitCount : {1, 4}) {
+    const OwnedDib image = test::imageOf(2, 1, bitCount, {1, 1});
+    CDIB32::BitBltDIBAlphaChannelPlain(image.get(), {0, 0}, source.get(), {0, 0}, 0);
+    EXPECT_EQ(test::pixelsOf(image), (std::vector<DWORD>{1, 1}));
+  }
+}
+
+TEST(BlockOperations, AreHarmlessWithWrongArguments) {
+  const OwnedDib good = test::imageOf(2, 1, 32, {0x80112233, 0xFF445566});
+  const OwnedDib gray = test::imageOf(2, 1, 8, {255, 255});
+  BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  const std::vector<BYTE> before = test::bytesOf(good);
+  const POINT far{INT32_MAX, INT32_MIN};
+  for (const Operation& operation : operations) {
+    SCOPED_TRACE(operation.name);
+    for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}}) {
+      operation.call({wrong, {0, 0}, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
+      operation.call({good.get(), {0, 0}, wrong, {0, 0}, 0, gray.get(), CPoint(0, 0)});
+    }
+    operation.call({good.get(), {0, 0}, gray.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
+    operation.call({good.get(), far, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
+    if (operation.masked) {
+      operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, nullptr, CPoint(0, 0)});
+      operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, good.get(), CPoint(0, 0)});
+    }
+    EXPECT_EQ(test::bytesOf(good), before);
+  }
+}
+
+}  // namespace
