@@ -6,5 +6,7 @@
 #include "convert/convert.h"
 #include "dib/dib.h"
 #include "dib32/dib32.h"
+#include "effects/catalogue.h"
+#include "effects/effects.h"
 #include "frames/frames.h"
 #include "platform/win32.h"

@@ -27,9 +27,10 @@ std::span<const RECT> RegionSpans::row(int y) const {
   return {first, last};
 }
 
-OwnedRegion SpanCollector::region() {
-  const std::vector<RECT> rectangles = bands_.take();
-  const std::size_t listBytes = rectangles.size() * sizeof(RECT);
+OwnedRegion SpanCollector::region() { return regionOfRectangles(bands_.take()); }
+
+OwnedRegion regionOfRectangles(std::span<const RECT> rectangles) {
+  const std::size_t listBytes = rectangles.size_bytes();
   std::vector<std::uint64_t> block((sizeof(RGNDATAHEADER) + listBytes + 7) / 8);
   auto* data = reinterpret_cast<RGNDATA*>(block.data());
   data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rectangles.size()),
@@ -39,8 +40,9 @@ OwnedRegion SpanCollector::region() {
     bound = rectangles.front();
     for (const RECT& rect : rectangles) {
       bound.left = std::min(bound.left, rect.left);
+      bound.top = std::min(bound.top, rect.top);
       bound.right = std::max(bound.right, rect.right);
-      bound.bottom = rect.bottom;
+      bound.bottom = std::max(bound.bottom, rect.bottom);
     }
     std::memcpy(data->Buffer, rectangles.data(), listBytes);
   }

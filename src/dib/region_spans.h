@@ -48,6 +48,10 @@ class RegionSpans {
   bool valid_ = false;
 };
 
+/// The region of all pixels that any of the rectangles holds; empty for none. Cheapest when they come in rows
+/// as RegionSpans gives them. Null when the platform fails; throws std::bad_alloc when memory runs out.
+OwnedRegion regionOfRectangles(std::span<const RECT> rectangles);
+
 /// Builds a region from spans in one go. Rows that hold the same spans as the row above become one rectangle
 /// row, so that the region of a large area stays small. Throws std::bad_alloc when memory runs out.
 class SpanCollector {

@@ -1,0 +1,159 @@
+#include "effects/bars.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "dib/allocate.h"
+#include "dib/pixel_format.h"
+#include "effects/piece.h"
+
+namespace dibkit {
+namespace {
+
+constexpr int barThickness = 4;
+
+/// The stretch [begin, end) of a line that has come in, and how far its pixels lie further along in the
+/// source. Positions may lie anywhere; what shows is clipped to the line, what is read clamped to it.
+struct Arrival {
+  std::int64_t begin;
+  std::int64_t end;
+  std::int64_t shift;
+};
+
+/// The last `d` places of `extent` show the source's first ones.
+Arrival fromFarEnd(std::int64_t extent, std::int64_t d) { return {extent - d, extent, d - extent}; }
+
+/// The first places show the source's last ones.
+Arrival fromNearEnd(std::int64_t extent, std::int64_t d) { return {0, d, extent - d}; }
+
+/// One place more than has come in, on purpose: the two halves meet without a gap, and place d repeats the
+/// source's last one. The bars do without.
+Arrival fromNearEndInclusive(std::int64_t extent, std::int64_t d) { return {0, d + 1, extent - d}; }
+
+bool shows(const Arrival& arrival, int position) {
+  return position >= arrival.begin && position < arrival.end;
+}
+int sourceOf(const Arrival& arrival, int position, int extent) {
+  return static_cast<int>(std::clamp<std::int64_t>(position + arrival.shift, 0, extent - 1));
+}
+
+/// Writes the part of a row that has come in; the rest is left alone.
+void arriveAlongRow(BYTE* to, const BYTE* from, int width, const Arrival& arrival) {
+  const auto begin = static_cast<int>(std::clamp<std::int64_t>(arrival.begin, 0, width));
+  const auto end = static_cast<int>(std::clamp<std::int64_t>(arrival.end, begin, width));
+  // In between the source column runs along with x; before and after, it stands at the source's ends.
+  const auto first = static_cast<int>(std::clamp<std::int64_t>(-arrival.shift, begin, end));
+  const auto last = static_cast<int>(std::clamp<std::int64_t>(width - arrival.shift, first, end));
+  for (int x = begin; x < first; ++x) Bgra32::put(to, x, Bgra32::get(from, 0));
+  if (first < last) {
+    const BYTE* source = from + (first + arrival.shift) * 4;
+    std::memcpy(to + std::ptrdiff_t{first} * 4, source, static_cast<std::size_t>(last - first) * 4);
+  }
+  for (int x = last; x < end; ++x) Bgra32::put(to, x, Bgra32::get(from, width - 1));
+}
+
+/// Pieces of the rows slide sideways; `arrivalOf(y)` says from where.
+template <class ArrivalOf>
+void slideRows(const ConstView& from, const View& to, ArrivalOf&& arrivalOf) {
+  for (int y = 0; y < to.height(); ++y) arriveAlongRow(to.row(y), from.row(y), to.width(), arrivalOf(y));
+}
+
+/// Two sets of columns slide up and down; copyFirst(to, from) and copySecond(to, from) copy theirs from one
+/// row to another.
+template <class CopyFirst, class CopySecond>
+void slideColumns(const ConstView& from, const View& to, const Arrival& first, CopyFirst&& copyFirst,
+                  const Arrival& second, CopySecond&& copySecond) {
+  const int h = to.height();
+  for (int y = 0; y < h; ++y) {
+    if (shows(first, y)) copyFirst(to.row(y), from.row(sourceOf(first, y, h)));
+    if (shows(second, y)) copySecond(to.row(y), from.row(sourceOf(second, y, h)));
+  }
+}
+
+void copyColumns(BYTE* to, const BYTE* from, int left, int right) {
+  const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
+  std::memcpy(to + offset, from + offset, static_cast<std::size_t>(right - left) * 4);
+}
+
+/// Copies every other bar from the one that starts at column `start` on.
+void copyBars(BYTE* to, const BYTE* from, int start, int width) {
+  constexpr std::ptrdiff_t barBytes = barThickness * 4;
+  const std::ptrdiff_t rowBytes = std::ptrdiff_t{width} * 4;
+  std::ptrdiff_t offset = std::ptrdiff_t{start} * 4;
+  for (; offset + barBytes <= rowBytes; offset += 2 * barBytes) {
+    std::memcpy(to + offset, from + offset, barBytes);
+  }
+  if (offset < rowBytes) std::memcpy(to + offset, from + offset, static_cast<std::size_t>(rowBytes - offset));
+}
+
+void slideHalves(const ConstView& from, const View& to, bool vertically, long percent) {
+  const int w = to.width();
+  const int h = to.height();
+  if (!vertically) {
+    const std::int64_t d = percentOf(w, percent);
+    slideRows(from, to, [&](int y) { return y < h / 2 ? fromFarEnd(w, d) : fromNearEndInclusive(w, d); });
+    return;
+  }
+  const std::int64_t d = percentOf(h, percent);
+  slideColumns(
+      from, to, fromFarEnd(h, d), [&](BYTE* row, const BYTE* source) { copyColumns(row, source, 0, w / 2); },
+      fromNearEndInclusive(h, d), [&](BYTE* row, const BYTE* source) { copyColumns(row, source, w / 2, w); });
+}
+
+void slideBars(const ConstView& from, const View& to, bool vertically, long percent) {
+  const int w = to.width();
+  const int h = to.height();
+  const auto isSecond = [](int position) { return position / barThickness % 2 == 1; };
+  if (!vertically) {
+    const std::int64_t d = percentOf(w, percent);
+    slideRows(from, to, [&](int y) { return isSecond(y) ? fromFarEnd(w, d) : fromNearEnd(w, d); });
+    return;
+  }
+  const std::int64_t d = percentOf(h, percent);
+  slideColumns(
+      from, to, fromFarEnd(h, d),
+      [&](BYTE* row, const BYTE* source) { copyBars(row, source, barThickness, w); }, fromNearEnd(h, d),
+      [&](BYTE* row, const BYTE* source) { copyBars(row, source, 0, w); });
+}
+
+/// Both effects give a picture of the frame's size; where nothing has come in it stays empty.
+template <class Slide>
+BOOL composePiece(const BITMAPINFOHEADER* source, long style, EffectOutput& output, Slide&& slide) {
+  if (style != 0 && style != 1) return FALSE;
+  const auto [w, h] = sizeOf(source);
+  OwnedDib piece = createDib(w, h, 32, 0);
+  if (!piece) return FALSE;
+  slide(ConstView(source), View(piece.get()), style == 1);
+  output.image = piece.release();
+  output.rect = {0, 0, w, h};
+  return TRUE;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CBarSlideEffect::SetParameters(long a, long b) {
+  m_nStyle = a;
+  m_nAmount = b;
+}
+
+BOOL CBarSlideEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  return composePiece(m_pSrcDib, m_nStyle, *output,
+                      [&](const ConstView& from, const View& to, bool vertically) {
+                        slideHalves(from, to, vertically, m_nAmount);
+                      });
+}
+
+void CMultiBarSlideEffect::SetParameters(long a, long b) {
+  m_nStyle = a;
+  m_nAmount = b;
+}
+
+BOOL CMultiBarSlideEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  return composePiece(m_pSrcDib, m_nStyle, *output,
+                      [&](const ConstView& from, const View& to, bool vertically) {
+                        slideBars(from, to, vertically, m_nAmount);
+                      });
+}

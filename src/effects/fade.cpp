@@ -1,0 +1,70 @@
+#include "effects/fade.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "dib/allocate.h"
+#include "dib/view.h"
+
+namespace dibkit {
+namespace {
+
+bool isOpaque(const BYTE* row, int width) {
+  BYTE opacity = 255;
+  for (int x = 0; x < width; ++x) opacity &= row[x * 4 + 3];
+  return opacity == 255;
+}
+
+/// byte = (in * weight + out * (255 - weight)) / 255, rounded
+void fadeOpaqueRow(BYTE* to, const BYTE* in, const BYTE* out, int bytes, std::uint16_t weight) {
+  const auto rest = static_cast<std::uint16_t>(255 - weight);
+  for (int i = 0; i < bytes; ++i) {
+    const auto sum = static_cast<std::uint16_t>(in[i] * weight + out[i] * rest + 127);
+    to[i] = static_cast<BYTE>(sum / 255);
+  }
+}
+
+/// opacity = (weight of in + weight of out) / 255, a picture's weight being its share times its opacity;
+/// colour = the mean of both, by these weights. Opaque pixels come out as in fadeOpaqueRow.
+void fadeRow(BYTE* to, const BYTE* in, const BYTE* out, int width, int weight) {
+  for (int x = 0; x < width; ++x, to += 4, in += 4, out += 4) {
+    const int weightIn = weight * in[3];
+    const int weightOut = (255 - weight) * out[3];
+    const int sum = weightIn + weightOut;
+    // Numerators stay below 2^24 and quotients below 256, so that the single-precision quotient truncates
+    // to the exact one.
+    const float divisor = static_cast<float>(std::max(sum, 1));
+    for (int i = 0; i < 3; ++i) {
+      const int numerator = in[i] * weightIn + out[i] * weightOut + sum / 2;
+      to[i] = static_cast<BYTE>(static_cast<float>(numerator) / divisor);
+    }
+    to[3] = static_cast<BYTE>((sum + 127) / 255);
+  }
+}
+
+}  // namespace
+
+OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress) {
+  const ConstView in = viewOfDepth(incoming, 32);
+  const ConstView out = viewOfDepth(outgoing, 32);
+  if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
+  OwnedDib frame = createDib(in.width(), in.height(), 32, 0, Pixels::unwritten);
+  if (!frame) return nullptr;
+
+  const View to(frame.get());
+  const int weight = progress > 0.0 ? static_cast<int>(std::lround(std::min(progress, 1.0) * 255.0)) : 0;
+  for (int y = 0; y < to.height(); ++y) {
+    if (weight == 0 || weight == 255) {
+      // The colour of transparent pixels is kept as well.
+      std::memcpy(to.row(y), (weight == 0 ? out : in).row(y), static_cast<std::size_t>(to.stride()));
+    } else if (isOpaque(in.row(y), to.width()) && isOpaque(out.row(y), to.width())) {
+      fadeOpaqueRow(to.row(y), in.row(y), out.row(y), to.width() * 4, static_cast<std::uint16_t>(weight));
+    } else {
+      fadeRow(to.row(y), in.row(y), out.row(y), to.width(), weight);
+    }
+  }
+  return frame;
+}
+
+}  // namespace dibkit

@@ -1,0 +1,50 @@
+#include "effects/slide.h"
+
+#include <array>
+
+#include "effects/piece.h"
+#include "frames/frames.h"
+
+namespace {
+
+struct Slide {
+  RECT cut;    ///< what of the picture shows
+  RECT place;  ///< where in the frame it shows
+};
+
+/// What a direction shows of a w x h picture of which dx columns and dy rows have come in.
+Slide slideFrom(long direction, LONG w, LONG h, LONG dx, LONG dy) {
+  const std::array<Slide, 8> slides = {{
+      {{w - dx, 0, w, h}, {0, 0, dx, h}},        // left edge
+      {{w - dx, h - dy, w, h}, {0, 0, dx, dy}},  // top left corner
+      {{0, h - dy, w, h}, {0, 0, w, dy}},        // top edge
+      {{0, h - dy, dx, h}, {w - dx, 0, w, dy}},  // top right corner
+      {{0, 0, dx, h}, {w - dx, 0, w, h}},        // right edge
+      {{0, 0, dx, dy}, {w - dx, h - dy, w, h}},  // bottom right corner
+      {{0, 0, w, dy}, {0, h - dy, w, h}},        // bottom edge
+      {{w - dx, 0, w, dy}, {0, h - dy, dx, h}},  // bottom left corner
+  }};
+  const Slide whole = {{0, 0, w, h}, {0, 0, w, h}};
+  return direction >= 0 && direction < 8 ? slides[static_cast<std::size_t>(direction)] : whole;
+}
+
+}  // namespace
+
+void CSmoothSlideEffect::SetParameters(long a, long b) {
+  m_nStyle = a;
+  m_nAmount = b;
+}
+
+BOOL CSmoothSlideEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  const auto [w, h] = sizeOf(m_pSrcDib);
+  // A picture that has arrived stays: beyond the range the cut would leave the picture.
+  const int percent = clampAmount(m_nAmount, 0, 100);
+  const Slide slide = slideFrom(m_nStyle, w, h, static_cast<LONG>(percentOf(w, percent)),
+                                static_cast<LONG>(percentOf(h, percent)));
+  const RECT& cut = slide.cut;
+  const OwnedRegion region(CreateRectRgn(cut.left, cut.top, cut.right, cut.bottom));
+  const BOOL made = cutPiece(m_pSrcDib, region, *output);
+  output->rect = slide.place;
+  return made;
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "effects/effects.h"
+
+/// The incoming frame slides in whole from an edge or a corner.
+class CSmoothSlideEffect : public CGeneralEffectFrame {
+ public:
+  using CGeneralEffectFrame::CGeneralEffectFrame;
+  BOOL GenerateFrame(EffectOutput* output) override;
+  void SetParameters(long a, long b) override;
+
+ private:
+  long m_nStyle;
+  long m_nAmount;
+};

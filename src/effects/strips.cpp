@@ -1,0 +1,99 @@
+#include "effects/strips.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+#include "dib/region_spans.h"
+#include "effects/ordered_pool.h"
+#include "effects/piece.h"
+
+namespace dibkit {
+namespace {
+
+/// How far a sweeping front is ragged, in strips.
+constexpr int sweepDepth = 32;
+constexpr int slatPitch = 8;
+
+struct StripStyle {
+  bool columns;     ///< strips are columns, not rows
+  bool fromFarEnd;  ///< the sweep starts at the right or bottom
+  bool sweeps;      ///< draws come from the front of the pool only
+};
+
+StripStyle stripStyle(long style) {
+  return {style == 0 || style == 2 || style == 3, style == 3 || style == 5, style >= 2};
+}
+
+/// Marks the strips that show. A larger count marks all that a smaller one does, since the seed is the number
+/// of strips.
+std::vector<bool> drawStrips(int strips, std::int64_t count, const StripStyle& style) {
+  std::vector<bool> shown(static_cast<std::size_t>(strips));
+  OrderedPool pool(strips);
+  std::srand(static_cast<unsigned>(strips));
+  for (std::int64_t i = 0; i < count && pool.left() > 0; ++i) {
+    const int span = style.sweeps ? std::min(sweepDepth, pool.left()) : pool.left();
+    const int taken = pool.take(std::rand() % span);
+    shown[static_cast<std::size_t>(style.fromFarEnd ? strips - 1 - taken : taken)] = true;
+  }
+  return shown;
+}
+
+/// The rectangle of places [begin, end) along one axis, over the whole picture along the other.
+RECT acrossPicture(const SIZE& picture, bool columns, int begin, int end) {
+  return columns ? RECT{begin, 0, end, picture.cy} : RECT{0, begin, picture.cx, end};
+}
+
+OwnedRegion narrowBars(const SIZE& picture, long styleNumber, long percent) {
+  const StripStyle style = stripStyle(styleNumber);
+  const int strips = style.columns ? picture.cx : picture.cy;
+  const std::int64_t count = percentOf(strips, percent);
+  // The generator is seeded even for a stage that draws nothing.
+  const std::vector<bool> shown = drawStrips(strips, count, style);
+  if (count <= 0) return nullptr;
+
+  std::vector<RECT> runs;
+  for (auto begin = std::find(shown.begin(), shown.end(), true); begin != shown.end();) {
+    const auto end = std::find(begin, shown.end(), false);
+    runs.push_back(acrossPicture(picture, style.columns, static_cast<int>(begin - shown.begin()),
+                                 static_cast<int>(end - shown.begin())));
+    begin = std::find(end, shown.end(), true);
+  }
+  return regionOfRectangles(runs);
+}
+
+OwnedRegion slats(const SIZE& picture, bool columns, long percent) {
+  const int extent = columns ? picture.cx : picture.cy;
+  const int pitch = std::min(slatPitch, extent);
+  // A slat that would open backwards stays shut, one that would open further stands open.
+  const int opening = pitch * clampAmount(percent, 0, 100) / 100;
+  std::vector<RECT> open;
+  for (std::int64_t start = 0; start < extent; start += pitch) {
+    const auto begin = static_cast<int>(start);
+    open.push_back(acrossPicture(picture, columns, begin, std::min(begin + opening, extent)));
+  }
+  return regionOfRectangles(open);
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CNarrowBarEffect::SetParameters(long a, long b) {
+  m_nStyle = a;
+  m_nAmount = b;
+}
+
+BOOL CNarrowBarEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  return cutPiece(m_pSrcDib, narrowBars(sizeOf(m_pSrcDib), m_nStyle, m_nAmount), *output);
+}
+
+void CJalousieEffect::SetParameters(long a, long b) {
+  m_nStyle = a;
+  m_nAmount = b;
+}
+
+BOOL CJalousieEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  return cutPiece(m_pSrcDib, slats(sizeOf(m_pSrcDib), m_nStyle == 0, m_nAmount), *output);
+}
