@@ -9,4 +9,5 @@
 #include "effects/catalogue.h"
 #include "effects/effects.h"
 #include "frames/frames.h"
+#include "palette/palette.h"
 #include "platform/win32.h"

@@ -44,6 +44,62 @@ class DIBKIT_API CBitmapConverter {
   /// \param flip not 0 turns the picture upside down
   static BITMAPINFOHEADER* Convert24BitsTo32Bits(BITMAPINFOHEADER* source, int flip,
                                                  CQorCommonProgress* progress);
+
+  /// \name Pictures of few colours, exactly
+  /// The palette is made of the colours in order of first appearance in reading order; nothing is
+  /// approximated. The rows are read as 24-bit ones whatever the header says.
+  /// \param colourCount the result's biClrUsed, at least the number of colours, or 0 for a full palette.
+  /// Colours beyond it are written past the palette, into the rows, as far as those go; after the 256th
+  /// entry the palette is written again from its start. Count the colours first.
+  /// @{
+  static BITMAPINFOHEADER* ConvertTrueDibTo8BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                    CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* ConvertTrueDibTo4BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                    CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* ConvertTrueDibTo1BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                    CQorCommonProgress* progress);
+  /// The smallest of the three that holds the picture's colours; null for more than 256 of them.
+  static BITMAPINFOHEADER* ConvertTrueDibToLowBitsDib(BITMAPINFOHEADER* source, CQorCommonProgress* progress);
+  /// @}
+
+  /// \name From one palette depth to another
+  /// With a colour map (keys the four bytes of a palette entry, not more than the target can index) the
+  /// result has the map's palette and its count as biClrUsed; a colour that the map lacks becomes index 0.
+  /// Without one (null) the colours stay: to more bits every index keeps its number and the rest of the
+  /// palette is black; to fewer bits equal entries are merged, of which the source may have as many distinct
+  /// ones as the target can index. An index beyond the palette becomes what the pixel before it did.
+  /// @{
+  static BITMAPINFOHEADER* Convert1BitsDibTo4BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* Convert1BitsDibTo8BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* Convert4BitsDibTo8BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* Convert8BitsDibTo4BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* Convert8BitsDibTo1BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  static BITMAPINFOHEADER* Convert4BitsDibTo1BitsDib(BITMAPINFOHEADER* source,
+                                                     CMap<DWORD, DWORD&, int, int&>* map,
+                                                     CQorCommonProgress* progress);
+  /// @}
+
+  /// To 256 grays, 0.299 red + 0.587 green + 0.114 blue truncated, on a palette that is the gray ramp.
+  static BITMAPINFOHEADER* Convert24BitsDIBTo256GraysDIB(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress);
+
+  /// The same from any depth. Done in two stages, by way of 24 bits, each a sub-range of half the progress.
+  static BITMAPINFOHEADER* ConvertDIBTo256Grays(BITMAPINFOHEADER* source, CQorCommonProgress* progress);
+
+  /// To black (index 0) and white: white where the raw byte of an 8-bit image, whose palette does not count,
+  /// is at least `threshold` (CPaletteFuns::GetThreshValueForm8BitsGrayDib gives a good one).
+  static BITMAPINFOHEADER* Convert8BitsGrayDibTo1BitsDib(BITMAPINFOHEADER* source, int threshold,
+                                                         CQorCommonProgress* progress);
 };
 
 /// A 24-bit image onto the palette of a colour map, at the smallest depth that holds the map: 1 bit below 3

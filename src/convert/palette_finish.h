@@ -17,7 +17,7 @@ class FrameColours {
   /// were left out are not to be noted. The 257th colour ends the noting.
   void note(const BYTE* row, int left, int right) {
     if (overflowed_) return;
-    overflowed_ = !forEachColourRun(
+    overflowed_ = !forEachColourRun<Bgr24>(
         row, left, right, [&](DWORD key, int, int) { return colours_.enter(key) != ColourIndex::none; });
   }
 

@@ -30,7 +30,7 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
         BYTE indexes[indexChunk];
         for (int left = 0; left < source.width(); left += indexChunk) {
           const int count = std::min(indexChunk, source.width() - left);
-          forEachColourRun(from, left, left + count, [&](DWORD key, int begin, int end) {
+          forEachColourRun<Bgr24>(from, left, left + count, [&](DWORD key, int begin, int end) {
             std::memset(indexes + (begin - left), lookUp(key), static_cast<std::size_t>(end - begin));
             return true;
           });

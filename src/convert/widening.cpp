@@ -1,6 +1,7 @@
 #include <array>
 
 #include "convert/convert.h"
+#include "convert/row_kernels.h"
 #include "convert/row_walk.h"
 #include "dib/index_rows.h"
 
@@ -60,18 +61,25 @@ OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   });
 }
 
-/// From a format without palette: pixel by pixel.
+/// The kernel from a format without palette.
+template <class Source, class Target>
+RowKernels::Row kernelFor() {
+  const RowKernels& kernels = rowKernels();
+  if constexpr (Target::bits == 24) {
+    return Source::bits == 16 ? kernels.rgb555ToBgr24 : kernels.bgra32ToBgr24;
+  } else {
+    return Source::bits == 24 ? kernels.bgr24ToRgb555 : kernels.bgra32ToRgb555;
+  }
+}
+
 template <class Source, class Target>
 OwnedDib convertDirect(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Source::bits);
   if (!source) return nullptr;
-  const PaletteTable noPalette;
+  const RowKernels::Row kernel = kernelFor<Source, Target>();
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
-  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
-    for (int x = 0; x < source.width(); ++x) {
-      Target::put(to, x, Target::encode(Source::colour(Source::get(from, x), noPalette)));
-    }
-  });
+  return fillRows(source, std::move(result), progress,
+                  [&](const BYTE* from, BYTE* to) { kernel(from, source.width(), to); });
 }
 
 template <class Source, class Target>
@@ -97,12 +105,6 @@ OwnedDib convertAny(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   });
 }
 
-/// The bytes 0, red, green, blue: the reverse of what images to be composited hold. The hosts that take this
-/// image expect it so.
-DWORD reversed(Rgb colour) {
-  return DWORD{colour.blue} << 24 | DWORD{colour.green} << 16 | DWORD{colour.red} << 8;
-}
-
 OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
   if (!source) return nullptr;
@@ -111,8 +113,7 @@ OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonP
   const View target(result.get());
   const bool finished = forEachRowReporting(source.height(), progress, [&](int y) {
     const BYTE* from = source.row(flip ? source.height() - 1 - y : y);
-    BYTE* to = target.row(y);
-    for (int x = 0; x < source.width(); ++x) Bgra32::put(to, x, reversed(Bgr24::get(from, x)));
+    rowKernels().bgr24ToReversed32(from, source.width(), target.row(y));
   });
   return finished ? std::move(result) : nullptr;
 }

@@ -55,23 +55,26 @@ class ColourIndex {
   int size_ = 0;
 };
 
-/// Calls use(key, left, right) for the pixels [from, end) of a 24-bit row from the left, in runs of one
-/// colour; a run may come in several pieces. Flat areas go by eight pixels at a time.
-/// \param use returns false to stop
-/// \return false when `use` stopped the walk
-template <class Use>
+/// Calls use(key, left, right) for the pixels [from, end) of a 24- or 32-bit row from the left, in runs of
+/// one colour; a run may come in several pieces. Flat areas go by eight pixels at a time. \param use returns
+/// false to stop \return false when `use` stopped the walk
+template <class Format, class Use>
 bool forEachColourRun(const BYTE* row, int from, int end, Use&& use) {
+  constexpr std::ptrdiff_t step = Format::bits / 8;
   const auto sameAsLeft = [row](int x) {
-    std::uint64_t here[3];
-    std::uint64_t left[3];
-    std::memcpy(here, row + std::ptrdiff_t{x} * 3, sizeof(here));
-    std::memcpy(left, row + std::ptrdiff_t{x} * 3 - 3, sizeof(left));
-    return here[0] == left[0] && here[1] == left[1] && here[2] == left[2];
+    std::uint64_t here[step];
+    std::uint64_t left[step];
+    std::memcpy(here, row + x * step, sizeof(here));
+    std::memcpy(left, row + x * step - step, sizeof(left));
+    for (int i = 0; i < step; ++i) {
+      if (here[i] != left[i]) return false;
+    }
+    return true;
   };
   for (int x = from; x < end;) {
     const int left = x++;
     while (x + 8 <= end && sameAsLeft(x)) x += 8;
-    if (!use(entryKey(Bgr24::get(row, left)), left, x)) return false;
+    if (!use(entryKey(Format::colour(Format::get(row, left))), left, x)) return false;
   }
   return true;
 }

@@ -92,6 +92,7 @@ struct Bgr24 {
     pixel[1] = value.green;
     pixel[2] = value.red;
   }
+  static constexpr Rgb colour(Raw value) { return value; }
   static Rgb colour(Raw value, const PaletteTable&) { return value; }
   static constexpr Raw encode(Rgb colour) { return colour; }
 };
@@ -108,9 +109,10 @@ struct Bgra32 {
   static void put(BYTE* row, int x, Raw value) {
     std::memcpy(row + std::ptrdiff_t{x} * 4, &value, sizeof(value));
   }
-  static Rgb colour(Raw value, const PaletteTable&) {
+  static constexpr Rgb colour(Raw value) {
     return {lowByte(value >> 16), lowByte(value >> 8), lowByte(value)};
   }
+  static Rgb colour(Raw value, const PaletteTable&) { return colour(value); }
   /// The fourth byte is 0.
   static constexpr Raw encode(Rgb colour) { return entryKey(colour); }
 };

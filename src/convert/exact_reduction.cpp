@@ -1,0 +1,183 @@
+#include <array>
+
+#include "convert/convert.h"
+#include "convert/row_walk.h"
+#include "dib/colour_index.h"
+#include "dib/index_rows.h"
+#include "palette/palette.h"
+
+namespace dibkit {
+namespace {
+
+/// What a pixel keeps of an index: the low nibble in 4 bits, and in one bit whether it is exactly 1, so that
+/// index 2 looks like index 0. Callers count the colours before they choose the depth.
+template <class Format>
+BYTE storedIndex(int index) {
+  if constexpr (Format::bits == 1) {
+    return index == 1;
+  } else {
+    return static_cast<BYTE>(index & ((1 << Format::bits) - 1));
+  }
+}
+
+/// The palette of an image that is being made, as 256 entries from its place on: those beyond its size lie in
+/// the rows, as in the interface's bargain; what would lie outside the block is kept aside.
+class UnboundedPalette {
+ public:
+  explicit UnboundedPalette(BITMAPINFOHEADER* dib)
+      : block_(reinterpret_cast<BYTE*>(dib)),
+        room_(layoutOf(dib)->total - dib->biSize),
+        start_(dib->biSize) {}
+
+  Rgb operator[](int index) { return {byte(index, 2), byte(index, 1), byte(index, 0)}; }
+  /// The reserved byte keeps what is there.
+  void set(int index, Rgb colour) {
+    byte(index, 0) = colour.blue;
+    byte(index, 1) = colour.green;
+    byte(index, 2) = colour.red;
+  }
+
+ private:
+  BYTE& byte(int index, int channel) {
+    const int offset = index * 4 + channel;
+    return offset < room_ ? block_[start_ + static_cast<std::size_t>(offset)]
+                          : aside_[static_cast<std::size_t>(offset)];
+  }
+
+  BYTE* block_;
+  std::int64_t room_;
+  std::size_t start_;
+  std::array<BYTE, 1024> aside_{};
+};
+
+/// Turns rows into indexes of a palette that grows with them. After the 256th entry the count wraps to 0 and
+/// the palette is forgotten and written again from its start, deliberately: hosts rely on the bytes that
+/// images at the limit have always got.
+template <class Format>
+class ExactReducer {
+ public:
+  ExactReducer(const ConstView& source, BITMAPINFOHEADER* result)
+      : source_(source), target_(result), result_(result), palette_(result) {}
+
+  void row(int y) {
+    if (!overflowed_) {
+      const int count = colours_.size();
+      overflowed_ = !indexRow(source_.row(y), target_.row(y));
+      if (overflowed_) leavePalette(y, count);
+    }
+    if (overflowed_) indexRowInMemory(source_.row(y), target_.row(y));
+  }
+
+ private:
+  /// False when the palette has no room for a colour of the row.
+  bool indexRow(const BYTE* from, BYTE* to) {
+    BYTE indexes[indexChunk];
+    for (int left = 0; left < source_.width(); left += indexChunk) {
+      const int count = std::min(indexChunk, source_.width() - left);
+      const bool fits = forEachColourRun<Bgr24>(from, left, left + count, [&](DWORD key, int begin, int end) {
+        while (begin < end) {
+          const int index = indexOf(key);
+          if (index == ColourIndex::none) return false;
+          // The 256th colour wraps the count, so that the rest of its own run is a new colour again.
+          const bool wrapped = colours_.size() == ColourIndex::capacity;
+          const int same = wrapped ? 1 : end - begin;
+          std::memset(indexes + (begin - left), storedIndex<Format>(index), static_cast<std::size_t>(same));
+          if (wrapped) colours_ = ColourIndex();
+          begin += same;
+        }
+        return true;
+      });
+      if (!fits) return false;
+      storeIndexes<Format>(indexes, left, count, to);
+    }
+    return true;
+  }
+
+  int indexOf(DWORD key) {
+    const int known = colours_.size();
+    const int index = colours_.enter(key);
+    if (index < known) return index;
+    if (static_cast<DWORD>(index) >= GetDIBPaletteSize(result_)) return ColourIndex::none;
+    palette_.set(index, {lowByte(key >> 16), lowByte(key >> 8), lowByte(key)});
+    return index;
+  }
+
+  /// From line y on the palette grows into the rows, and rows into the palette: `found_` entries stand for
+  /// themselves in memory.
+  void leavePalette(int y, int count) {
+    found_ = count;
+    BYTE* lowest = target_.row(target_.height() - 1);
+    std::memset(lowest, 0, static_cast<std::size_t>(target_.row(y) + target_.stride() - lowest));
+  }
+
+  void indexRowInMemory(const BYTE* from, BYTE* to) {
+    for (int x = 0; x < source_.width(); ++x) {
+      const BYTE stored = storedIndex<Format>(indexInMemory(Bgr24::get(from, x)));
+      BYTE& byte = to[std::ptrdiff_t{x} * Format::bits / 8];
+      if constexpr (Format::bits == 8) {
+        byte = stored;
+      } else {
+        // Only ever adds bits, to what the palette may have left here.
+        byte = static_cast<BYTE>(byte | stored << (8 - Format::bits - x * Format::bits % 8));
+      }
+    }
+  }
+
+  int indexInMemory(Rgb colour) {
+    for (int i = 0; i < found_; ++i) {
+      if (palette_[i] == colour) return i;
+    }
+    palette_.set(found_, colour);
+    const int index = found_;
+    found_ = (found_ + 1) % 256;
+    return index;
+  }
+
+  ConstView source_;
+  View target_;
+  BITMAPINFOHEADER* result_;
+  UnboundedPalette palette_;
+  ColourIndex colours_;
+  bool overflowed_ = false;
+  int found_ = 0;
+};
+
+template <class Format>
+OwnedDib reduceExactly(const BITMAPINFOHEADER* dib, int colourCount, CQorCommonProgress* progress) {
+  const ConstView source(dib, Bgr24::bits);
+  if (!source) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), Format::bits, colourCount, Pixels::unwritten);
+  if (!result) return nullptr;
+  ExactReducer<Format> reducer(source, result.get());
+  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) { reducer.row(y); });
+  return finished ? std::move(result) : nullptr;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertTrueDibTo8BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                             CQorCommonProgress* progress) {
+  return reduceExactly<Index8>(source, colourCount, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertTrueDibTo4BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                             CQorCommonProgress* progress) {
+  return reduceExactly<Index4>(source, colourCount, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertTrueDibTo1BitsDib(BITMAPINFOHEADER* source, int colourCount,
+                                                             CQorCommonProgress* progress) {
+  return reduceExactly<Index1>(source, colourCount, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertTrueDibToLowBitsDib(BITMAPINFOHEADER* source,
+                                                               CQorCommonProgress* progress) {
+  const int colours = CPaletteFuns::GetColorsNumFrom24BitsDib(source);
+  if (colours > 256) return nullptr;
+  if (colours > 16) return ConvertTrueDibTo8BitsDib(source, colours, progress);
+  if (colours > 2) return ConvertTrueDibTo4BitsDib(source, colours, progress);
+  return ConvertTrueDibTo1BitsDib(source, colours, progress);
+}

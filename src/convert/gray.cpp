@@ -1,0 +1,88 @@
+#include "convert/convert.h"
+#include "convert/row_kernels.h"
+#include "convert/row_walk.h"
+#include "dib/index_rows.h"
+#include "dib/map_walk.h"
+#include "palette/palette.h"
+
+namespace dibkit {
+namespace {
+
+RGBQUAD* paletteOf(BITMAPINFOHEADER* dib) {
+  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib) + dib->biSize);
+}
+
+OwnedDib convertToGrays(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, Bgr24::bits);
+  if (!source) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), Index8::bits, 0, Pixels::unwritten);
+  if (!result) return nullptr;
+  CPaletteFuns::MakeGrayPalette(paletteOf(result.get()), 256);
+  return fillRows(source, std::move(result), progress,
+                  [&](const BYTE* from, BYTE* to) { rowKernels().bgr24ToGray(from, source.width(), to); });
+}
+
+/// A stage that makes up half of the whole, told to whoever watches.
+class HalfOfProgress {
+ public:
+  explicit HalfOfProgress(CQorCommonProgress* progress) : progress_(progress) {
+    if (progress_ != nullptr) progress_->BeginSubRange(0.5F);
+  }
+  ~HalfOfProgress() {
+    if (progress_ != nullptr) progress_->EndSubRange();
+  }
+  HalfOfProgress(const HalfOfProgress&) = delete;
+  HalfOfProgress& operator=(const HalfOfProgress&) = delete;
+
+ private:
+  CQorCommonProgress* progress_;
+};
+
+OwnedDib convertToGraysInTwoStages(BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
+  OwnedDib colours;
+  {
+    const HalfOfProgress stage(progress);
+    colours.reset(CBitmapConverter::ConvertDIBTo24Bits(dib, progress));
+  }
+  // The second stage opens and closes even when there is nothing left to do.
+  const HalfOfProgress stage(progress);
+  return convertToGrays(colours.get(), progress);
+}
+
+OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, Index8::bits);
+  if (!source) return nullptr;
+  OwnedDib result = createDib(source.width(), source.height(), Index1::bits, 0, Pixels::unwritten);
+  if (!result) return nullptr;
+  putEntry(result.get(), 1, entryOf(0xFFFFFF));
+  // No byte reaches 256 and every byte reaches 0.
+  const int level = std::clamp(threshold, 0, 256);
+  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
+    BYTE white[indexChunk];
+    for (int left = 0; left < source.width(); left += indexChunk) {
+      const int count = std::min(indexChunk, source.width() - left);
+      for (int x = 0; x < count; ++x) white[x] = from[left + x] >= level;
+      storeIndexes<Index1>(white, left, count, to);
+    }
+  });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+BITMAPINFOHEADER* CBitmapConverter::Convert24BitsDIBTo256GraysDIB(BITMAPINFOHEADER* source,
+                                                                  CQorCommonProgress* progress) {
+  return convertToGrays(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertDIBTo256Grays(BITMAPINFOHEADER* source,
+                                                         CQorCommonProgress* progress) {
+  return convertToGraysInTwoStages(source, progress).release();
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert8BitsGrayDibTo1BitsDib(BITMAPINFOHEADER* source, int threshold,
+                                                                  CQorCommonProgress* progress) {
+  return convertToBlackAndWhite(source, threshold, progress).release();
+}

@@ -1,0 +1,112 @@
+#include <unordered_set>
+
+#include "convert/convert.h"
+#include "convert/row_walk.h"
+#include "dib/guard.h"
+#include "palette/reindex.h"
+
+namespace dibkit {
+namespace {
+
+/// What a pixel keeps of an index: its lowest byte, and in one bit whether it is above 0.
+template <class Format>
+BYTE storedIndex(std::int64_t index) {
+  return Format::bits == 1 ? BYTE{index > 0} : lowByte(index);
+}
+
+/// The old palette at the start of the new one; every index keeps its number.
+template <class To>
+Translation copyPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
+  Translation translation;
+  for (std::int64_t i = 0; i < old.size(); ++i) {
+    putEntry(result, i, entryOf(old[i]));
+    translation.set(i, storedIndex<To>(i));
+  }
+  return translation;
+}
+
+/// Each distinct entry once. An entry that repeats an earlier one becomes the number of the next new entry,
+/// not that of its equal: deliberate, hosts hold pictures that were made so.
+template <class To>
+Translation mergePalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
+  Translation translation;
+  std::unordered_set<DWORD> merged;
+  std::int64_t next = 0;
+  for (std::int64_t i = 0; i < old.size(); ++i) {
+    translation.set(i, storedIndex<To>(next));
+    if (merged.insert(old[i]).second) putEntry(result, next++, entryOf(old[i]));
+  }
+  return translation;
+}
+
+template <class From, class To>
+Translation makePalette(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFOHEADER* result) {
+  if (map != nullptr) {
+    putPalette(result, *map);
+    return translationOnto(dib, map, [](int index) { return storedIndex<To>(index); });
+  }
+  const PaletteEntries old(dib);
+  return From::bits < To::bits ? copyPalette<To>(old, result) : mergePalette<To>(old, result);
+}
+
+/// From one palette depth to another, onto the map's palette if there is a map.
+template <class From, class To>
+OwnedDib changeDepth(const BITMAPINFOHEADER* dib, const ColourMap* map, CQorCommonProgress* progress) {
+  const ConstView source = viewOfDepth(dib, From::bits);
+  const std::int64_t colours = map != nullptr ? map->GetCount() : 0;
+  if (!source || colours > INT32_MAX) return nullptr;
+  OwnedDib result =
+      createDib(source.width(), source.height(), To::bits, static_cast<int>(colours), Pixels::unwritten);
+  if (!result) return nullptr;
+  Translation translation = makePalette<From, To>(dib, map, result.get());
+  return fillRows(source, std::move(result), progress,
+                  [&](const BYTE* from, BYTE* to) { translation.row<From, To>(from, source.width(), to); });
+}
+
+template <class From, class To>
+BITMAPINFOHEADER* exportDepth(const BITMAPINFOHEADER* dib, const ColourMap* map,
+                              CQorCommonProgress* progress) {
+  BITMAPINFOHEADER* const nothing = nullptr;
+  return orOutOfMemory(nothing, [&] { return changeDepth<From, To>(dib, map, progress).release(); });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+BITMAPINFOHEADER* CBitmapConverter::Convert1BitsDibTo4BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index1, Index4>(source, map, progress);
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert1BitsDibTo8BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index1, Index8>(source, map, progress);
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert4BitsDibTo8BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index4, Index8>(source, map, progress);
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert8BitsDibTo4BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index8, Index4>(source, map, progress);
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert8BitsDibTo1BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index8, Index1>(source, map, progress);
+}
+
+BITMAPINFOHEADER* CBitmapConverter::Convert4BitsDibTo1BitsDib(BITMAPINFOHEADER* source,
+                                                              CMap<DWORD, DWORD&, int, int&>* map,
+                                                              CQorCommonProgress* progress) {
+  return exportDepth<Index4, Index1>(source, map, progress);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/win32.h"
+
+namespace dibkit {
+
+/// What conversions without a palette do to a row of `width` pixels.
+struct RowKernels {
+  using Row = void (*)(const BYTE* from, int width, BYTE* to);
+
+  Row bgra32ToBgr24;
+  Row rgb555ToBgr24;
+  Row bgr24ToRgb555;
+  Row bgra32ToRgb555;
+  /// To the bytes 0, red, green, blue: the reverse of what images to be composited hold.
+  Row bgr24ToReversed32;
+  /// 0.299 red + 0.587 green + 0.114 blue in doubles, added in this order and truncated.
+  Row bgr24ToGray;
+};
+
+/// One source, compiled for several instruction sets. The plain ones run everywhere.
+extern const RowKernels plainRowKernels;
+#if defined(DIBKIT_AVX2)
+extern const RowKernels avx2RowKernels;
+#endif
+
+/// The fastest that the processor runs; chosen once.
+const RowKernels& rowKernels();
+
+}  // namespace dibkit

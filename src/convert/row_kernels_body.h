@@ -1,0 +1,93 @@
+// The row kernels, included by one source for each instruction set. Everything has internal linkage and calls
+// nothing from outside, so that no function compiled for a newer processor can stand in for a plain one.
+
+#include <cstdint>
+#include <cstring>
+
+namespace dibkit {
+namespace {
+
+using Bytes = BYTE* __restrict;
+using ConstBytes = const BYTE* __restrict;
+
+void storeWord(BYTE* to, std::uint32_t word) {
+  const WORD value = static_cast<WORD>(word);
+  std::memcpy(to, &value, sizeof(value));
+}
+
+void bgra32ToBgr24(ConstBytes from, int width, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    to[3 * x] = from[4 * x];
+    to[3 * x + 1] = from[4 * x + 1];
+    to[3 * x + 2] = from[4 * x + 2];
+  }
+}
+
+void rgb555ToBgr24(ConstBytes from, int width, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    WORD pixel;
+    std::memcpy(&pixel, from + 2 * x, sizeof(pixel));
+    to[3 * x] = static_cast<BYTE>(pixel << 3 & 0xF8);
+    to[3 * x + 1] = static_cast<BYTE>(pixel >> 2 & 0xF8);
+    to[3 * x + 2] = static_cast<BYTE>(pixel >> 7 & 0xF8);
+  }
+}
+
+void bgr24ToRgb555(ConstBytes from, int width, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    const std::uint32_t red = from[3 * x + 2];
+    const std::uint32_t green = from[3 * x + 1];
+    const std::uint32_t blue = from[3 * x];
+    storeWord(to + 2 * x, (red & 0xF8) << 7 | (green & 0xF8) << 2 | blue >> 3);
+  }
+}
+
+void bgra32ToRgb555(ConstBytes from, int width, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    std::uint32_t pixel;
+    std::memcpy(&pixel, from + 4 * x, sizeof(pixel));
+    storeWord(to + 2 * x, (pixel >> 9 & 0x7C00) | (pixel >> 6 & 0x03E0) | (pixel >> 3 & 0x001F));
+  }
+}
+
+void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    to[4 * x] = 0;
+    to[4 * x + 1] = from[3 * x + 2];
+    to[4 * x + 2] = from[3 * x + 1];
+    to[4 * x + 3] = from[3 * x];
+  }
+}
+
+/// Exact whatever the target: no step may be fused with the next one.
+BYTE grayInDoubles(ConstBytes pixel) {
+  return static_cast<BYTE>(pixel[2] * 0.299 + pixel[1] * 0.587 + pixel[0] * 0.114);
+}
+
+/// With n = 299 red + 587 green + 114 blue the gray is n / 1000, except that the doubles may round to just
+/// below a whole number: only where 1000 divides n. So the integers do a block, and a block with such a
+/// pixel, one in a thousand, is done again in doubles. n / 1000 is (n / 8) * 33555 / 2^22, exact for every n
+/// here.
+void bgr24ToGray(ConstBytes from, int width, Bytes to) {
+  constexpr std::ptrdiff_t block = 64;
+  std::ptrdiff_t x = 0;
+  for (; x + block <= width; x += block) {
+    ConstBytes pixels = from + 3 * x;
+    std::uint32_t wholes = 0;
+    for (std::ptrdiff_t i = 0; i < block; ++i) {
+      const std::uint32_t n = 299U * pixels[3 * i + 2] + 587U * pixels[3 * i + 1] + 114U * pixels[3 * i];
+      const std::uint32_t gray = (n >> 3) * 33555U >> 22;
+      to[x + i] = static_cast<BYTE>(gray);
+      wholes |= static_cast<std::uint32_t>(gray * 1000U == n);
+    }
+    if (wholes == 0) continue;
+    for (std::ptrdiff_t i = 0; i < block; ++i) to[x + i] = grayInDoubles(pixels + 3 * i);
+  }
+  for (; x < width; ++x) to[x] = grayInDoubles(from + 3 * x);
+}
+
+constexpr RowKernels kernelsOfThisSource{bgra32ToBgr24,  rgb555ToBgr24,     bgr24ToRgb555,
+                                         bgra32ToRgb555, bgr24ToReversed32, bgr24ToGray};
+
+}  // namespace
+}  // namespace dibkit

@@ -1,0 +1,131 @@
+#include <array>
+
+#include "dib/colour_index.h"
+#include "dib/guard.h"
+#include "dib/index_rows.h"
+#include "dib/map_walk.h"
+#include "palette/palette.h"
+
+namespace dibkit {
+namespace {
+
+constexpr DWORD colorRefOf(DWORD key) { return (key & 0xFF) << 16 | (key & 0xFF00) | key >> 16; }
+
+constexpr int moreThan256 = ColourIndex::capacity + 1;
+
+int countColours(const ConstView& view) {
+  ColourIndex colours;
+  for (int y = 0; y < view.height(); ++y) {
+    const bool fits = forEachColourRun<Bgr24>(view.row(y), 0, view.width(), [&](DWORD key, int, int) {
+      return colours.enter(key) != ColourIndex::none;
+    });
+    if (!fits) return moreThan256;
+  }
+  return colours.size();
+}
+
+/// Enters the colours of an image in a map that may hold some already. The map is asked once for each colour,
+/// as far as the small hash of those met before has room.
+class MapFiller {
+ public:
+  explicit MapFiller(ColourMap& map) : map_(map) {}
+
+  /// False when the 257th new colour would have to be entered.
+  bool enter(DWORD key) {
+    if (entered_.find(key) != ColourIndex::none || present_.find(key) != ColourIndex::none) return true;
+    DWORD colour = colorRefOf(key);
+    int value = 0;
+    if (map_.Lookup(colour, value) != 0) {
+      present_.enter(key);
+      return true;
+    }
+    value = entered_.enter(key);
+    if (value == ColourIndex::none) return false;
+    map_.SetAt(colour, value);
+    return true;
+  }
+  int count() const { return entered_.size(); }
+
+ private:
+  ColourMap& map_;
+  ColourIndex entered_;
+  ColourIndex present_;
+};
+
+template <class Format>
+int fillMap(const ConstView& view, ColourMap& map) {
+  MapFiller filler(map);
+  for (int y = 0; y < view.height(); ++y) {
+    const bool fits = forEachColourRun<Format>(view.row(y), 0, view.width(),
+                                               [&](DWORD key, int, int) { return filler.enter(key); });
+    if (!fits) return -1;
+  }
+  return filler.count();
+}
+
+/// Enters an index in a map, unless it is there, with the number of those entered before it.
+void enterIndex(IndexMap& map, int index, int& count) {
+  int value = 0;
+  if (map.Lookup(index, value) != 0) return;
+  map.SetAt(index, count);
+  ++count;
+}
+
+template <class Format>
+int countIndexes(const ConstView& view, IndexMap& map) {
+  std::array<bool, 256> met{};
+  int left = 1 << Format::bits;
+  int count = 0;
+  BYTE buffer[indexChunk];
+  for (int y = 0; y < view.height(); ++y) {
+    for (int x = 0; x < view.width(); x += indexChunk) {
+      const int pixels = std::min(indexChunk, view.width() - x);
+      const BYTE* indexes = indexesAt<Format>(view.row(y), x, pixels, buffer);
+      for (int i = 0; i < pixels; ++i) {
+        if (met[indexes[i]]) continue;
+        met[indexes[i]] = true;
+        enterIndex(map, indexes[i], count);
+        if (--left == 0) return count;
+      }
+    }
+  }
+  return count;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+int CPaletteFuns::GetColorsNumFrom24BitsDib(BITMAPINFOHEADER* dib) {
+  return countColours(ConstView(dib, Bgr24::bits));
+}
+
+int CPaletteFuns::GetColorsNumFromTrueDib(BITMAPINFOHEADER* dib, CMap<DWORD, DWORD&, int, int&>* colours) {
+  const ConstView view(dib);
+  if (!view || colours == nullptr) return 0;
+  return orOutOfMemory(0, [&] {
+    if (view.bitCount() == Bgr24::bits) return fillMap<Bgr24>(view, *colours);
+    return view.bitCount() == Bgra32::bits ? fillMap<Bgra32>(view, *colours) : 0;
+  });
+}
+
+int CPaletteFuns::GetColorsNumFromPaletteDib(BITMAPINFOHEADER* dib, CMap<int, int&, int, int&>* indexes) {
+  const ConstView view(dib);
+  if (!view || indexes == nullptr || view.width() == 0 || view.height() == 0) return 0;
+  return orOutOfMemory(0, [&] {
+    switch (view.bitCount()) {
+      case 1:
+        return countIndexes<Index1>(view, *indexes);
+      case 4:
+        return countIndexes<Index4>(view, *indexes);
+      case 8:
+        return countIndexes<Index8>(view, *indexes);
+      default: {
+        int count = 0;
+        enterIndex(*indexes, 0, count);
+        return count;
+      }
+    }
+  });
+}

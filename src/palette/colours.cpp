@@ -1,0 +1,86 @@
+#include "dib/map_walk.h"
+#include "palette/palette.h"
+#include "palette/reindex.h"
+
+namespace dibkit {
+namespace {
+
+constexpr int squaredDistance(Rgb a, Rgb b) {
+  const int red = a.red - b.red;
+  const int green = a.green - b.green;
+  const int blue = a.blue - b.blue;
+  return red * red + green * green + blue * blue;
+}
+
+constexpr bool isGray(DWORD key, std::int64_t level) {
+  return (key & 0xFF) == level && (key >> 8 & 0xFF) == level && (key >> 16 & 0xFF) == level;
+}
+
+bool isGrayRamp(const BITMAPINFOHEADER* dib) {
+  if (!ConstView(dib)) return false;
+  const PaletteTable palette(dib, sizeof(BITMAPINFOHEADER));
+  const std::int64_t size = GetDIBPaletteSize(dib);
+  if (size > 256) return false;  // no byte is as large as the number of the last entry
+  for (std::int64_t i = 0; i < size; ++i) {
+    if (!isGray(keyOf(palette[static_cast<std::size_t>(i)]), i)) return false;
+  }
+  return true;
+}
+
+void setGray(RGBQUAD& entry, BYTE gray) {
+  entry.rgbRed = gray;
+  entry.rgbGreen = gray;
+  entry.rgbBlue = gray;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
+
+int CPaletteFuns::IsGrayScaleImage(BITMAPINFOHEADER* dib) { return isGrayRamp(dib) ? TRUE : FALSE; }
+
+void CPaletteFuns::GrayPalette(RGBQUAD* palette, int count) {
+  if (palette == nullptr) return;
+  for (int i = 0; i < count; ++i) {
+    // Other weights than those of image pixels, on purpose; the doubles are added in this order.
+    const RGBQUAD& colour = palette[i];
+    setGray(palette[i],
+            static_cast<BYTE>(colour.rgbRed * 0.3 + colour.rgbGreen * 0.59 + colour.rgbBlue * 0.11));
+  }
+}
+
+void CPaletteFuns::MakeGrayPalette(RGBQUAD* palette, int count) {
+  if (palette == nullptr || count < 2) return;
+  // The division truncates, so that the last entry need not be white: three entries end at 254.
+  const std::int64_t step = 255 / (count - 1);
+  for (int i = 0; i < count; ++i) setGray(palette[i], lowByte(i * step));
+}
+
+BYTE CPaletteFuns::GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD colour) {
+  if (palette == nullptr) return 0;
+  const Rgb wanted = fromColorRef(colour);
+  int best = 0;
+  int bestDistance = squaredDistance(fromEntry(palette[0]), wanted);
+  for (int i = 1; i < count; ++i) {
+    const int distance = squaredDistance(fromEntry(palette[i]), wanted);
+    if (distance > bestDistance) continue;  // an equal one takes over: the highest index of equals
+    best = i;
+    bestDistance = distance;
+  }
+  return lowByte(best);
+}
+
+int CPaletteFuns::GetMaxDifferenceColor(RGBQUAD* palette, int count, BYTE red, BYTE green, BYTE blue) {
+  if (palette == nullptr) return 0;
+  const Rgb from{red, green, blue};
+  int best = 0;
+  int bestDistance = squaredDistance(fromEntry(palette[0]), from);
+  for (int i = 1; i < count; ++i) {
+    const int distance = squaredDistance(fromEntry(palette[i]), from);
+    if (distance <= bestDistance) continue;  // the lowest index of equals
+    best = i;
+    bestDistance = distance;
+  }
+  return best;
+}
