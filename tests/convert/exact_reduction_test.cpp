@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "convert/convert.h"
-#include "support/images.h"
+#include "support/palettes.h"
 
 namespace {
 
+using test::entriesOf;
 using test::OwnedDib;
 using Reduction = BITMAPINFOHEADER* (*)(BITMAPINFOHEADER*, int, CQorCommonProgress*);
 
@@ -17,12 +18,6 @@ const Reducer reducers[] = {
     {4, CBitmapConverter::ConvertTrueDibTo4BitsDib},
     {8, CBitmapConverter::ConvertTrueDibTo8BitsDib},
 };
-
-std::vector<DWORD> entriesOf(const OwnedDib& dib) {
-  std::vector<DWORD> entries(GetDIBPaletteSize(dib.get()));
-  std::memcpy(entries.data(), reinterpret_cast<const BYTE*>(dib.get()) + 40, entries.size() * 4);
-  return entries;
-}
 
 /// The reduction to the letter, in a block with room behind it for what is written past its end.
 std::vector<BYTE> plainReduction(const OwnedDib& source, int bits, int colourCount) {

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "convert/convert.h"
-#include "support/images.h"
+#include "support/palettes.h"
 
 namespace {
 
-using Map = CMap<DWORD, DWORD&, int, int&>;
+using Map = test::ColourMap;
+using test::entriesOf;
+using test::mapOf;
 using test::OwnedDib;
 using Conversion = BITMAPINFOHEADER* (*)(BITMAPINFOHEADER*, Map*, CQorCommonProgress*);
 
@@ -18,21 +20,6 @@ const Converter converters[] = {
     {4, 8, CBitmapConverter::Convert4BitsDibTo8BitsDib}, {8, 4, CBitmapConverter::Convert8BitsDibTo4BitsDib},
     {8, 1, CBitmapConverter::Convert8BitsDibTo1BitsDib}, {4, 1, CBitmapConverter::Convert4BitsDibTo1BitsDib},
 };
-
-Map mapOf(const std::vector<DWORD>& colours) {
-  Map map;
-  for (int i = 0; i < static_cast<int>(colours.size()); ++i) {
-    DWORD key = colours[static_cast<std::size_t>(i)];
-    map.SetAt(key, i);
-  }
-  return map;
-}
-
-std::vector<DWORD> entriesOf(const OwnedDib& dib) {
-  std::vector<DWORD> entries(GetDIBPaletteSize(dib.get()));
-  std::memcpy(entries.data(), reinterpret_cast<const BYTE*>(dib.get()) + dib->biSize, entries.size() * 4);
-  return entries;
-}
 
 TEST(IndexedConversions, KeepThePictureWithAndWithoutAMap) {
   test::Random random(13);

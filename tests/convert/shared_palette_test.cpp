@@ -4,34 +4,16 @@
 
 #include "convert/convert.h"
 #include "convert/palette_finish.h"
-#include "support/images.h"
+#include "support/palettes.h"
 
 namespace {
 
-using Map = CMap<DWORD, DWORD&, int, int&>;
+using Map = test::ColourMap;
+using test::distinctColours;
+using test::mapOf;
 using test::OwnedDib;
 
-Map mapOf(const std::vector<DWORD>& colours) {
-  Map map;
-  for (int i = 0; i < static_cast<int>(colours.size()); ++i) {
-    DWORD key = colours[static_cast<std::size_t>(i)];
-    map.SetAt(key, i);
-  }
-  return map;
-}
-
-DWORD entry(const OwnedDib& dib, int index) {
-  DWORD key = 0;
-  std::memcpy(&key, reinterpret_cast<const BYTE*>(dib.get()) + 40 + 4 * index, 4);
-  return key;
-}
-
-/// `count` distinct colours, neighbours far apart in the hash and near in value.
-std::vector<DWORD> distinctColours(int count) {
-  std::vector<DWORD> colours;
-  for (int i = 0; i < count; ++i) colours.push_back(static_cast<DWORD>(i * 0x10305 % 0x1000000));
-  return colours;
-}
+DWORD entry(const OwnedDib& dib, std::size_t index) { return test::entriesOf(dib).at(index); }
 
 TEST(Convert24BitsDIBToLowerBitsDIB, ChoosesTheDepthByTheMapsCount) {
   struct Case {
@@ -49,7 +31,7 @@ TEST(Convert24BitsDIBToLowerBitsDIB, ChoosesTheDepthByTheMapsCount) {
     EXPECT_EQ(result->biBitCount, expected.depth);
     EXPECT_EQ(result->biClrUsed, static_cast<DWORD>(expected.colours));
     for (int i = 0; i < expected.colours; ++i) {
-      EXPECT_EQ(entry(result, i), colours[static_cast<std::size_t>(i)]);
+      EXPECT_EQ(entry(result, static_cast<std::size_t>(i)), colours[static_cast<std::size_t>(i)]);
       EXPECT_EQ(test::pixel(result, i, 0), static_cast<DWORD>(i % 256));
     }
     EXPECT_EQ(test::pixel(result, width - 1, 0), 0U);

@@ -3,20 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "palette/palette.h"
-#include "support/images.h"
+#include "support/palettes.h"
 
 namespace {
 
-using ColourMap = CMap<DWORD, DWORD&, int, int&>;
+using test::ColourMap;
 using IndexMap = CMap<int, int&, int, int&>;
+using test::distinctColours;
 using test::OwnedDib;
-
-/// `count` distinct colours as 0xRRGGBB.
-std::vector<DWORD> distinctColours(int count) {
-  std::vector<DWORD> colours;
-  for (int i = 0; i < count; ++i) colours.push_back(static_cast<DWORD>(i * 0x10305 % 0x1000000));
-  return colours;
-}
 
 OwnedDib imageOfColours(int count, int bitCount) {
   return test::imageOf(count, 1, bitCount, distinctColours(count));

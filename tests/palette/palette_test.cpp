@@ -2,31 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "support/images.h"
+#include "support/palettes.h"
 
 namespace {
 
-using ColourMap = CMap<DWORD, DWORD&, int, int&>;
+using test::ColourMap;
+using test::entriesOf;
+using test::mapOf;
 using test::OwnedDib;
-
-ColourMap mapOf(const std::vector<DWORD>& colours) {
-  ColourMap map;
-  for (int i = 0; i < static_cast<int>(colours.size()); ++i) {
-    DWORD key = colours[static_cast<std::size_t>(i)];
-    map.SetAt(key, i);
-  }
-  return map;
-}
-
-RGBQUAD* paletteOf(const OwnedDib& dib) {
-  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib.get()) + dib->biSize);
-}
-
-std::vector<DWORD> entriesOf(const OwnedDib& dib) {
-  std::vector<DWORD> entries(GetDIBPaletteSize(dib.get()));
-  std::memcpy(entries.data(), paletteOf(dib), entries.size() * 4);
-  return entries;
-}
+using test::paletteOf;
 
 std::vector<RGBQUAD> quads(const std::vector<DWORD>& entries) {
   std::vector<RGBQUAD> palette(entries.size());
