@@ -31,8 +31,9 @@ OwnedRegion SpanCollector::region() { return regionOfRectangles(bands_.take()); 
 
 OwnedRegion regionOfRectangles(std::span<const RECT> rectangles) {
   const std::size_t listBytes = rectangles.size_bytes();
-  std::vector<std::uint64_t> block((sizeof(RGNDATAHEADER) + listBytes + 7) / 8);
-  auto* data = reinterpret_cast<RGNDATA*>(block.data());
+  const auto block =
+      std::make_unique_for_overwrite<std::uint64_t[]>((sizeof(RGNDATAHEADER) + listBytes + 7) / 8);
+  auto* data = reinterpret_cast<RGNDATA*>(block.get());
   data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rectangles.size()),
                static_cast<DWORD>(listBytes), RECT{}};
   if (!rectangles.empty()) {

@@ -28,6 +28,7 @@ class RegionSpans {
   /// region, in order from the left.
   template <class Inside, class Outside>
   void splitRow(int y, int left, int right, Inside&& inside, Outside&& outside) const {
+    if (left >= right) return;
     int x = left;
     for (const RECT& span : row(y)) {
       if (span.right <= x) continue;

@@ -1,6 +1,5 @@
 #include "platform/bands.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace dibkit {
@@ -12,16 +11,12 @@ std::vector<RECT> BandBuilder::take() {
 }
 
 void BandBuilder::closeBand() {
-  const auto above = rectangles_.begin() + static_cast<std::ptrdiff_t>(bandAbove_);
-  const auto open = rectangles_.begin() + static_cast<std::ptrdiff_t>(openBand_);
-  const bool extends = above != open && open != rectangles_.end() && above->bottom == open->top &&
-                       std::equal(above, open, open, rectangles_.end(), [](const RECT& a, const RECT& b) {
-                         return a.left == b.left && a.right == b.right;
-                       });
-  if (extends) {
-    const LONG bottom = open->bottom;
-    std::for_each(above, open, [bottom](RECT& rect) { rect.bottom = bottom; });
-    rectangles_.erase(open, rectangles_.end());
+  const std::span<RECT> all(rectangles_);
+  const std::span<RECT> above = all.subspan(bandAbove_, openBand_ - bandAbove_);
+  const std::span<RECT> open = all.subspan(openBand_);
+  if (!above.empty() && !open.empty() && above[0].bottom == open[0].top && haveEqualSpans(above, open)) {
+    for (RECT& rect : above) rect.bottom = open[0].bottom;
+    rectangles_.resize(openBand_);
   } else {
     bandAbove_ = openBand_;
   }

@@ -1,11 +1,20 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "platform/win32.h"
 
 namespace dibkit {
+
+/// Whether two bands hold the same spans, whatever their rows.
+inline bool haveEqualSpans(std::span<const RECT> a, std::span<const RECT> b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const RECT& one, const RECT& other) {
+    return one.left == other.left && one.right == other.right;
+  });
+}
 
 /// Puts spans together into the canonical rectangles of an area. A band is a run of rows that hold the same
 /// spans; its rectangles share top and bottom, stand from the left and do not touch, bands stand from the
@@ -31,7 +40,6 @@ class BandBuilder {
   }
 
   bool empty() const { return rectangles_.empty(); }
-  void reserve(std::size_t count) { rectangles_.reserve(count); }
 
   /// The finished list; the builder is empty afterwards.
   std::vector<RECT> take();

@@ -12,9 +12,9 @@ constexpr int unreached = -1;
 /// How far the ellipse's rows are set in from both sides, for its upper half. The walk around a narrow, tall
 /// box meets itself before the top: such rows get what is left in the middle.
 std::vector<int> insetsOf(int width, int height, std::int64_t shapeWidth) {
-  std::vector<int> insets(static_cast<std::size_t>(height + 1) / 2, unreached);
-  insets.back() = 0;
   CornerWalk walk(width, height);
+  std::vector<int> insets((static_cast<std::size_t>(height) + 1) / 2, unreached);
+  insets.back() = 0;
   while (!walk.done()) {
     if (walk.step() && walk.row() >= 0) insets[static_cast<std::size_t>(walk.row())] = walk.column();
   }
@@ -68,7 +68,7 @@ Region roundedRegion(int left, int top, int right, int bottom, int cornerWidth, 
   for (int i = 0; i < upper; ++i) addRow(top + i, insetOf(i));
   bands.add(top + upper, bottom - (cornerHeight - upper), left, right);
   for (int i = upper; i < cornerHeight; ++i) addRow(bottom - cornerHeight + i, insetOf(i));
-  Region region = Region::ofBands(std::move(bands));
+  Region region(bands.take());
   region.markCurved();
   return region;
 }

@@ -21,6 +21,23 @@ Rectangles firstBand(Rectangles list) {
   return list.first(count);
 }
 
+/// Whether a list is the one that BandBuilder would make of it.
+bool isCanonical(Rectangles list) {
+  Rectangles above;
+  while (!list.empty()) {
+    const Rectangles band = firstBand(list);
+    for (std::size_t i = 0; i < band.size(); ++i) {
+      if (isEmpty(band[i]) || band[i].bottom != band[0].bottom) return false;
+      if (i > 0 && band[i].left <= band[i - 1].right) return false;
+    }
+    if (!above.empty() && above[0].bottom > band[0].top) return false;
+    if (!above.empty() && above[0].bottom == band[0].top && haveEqualSpans(above, band)) return false;
+    above = band;
+    list = list.subspan(band.size());
+  }
+  return true;
+}
+
 /// The spans of a band that reach into [left, right).
 Rectangles within(Rectangles band, int left, int right) {
   const auto first =
@@ -121,7 +138,8 @@ class BandWalk {
 
 /// The union of rectangles in any order, halves first: every step is a linear union, so the whole costs
 /// little more than a sort.
-Region unionOf(std::span<const RECT> list) {
+Region unionOf(Rectangles list) {
+  if (list.empty()) return {};
   if (list.size() == 1) return Region::ofRectangle(list[0].left, list[0].top, list[0].right, list[0].bottom);
   const std::size_t half = list.size() / 2;
   return Region::combine(unionOf(list.first(half)), unionOf(list.subspan(half)), Combination::either);
@@ -132,45 +150,27 @@ Region unionOf(std::span<const RECT> list) {
 Region Region::ofRectangle(int left, int top, int right, int bottom) {
   BandBuilder bands;
   bands.add(std::min(top, bottom), std::max(top, bottom), std::min(left, right), std::max(left, right));
-  return ofBands(std::move(bands));
+  return Region(bands.take());
 }
 
-Region Region::ofBands(BandBuilder&& bands) {
-  Region region;
-  region.rectangles_ = bands.take();
-  if (region.empty()) return region;
-  region.box_ = region.rectangles_.front();
-  for (const RECT& rect : region.rectangles_) {
-    region.box_.left = std::min(region.box_.left, rect.left);
-    region.box_.right = std::max(region.box_.right, rect.right);
+Region::Region(std::vector<RECT>&& canonical) : rectangles_(std::move(canonical)) {
+  if (empty()) return;
+  box_ = rectangles_.front();
+  for (const RECT& rect : rectangles_) {
+    box_.left = std::min(box_.left, rect.left);
+    box_.right = std::max(box_.right, rect.right);
   }
-  region.box_.bottom = region.rectangles_.back().bottom;
-  return region;
+  box_.bottom = rectangles_.back().bottom;
 }
 
 Region Region::ofRectangles(std::span<const RECT> list) {
-  const auto follows = [](const RECT& above, const RECT& rect) {
-    const bool besides = rect.top == above.top && rect.bottom == above.bottom && rect.left >= above.right;
-    return besides || rect.top >= above.bottom;
-  };
-  BandBuilder bands;
-  bands.reserve(list.size());
-  const RECT* last = nullptr;
-  for (const RECT& rect : list) {
-    if (isEmpty(rect)) continue;
-    if (last != nullptr && !follows(*last, rect)) {
-      std::vector<RECT> sorted;
-      std::copy_if(list.begin(), list.end(), std::back_inserter(sorted),
-                   [](const RECT& any) { return !isEmpty(any); });
-      std::sort(sorted.begin(), sorted.end(), [](const RECT& a, const RECT& b) {
-        return std::pair{a.top, a.left} < std::pair{b.top, b.left};
-      });
-      return unionOf(sorted);
-    }
-    bands.add(rect.top, rect.bottom, rect.left, rect.right);
-    last = &rect;
-  }
-  return ofBands(std::move(bands));
+  if (isCanonical(list)) return Region(std::vector<RECT>(list.begin(), list.end()));
+  std::vector<RECT> rectangles;
+  std::remove_copy_if(list.begin(), list.end(), std::back_inserter(rectangles), isEmpty);
+  std::sort(rectangles.begin(), rectangles.end(), [](const RECT& a, const RECT& b) {
+    return std::pair{a.top, a.left} < std::pair{b.top, b.left};
+  });
+  return unionOf(rectangles);
 }
 
 bool Region::contains(int x, int y) const {
@@ -233,7 +233,7 @@ Region Region::combine(const Region& a, const Region& b, Combination combination
     if (onA) walkA.advanceTo(bottom);
     if (onB) walkB.advanceTo(bottom);
   }
-  return ofBands(std::move(out));
+  return Region(out.take());
 }
 
 }  // namespace dibkit::standin

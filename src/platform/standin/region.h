@@ -15,10 +15,10 @@ enum class Combination : unsigned { both = 0b1000, either = 0b1110, one = 0b0110
 class Region {
  public:
   Region() = default;
+  /// The pixels of a list that BandBuilder has made.
+  explicit Region(std::vector<RECT>&& canonical);
   /// The pixels of one rectangle, whose sides may come in either order.
   static Region ofRectangle(int left, int top, int right, int bottom);
-  /// The pixels that a builder has collected.
-  static Region ofBands(BandBuilder&& bands);
   /// The union of any rectangles; empty and reversed ones count for nothing. Linear for a list that is in
   /// canonical order already.
   static Region ofRectangles(std::span<const RECT> list);

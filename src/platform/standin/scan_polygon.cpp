@@ -116,7 +116,7 @@ Region polygonRegion(std::span<const POINT> corners, RowRange rows) {
     const int y = rows.first + static_cast<int>(row);
     for (; next != end; next += 2) bands.add(y, y + 1, next[0], next[1]);
   }
-  return Region::ofBands(std::move(bands));
+  return Region(bands.take());
 }
 
 }  // namespace dibkit::standin

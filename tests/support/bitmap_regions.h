@@ -1,0 +1,77 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "support/images.h"
+
+/// Regions the plain way: one flag a pixel. What the span code has to equal.
+namespace test {
+
+class Bitmap {
+ public:
+  Bitmap(int width, int height)
+      : width_(width), height_(height), bits_(static_cast<std::size_t>(width * height)) {}
+  /// One flag a pixel, asked from a function of its coordinates.
+  Bitmap(int width, int height, const std::function<bool(int, int)>& inside) : Bitmap(width, height) {
+    for (int y = 0; y < height; ++y) {
+      for (int x = 0; x < width; ++x) set(x, y, inside(x, y));
+    }
+  }
+  /// Random rectangles and pixels: few or many spans, holes, equal rows.
+  Bitmap(int width, int height, Random& random) : Bitmap(width, height) {
+    for (int i = below(random, 12); i > 0; --i) {
+      const bool value = below(random, 3) != 0;
+      const int left = below(random, width), top = below(random, height);
+      const int right = left + 1 + below(random, width - left);
+      const int bottom = top + 1 + (i % 2 == 0 ? 0 : below(random, height - top));
+      for (int y = top; y < bottom; ++y) {
+        for (int x = left; x < right; ++x) set(x, y, value);
+      }
+    }
+  }
+
+  int width() const { return width_; }
+  int height() const { return height_; }
+  bool at(int x, int y) const {
+    return x >= 0 && x < width_ && y >= 0 && y < height_ && bits_[static_cast<std::size_t>(y * width_ + x)];
+  }
+  void set(int x, int y, bool value) { bits_[static_cast<std::size_t>(y * width_ + x)] = value; }
+  bool operator==(const Bitmap&) const = default;
+
+  /// Calls use(y, left, right) for every run of set pixels.
+  template <class Use>
+  void forEachRun(Use&& use) const {
+    for (int y = 0; y < height_; ++y) {
+      for (int x = 0; x < width_; ++x) {
+        if (!at(x, y) || at(x - 1, y)) continue;
+        int end = x;
+        while (at(end, y)) ++end;
+        use(y, x, end);
+      }
+    }
+  }
+
+  /// The region of the set pixels, from a list of one rectangle for each run.
+  dibkit::OwnedRegion region() const {
+    std::vector<RECT> runs;
+    forEachRun([&](int y, int left, int right) { runs.push_back({left, y, right, y + 1}); });
+    return regionOf(runs);
+  }
+
+  static dibkit::OwnedRegion regionOf(const std::vector<RECT>& list) {
+    std::vector<DWORD> block((sizeof(RGNDATAHEADER) + list.size() * sizeof(RECT)) / sizeof(DWORD));
+    auto* data = reinterpret_cast<RGNDATA*>(block.data());
+    data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(list.size()), 0, RECT{}};
+    if (!list.empty()) std::memcpy(data->Buffer, list.data(), list.size() * sizeof(RECT));
+    return dibkit::OwnedRegion(
+        ExtCreateRegion(nullptr, static_cast<DWORD>(block.size() * sizeof(DWORD)), data));
+  }
+
+ private:
+  int width_;
+  int height_;
+  std::vector<bool> bits_;
+};
+
+}  // namespace test
