@@ -32,5 +32,7 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/dibkitConfigVersion
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/dibkitConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/dibkitConfigVersion.cmake DESTINATION ${packageDir})
 
+# The package stays usable when it is installed or moved elsewhere than configured.
+file(RELATIVE_PATH toPrefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/dibkit.pc.in ${CMAKE_CURRENT_BINARY_DIR}/dibkit.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/dibkit.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
