@@ -192,7 +192,60 @@ class DIBKIT_API CDIB32 {
   /// @}
 
   /// \name Fills
+  /// A fill takes pixels by a box around a target: their opacity is exactly the target's, and each colour
+  /// channel lies at most `tolerance` away from the target's. A negative tolerance takes nothing. The target
+  /// is a pixel value, 0xAARRGGBB; the colour laid down is a COLORREF. Opacities are given as int and count
+  /// by their low byte. Laying a colour is composing it over the pixel as CombineBlock does.
+  ///
+  /// The variants for transparent pixels take pixels of opacity 0, and replace them. The connected fills
+  /// start at a seed, which is filled whatever it holds, and spread to pixels left, right, above and below.
+  ///
+  /// The mask of a `_Mask` variant is an 8-bit image whose top-left pixel lies at `maskOrigin` in the image.
+  /// Only pixels that it covers with a byte other than 0 are taken, and the byte scales the opacity: opacity
+  /// byte / 255, truncated. (For a seed that the mask does not cover, the byte is whatever lies at its
+  /// address in the mask's block, 0 outside of it.)
+  ///
+  /// The result is TRUE when the fill is complete and FALSE when memory ran out, which may leave it half
+  /// done, for a null or unfit image or mask, and for a seed outside the image.
   /// @{
+
+  /// Fills the area connected with the seed.
+  /// \param erase other than 0: the pixels become transparent and keep their colour; `fill` and `opacity` are
+  /// unused
+  /// \param bounds receives the bounding rectangle of the filled pixels; may be null
+  static BOOL ExtFillConnectedPixels(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int erase,
+                                     int opacity, int tolerance, const POINT& seed, RECT* bounds);
+  /// Fills the area connected with the seed, under a mask. A seed whose mask byte is 0 gets a layer of
+  /// opacity 0, which turns it black if it is transparent.
+  static BOOL ExtFillConnectedPixels_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                                          int tolerance, const POINT& seed, BITMAPINFOHEADER* mask,
+                                          const CPoint& maskOrigin);
+
+  /// Fills all pixels like the target, connected or not.
+  static BOOL ExtFill32BitsDIB(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                               int tolerance);
+  /// Fills all pixels like the target under a mask, connected or not.
+  static BOOL ExtFill32BitsDIB_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                                    int tolerance, BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
+
+  /// Fills the transparent area connected with the seed.
+  static BOOL ExtFillConnectedTransPixels(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                          const POINT& seed);
+  /// Fills the transparent area connected with the seed, under a mask. A seed whose mask byte is 0 stays.
+  static BOOL ExtFillConnectedTransPixels_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                               const POINT& seed, BITMAPINFOHEADER* mask,
+                                               const CPoint& maskOrigin);
+
+  /// Fills all transparent pixels.
+  static BOOL ExtFillTransBlock(BITMAPINFOHEADER* image, COLORREF colour, int alpha);
+  /// Fills all transparent pixels under a mask.
+  static BOOL ExtFillTransBlock_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                     BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
+
+  /// Sets the opacity of a rectangle, as far as it lies in the image; colours stay.
+  static BOOL Fill32DIBOpacityArea(BITMAPINFOHEADER* image, const RECT& area, BYTE alpha);
+  /// Sets the opacity of a region, as far as it lies in the image; colours stay.
+  static BOOL Fill32DIBOpacityArea(BITMAPINFOHEADER* image, HRGN region, BYTE alpha);
   /// @}
 
   /// \name Selection

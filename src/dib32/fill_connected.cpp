@@ -1,0 +1,150 @@
+#include "dib/guard.h"
+#include "dib/placement.h"
+#include "dib32/dib32.h"
+#include "dib32/paint.h"
+#include "dib32/pixel_box.h"
+
+namespace dibkit {
+namespace {
+
+/// The connected walk of a fill. Runs come as from walkConnected, but the seed, which is filled whatever it
+/// holds, comes as a run of its own.
+template <class Match, class Visit>
+BOOL walkFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& visit) {
+  return orOutOfMemory(FALSE, [&] {
+    const int at = static_cast<int>(seed.x);
+    walkConnected(image.width(), image.height(), seed, match, [&](int y, int left, int right) {
+      if (y != seed.y || at < left || at >= right) {
+        visit(y, left, right);
+        return;
+      }
+      if (left < at) visit(y, left, at);
+      visit(y, at, at + 1);
+      if (at + 1 < right) visit(y, at + 1, right);
+    });
+    return TRUE;
+  });
+}
+
+/// Fills the pixels in the box that are connected with the seed.
+/// \param paint called as paint(run, count); beside the seed all pixels of the area lie in the box
+/// \param bounds receives the box around the area, unless null
+template <class Paint>
+BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, const Paint& paint,
+                   RECT* bounds = nullptr) {
+  const View image = viewOfDepth(dib, 32);
+  if (!image.contains(seed.x, seed.y)) return FALSE;
+  if (bounds != nullptr) *bounds = {seed.x, seed.y, seed.x + 1, seed.y + 1};
+  return walkFromSeed(
+      image, seed,
+      [&](int y, BYTE* flags) { markMatches(pixelsOf(image.row(y)), image.width(), box, flags); },
+      [&](int y, int left, int right) {
+        paint(pixelsOf(image.row(y)) + left, right - left);
+        if (bounds == nullptr) return;
+        bounds->left = std::min<LONG>(bounds->left, left);
+        bounds->top = std::min<LONG>(bounds->top, y);
+        bounds->right = std::max<LONG>(bounds->right, right);
+        bounds->bottom = std::max<LONG>(bounds->bottom, y + 1);
+      });
+}
+
+/// An 8-bit mask that lies over an image.
+class MaskOver {
+ public:
+  MaskOver(const View& image, const BITMAPINFOHEADER* dib, const POINT& origin)
+      : dib_(dib), mask_(viewOfDepth(dib, 8)), origin_(origin) {
+    const auto common = overlapOf<2>(
+        {placedBox(image.width(), image.height(), {0, 0}), placedBox(mask_.width(), mask_.height(), origin)});
+    left_ = common.start[0].x;
+    top_ = common.start[0].y;
+    width_ = common.width;
+    height_ = common.height;
+  }
+
+  explicit operator bool() const { return static_cast<bool>(mask_); }
+  /// The columns of the image that the mask covers.
+  int left() const { return left_; }
+  int width() const { return width_; }
+  bool coversRow(int y) const { return y >= top_ && y < top_ + height_; }
+  /// The mask's byte for a covered pixel of the image.
+  const BYTE* at(int x, int y) const {
+    return mask_.row(static_cast<int>(std::int64_t{y} - origin_.y)) + (std::int64_t{x} - origin_.x);
+  }
+
+  /// The byte that a point gets by address alone: beside the mask that is padding or part of another row.
+  /// 0 for an address outside the mask's block.
+  BYTE byteByAddress(const POINT& point) const {
+    const std::int64_t rowsUp = mask_.height() - 1 - (std::int64_t{point.y} - origin_.y);
+    if (rowsUp < -maximumDibBytes || rowsUp > maximumDibBytes) return 0;
+    const Layout layout = *layoutOf(dib_);
+    const std::int64_t offset = layout.bits + rowsUp * mask_.stride() + (std::int64_t{point.x} - origin_.x);
+    return offset >= 0 && offset < layout.total ? reinterpret_cast<const BYTE*>(dib_)[offset] : BYTE{0};
+  }
+
+ private:
+  const BITMAPINFOHEADER* dib_;
+  ConstView mask_;
+  POINT origin_;
+  int left_, top_, width_, height_;
+};
+
+/// Fills as fillConnected does, but only pixels whose mask byte is not 0.
+///
+/// A pixel that only the mask shuts out stays open to further looks from its neighbours, as nobody marks it.
+/// That changes nothing: neither its mask byte nor, as long as it is not painted, its colour changes, so one
+/// look is enough.
+/// \param paint called as paint(run, mask bytes, count)
+template <class Paint>
+BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, const Paint& paint,
+                            const BITMAPINFOHEADER* maskDib, const POINT& maskOrigin) {
+  const View image = viewOfDepth(dib, 32);
+  const MaskOver mask(image, maskDib, maskOrigin);
+  if (!image.contains(seed.x, seed.y) || !mask) return FALSE;
+  // The mask is not asked whether it covers the seed, so a click beside it takes what lies there in memory.
+  const BYTE seedMask = mask.byteByAddress(seed);
+  return walkFromSeed(
+      image, seed,
+      [&](int y, BYTE* flags) {
+        std::fill_n(flags, image.width(), BYTE{0});
+        if (!mask.coversRow(y)) return;
+        markMatches(pixelsOf(image.row(y)) + mask.left(), mask.width(), box, flags + mask.left());
+        keepUnderMask(mask.at(mask.left(), y), mask.width(), flags + mask.left());
+      },
+      [&](int y, int left, int right) {
+        const bool isSeed = y == seed.y && left == seed.x;
+        paint(pixelsOf(image.row(y)) + left, isSeed ? &seedMask : mask.at(left, y), right - left);
+      });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+// Opacities come as int and count by their low byte, here and in every other fill.
+
+BOOL CDIB32::ExtFillConnectedPixels(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int erase,
+                                    int opacity, int tolerance, const POINT& seed, RECT* bounds) {
+  const auto box = dibkit::PixelBox::nearTarget(target, tolerance);
+  if (erase != 0) return dibkit::fillConnected(image, seed, box, dibkit::SetOpacity(0), bounds);
+  const dibkit::LayColour paint(fill, dibkit::lowByte(opacity));
+  return dibkit::fillConnected(image, seed, box, paint, bounds);
+}
+
+BOOL CDIB32::ExtFillConnectedPixels_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                                         int tolerance, const POINT& seed, BITMAPINFOHEADER* mask,
+                                         const CPoint& maskOrigin) {
+  return dibkit::fillConnectedUnderMask(image, seed, dibkit::PixelBox::nearTarget(target, tolerance),
+                                        dibkit::LayColour(fill, dibkit::lowByte(opacity)), mask, maskOrigin);
+}
+
+BOOL CDIB32::ExtFillConnectedTransPixels(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                         const POINT& seed) {
+  return dibkit::fillConnected(image, seed, dibkit::PixelBox::transparent(),
+                               dibkit::PutColour(colour, dibkit::lowByte(alpha)));
+}
+
+BOOL CDIB32::ExtFillConnectedTransPixels_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                              const POINT& seed, BITMAPINFOHEADER* mask,
+                                              const CPoint& maskOrigin) {
+  return dibkit::fillConnectedUnderMask(image, seed, dibkit::PixelBox::transparent(),
+                                        dibkit::PutColour(colour, dibkit::lowByte(alpha)), mask, maskOrigin);
+}

@@ -1,0 +1,96 @@
+#include "dib/placement.h"
+#include "dib/region_spans.h"
+#include "dib32/dib32.h"
+#include "dib32/paint.h"
+#include "dib32/pixel_box.h"
+
+namespace dibkit {
+namespace {
+
+/// Paints every pixel in the box, connected or not.
+template <class Paint>
+BOOL fillSimilar(BITMAPINFOHEADER* dib, const PixelBox& box, const Paint& paint) {
+  const View image = viewOfDepth(dib, 32);
+  if (!image) return FALSE;
+  for (int y = 0; y < image.height(); ++y) {
+    Bgra* const row = pixelsOf(image.row(y));
+    forEachMarkedRun(
+        image.width(), [&](int x, int count, BYTE* flags) { markMatches(row + x, count, box, flags); },
+        [&](int left, int right) { paint(row + left, right - left); });
+  }
+  return TRUE;
+}
+
+/// Paints every pixel in the box whose mask byte is not 0.
+template <class Paint>
+BOOL fillSimilarUnderMask(BITMAPINFOHEADER* dib, const PixelBox& box, const Paint& paint,
+                          const BITMAPINFOHEADER* maskDib, const POINT& maskOrigin) {
+  const Placed image{viewOfDepth(dib, 32), POINT{0, 0}};
+  const Placed mask{viewOfDepth(maskDib, 8), maskOrigin};
+  if (!image.view || !mask.view) return FALSE;
+  forEachCommonRow(
+      [&](int width, BYTE* pixels, const BYTE* maskRow) {
+        Bgra* const row = pixelsOf(pixels);
+        forEachMarkedRun(
+            width,
+            [&](int x, int count, BYTE* flags) {
+              markMatches(row + x, count, box, flags);
+              keepUnderMask(maskRow + x, count, flags);
+            },
+            [&](int left, int right) { paint(row + left, maskRow + left, right - left); });
+      },
+      image, mask);
+  return TRUE;
+}
+
+/// Paints the part of a rectangle that lies inside the image.
+template <class Paint>
+void fillRectangle(const View& image, const RECT& rect, const Paint& paint) {
+  const Box area = intersection(toBox(rect), {0, 0, image.width(), image.height()});
+  for (std::int64_t y = area.top; y < area.bottom; ++y) {
+    paint(pixelsOf(image.row(static_cast<int>(y))) + area.left, static_cast<int>(area.width()));
+  }
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BOOL CDIB32::ExtFill32BitsDIB(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                              int tolerance) {
+  return dibkit::fillSimilar(image, dibkit::PixelBox::nearTarget(target, tolerance),
+                             dibkit::LayColour(fill, dibkit::lowByte(opacity)));
+}
+
+BOOL CDIB32::ExtFill32BitsDIB_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
+                                   int tolerance, BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
+  return dibkit::fillSimilarUnderMask(image, dibkit::PixelBox::nearTarget(target, tolerance),
+                                      dibkit::LayColour(fill, dibkit::lowByte(opacity)), mask, maskOrigin);
+}
+
+BOOL CDIB32::ExtFillTransBlock(BITMAPINFOHEADER* image, COLORREF colour, int alpha) {
+  return dibkit::fillSimilar(image, dibkit::PixelBox::transparent(),
+                             dibkit::PutColour(colour, dibkit::lowByte(alpha)));
+}
+
+BOOL CDIB32::ExtFillTransBlock_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
+                                    BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
+  return dibkit::fillSimilarUnderMask(image, dibkit::PixelBox::transparent(),
+                                      dibkit::PutColour(colour, dibkit::lowByte(alpha)), mask, maskOrigin);
+}
+
+BOOL CDIB32::Fill32DIBOpacityArea(BITMAPINFOHEADER* image, const RECT& area, BYTE alpha) {
+  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  if (!view) return FALSE;
+  dibkit::fillRectangle(view, area, dibkit::SetOpacity(alpha));
+  return TRUE;
+}
+
+BOOL CDIB32::Fill32DIBOpacityArea(BITMAPINFOHEADER* image, HRGN region, BYTE alpha) {
+  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  const dibkit::RegionSpans spans(region);
+  if (!view || !spans.valid()) return FALSE;
+  for (const RECT& rect : spans.rectangles()) {
+    dibkit::fillRectangle(view, rect, dibkit::SetOpacity(alpha));
+  }
+  return TRUE;
+}
