@@ -249,7 +249,21 @@ class DIBKIT_API CDIB32 {
   /// @}
 
   /// \name Selection
+  /// A magic wand selects the pixels similar to a seed: each colour channel lies at most `tolerance` away
+  /// from the seed's, and both are opaque (opacity 128 and above) or both transparent. A seed outside the
+  /// image moves to the nearest edge. The region belongs to the caller, who releases it with DeleteObject; it
+  /// is null for an unfit image and when memory runs out.
   /// @{
+
+  /// The similar pixels that are connected with the seed from left, right, above and below.
+  static HRGN MagicWandRegion(BITMAPINFOHEADER* image, POINT seed, int tolerance);
+  /// All similar pixels, connected or not; null for a negative tolerance, to which nothing is similar.
+  static HRGN MagicWandRegion2(BITMAPINFOHEADER* image, POINT seed, int tolerance);
+
+  /// Adds a rectangle to a list of disjoint ones. A rectangle that shares a whole edge with one of the list
+  /// is merged with it, and the result again, as long as there is something to merge. \param list room for
+  /// count + 1 rectangles \return the new number of rectangles; 0 for a null list or a negative count
+  static int AddRect(RECT* list, int count, const RECT& rect);
   /// @}
 
   /// \name Scaling
