@@ -74,22 +74,23 @@ class ExactReducer {
     BYTE indexes[indexChunk];
     for (int left = 0; left < source_.width(); left += indexChunk) {
       const int count = std::min(indexChunk, source_.width() - left);
-      const bool fits = forEachColourRun<Bgr24>(from, left, left + count, [&](DWORD key, int begin, int end) {
-        while (begin < end) {
-          const int index = indexOf(key);
-          if (index == ColourIndex::none) return false;
-          // The 256th colour wraps the count, so that the rest of its own run is a new colour again.
-          const bool wrapped = colours_.size() == ColourIndex::capacity;
-          const int same = wrapped ? 1 : end - begin;
-          std::memset(indexes + (begin - left), storedIndex<Format>(index), static_cast<std::size_t>(same));
-          if (wrapped) colours_ = ColourIndex();
-          begin += same;
-        }
-        return true;
+      const bool fits = forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
+        const int index = indexOf(key);
+        if (index == ColourIndex::none) return false;
+        std::memset(indexes + (x - left), storedIndex<Format>(index), same());
+        return colours_.size() < ColourIndex::capacity || startAgain(key, same(), indexes + (x - left));
       });
       if (!fits) return false;
       storeIndexes<Format>(indexes, left, count, to);
     }
+    return true;
+  }
+
+  /// The 256th colour wraps the count, so that every further pixel is new again, those of its own run first.
+  bool startAgain(DWORD key, int count, BYTE* indexes) {
+    colours_ = ColourIndex();
+    if (count > 1)
+      std::memset(indexes + 1, storedIndex<Format>(indexOf(key)), static_cast<std::size_t>(count) - 1);
     return true;
   }
 

@@ -55,13 +55,14 @@ OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQor
   OwnedDib result = createDib(source.width(), source.height(), Index1::bits, 0, Pixels::unwritten);
   if (!result) return nullptr;
   putEntry(result.get(), 1, entryOf(0xFFFFFF));
-  // No byte reaches 256 and every byte reaches 0.
-  const int level = std::clamp(threshold, 0, 256);
+  // No byte reaches 256, which a byte cannot hold; every byte reaches 0.
+  const BYTE level = lowByte(std::clamp(threshold, 0, 255));
+  const bool reachable = threshold <= 255;
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     BYTE white[indexChunk];
     for (int left = 0; left < source.width(); left += indexChunk) {
       const int count = std::min(indexChunk, source.width() - left);
-      for (int x = 0; x < count; ++x) white[x] = from[left + x] >= level;
+      for (int x = 0; x < count; ++x) white[x] = reachable & (from[left + x] >= level);
       storeIndexes<Index1>(white, left, count, to);
     }
   });

@@ -17,8 +17,8 @@ class FrameColours {
   /// were left out are not to be noted. The 257th colour ends the noting.
   void note(const BYTE* row, int left, int right) {
     if (overflowed_) return;
-    overflowed_ = !forEachColourRun<Bgr24>(
-        row, left, right, [&](DWORD key, int, int) { return colours_.enter(key) != ColourIndex::none; });
+    overflowed_ = !forEachColour<Bgr24>(
+        row, left, right, [&](DWORD key, int, auto) { return colours_.enter(key) != ColourIndex::none; });
   }
 
   /// More than 256 colours were noted: finish() will give the 24-bit image as it is.

@@ -65,20 +65,26 @@ BYTE grayInDoubles(ConstBytes pixel) {
 }
 
 /// With n = 299 red + 587 green + 114 blue the gray is n / 1000, except that the doubles may round to just
-/// below a whole number: only where 1000 divides n. So the integers do a block, and a block with such a
-/// pixel, one in a thousand, is done again in doubles. n / 1000 is (n / 8) * 33555 / 2^22, exact for every n
-/// here.
+/// below a whole number: only where 1000 divides n. So integers do a block, and a block with such a pixel,
+/// one in a thousand, is done again in doubles. In 16 bits: n is 8 eighths + rest, n / 1000 is (n / 8) *
+/// 33555 / 2^22, exact for every n here, and the remainder is small enough to be compared modulo 2^16.
 void bgr24ToGray(ConstBytes from, int width, Bytes to) {
   constexpr std::ptrdiff_t block = 64;
   std::ptrdiff_t x = 0;
   for (; x + block <= width; x += block) {
     ConstBytes pixels = from + 3 * x;
-    std::uint32_t wholes = 0;
+    WORD wholes = 0;
     for (std::ptrdiff_t i = 0; i < block; ++i) {
-      const std::uint32_t n = 299U * pixels[3 * i + 2] + 587U * pixels[3 * i + 1] + 114U * pixels[3 * i];
-      const std::uint32_t gray = (n >> 3) * 33555U >> 22;
+      const WORD red = pixels[3 * i + 2];
+      const WORD green = pixels[3 * i + 1];
+      const WORD blue = pixels[3 * i];
+      const WORD eighths = static_cast<WORD>(37 * red + 73 * green + 14 * blue);
+      const WORD rest = static_cast<WORD>(3 * red + 3 * green + 2 * blue);
+      const WORD eighth = static_cast<WORD>(eighths + (rest >> 3));
+      const WORD gray = static_cast<WORD>(static_cast<WORD>(eighth * 33555U >> 16) >> 6);
       to[x + i] = static_cast<BYTE>(gray);
-      wholes |= static_cast<std::uint32_t>(gray * 1000U == n);
+      wholes = static_cast<WORD>(wholes |
+                                 (static_cast<WORD>(gray * 1000) == static_cast<WORD>(8 * eighths + rest)));
     }
     if (wholes == 0) continue;
     for (std::ptrdiff_t i = 0; i < block; ++i) to[x + i] = grayInDoubles(pixels + 3 * i);

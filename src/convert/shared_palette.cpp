@@ -18,7 +18,7 @@ constexpr BYTE storedIndex(int index, int depth) {
 }
 
 /// Fills the rows of `result` with the indexes of the source's colours.
-/// \param lookUp gives the stored index of a colour key; asked once for each run of a colour
+/// \param lookUp gives the stored index of a colour key; asked about every pixel but those of flat areas
 template <class LookUp>
 void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookUp) {
   const View target(result);
@@ -30,8 +30,8 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
         BYTE indexes[indexChunk];
         for (int left = 0; left < source.width(); left += indexChunk) {
           const int count = std::min(indexChunk, source.width() - left);
-          forEachColourRun<Bgr24>(from, left, left + count, [&](DWORD key, int begin, int end) {
-            std::memset(indexes + (begin - left), lookUp(key), static_cast<std::size_t>(end - begin));
+          forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
+            std::memset(indexes + (x - left), lookUp(key), same());
             return true;
           });
           storeIndexes<Format>(indexes, left, count, target.row(y));

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "dib/pixel_format.h"
 
@@ -23,29 +24,32 @@ class ColourIndex {
   /// The colour's number, given now when the colour is new; `none` for a new colour after the 256th.
   int enter(DWORD key) {
     const std::size_t slot = slotOf(key);
-    if (tags_[slot] == 0) {
-      if (size_ == capacity) return none;
-      tags_[slot] = key | used;
-      indexes_[slot] = static_cast<BYTE>(size_);
-      keys_[static_cast<std::size_t>(size_++)] = key;
-    }
-    return indexes_[slot];
+    if (tags_[slot] != 0) return indexes_[slot];
+    if (size_ == capacity) return none;
+    tags_[slot] = key | used;
+    indexes_[slot] = static_cast<BYTE>(size_);
+    keys_[static_cast<std::size_t>(size_)] = key;
+    return size_++;
   }
 
   /// The colour's number, or `none`.
   int find(DWORD key) const {
     const std::size_t slot = slotOf(key);
-    return tags_[slot] == 0 ? none : indexes_[slot];
+    return tags_[slot] != 0 ? indexes_[slot] : none;
   }
 
  private:
-  static constexpr int slotBits = 10;
+  // So many that a colour nearly always lies in its own place: a second probe costs a wrong guess of the
+  // processor, which is dearer than the search.
+  static constexpr int slotBits = 12;
   static constexpr DWORD used = 1U << 24;  // tells a slot that holds black from an empty one
 
-  /// The slot that holds the key, or the empty one where it belongs. At least three slots in four are empty.
+  /// The slot that holds the key, or the empty one where it belongs.
   std::size_t slotOf(DWORD key) const {
     std::size_t slot = (key * 0x9E3779B1U) >> (32 - slotBits);
-    while (tags_[slot] != 0 && tags_[slot] != (key | used)) slot = (slot + 1) % (std::size_t{1} << slotBits);
+    while (tags_[slot] != (key | used) && tags_[slot] != 0) {
+      slot = (slot + 1) % (std::size_t{1} << slotBits);
+    }
     return slot;
   }
 
@@ -55,26 +59,41 @@ class ColourIndex {
   int size_ = 0;
 };
 
-/// Calls use(key, left, right) for the pixels [from, end) of a 24- or 32-bit row from the left, in runs of
-/// one colour; a run may come in several pieces. Flat areas go by eight pixels at a time. \param use returns
+/// Calls use(key, x, count) for the pixels [from, end) of a 24- or 32-bit row from the left: count() pixels
+/// from x on have the colour `key`, count being a compile-time 1 or, in flat areas, 8. \param use returns
 /// false to stop \return false when `use` stopped the walk
 template <class Format, class Use>
-bool forEachColourRun(const BYTE* row, int from, int end, Use&& use) {
+bool forEachColour(const BYTE* row, int from, int end, Use&& use) {
+  using One = std::integral_constant<int, 1>;
+  using Eight = std::integral_constant<int, 8>;
   constexpr std::ptrdiff_t step = Format::bits / 8;
-  const auto sameAsLeft = [row](int x) {
-    std::uint64_t here[step];
-    std::uint64_t left[step];
-    std::memcpy(here, row + x * step, sizeof(here));
-    std::memcpy(left, row + x * step - step, sizeof(left));
-    for (int i = 0; i < step; ++i) {
-      if (here[i] != left[i]) return false;
+  const auto keyAt = [row](int x) { return entryKey(Format::colour(Format::get(row, x))); };
+  const auto eightLikeTheOneBefore = [row](int x) {
+    std::uint64_t difference = 0;
+    for (std::ptrdiff_t i = 0; i < step; ++i) {
+      std::uint64_t here;
+      std::uint64_t before;
+      std::memcpy(&here, row + x * step + 8 * i, sizeof(here));
+      std::memcpy(&before, row + x * step + 8 * i - step, sizeof(before));
+      difference |= here ^ before;
     }
-    return true;
+    return difference == 0;
   };
-  for (int x = from; x < end;) {
-    const int left = x++;
-    while (x + 8 <= end && sameAsLeft(x)) x += 8;
-    if (!use(entryKey(Format::colour(Format::get(row, left))), left, x)) return false;
+
+  if (from >= end) return true;
+  if (!use(keyAt(from), from, One())) return false;
+  int x = from + 1;
+  for (; x + 8 <= end; x += 8) {
+    if (eightLikeTheOneBefore(x)) {
+      if (!use(keyAt(x), x, Eight())) return false;
+      continue;
+    }
+    for (int i = x; i < x + 8; ++i) {
+      if (!use(keyAt(i), i, One())) return false;
+    }
+  }
+  for (; x < end; ++x) {
+    if (!use(keyAt(x), x, One())) return false;
   }
   return true;
 }

@@ -16,7 +16,7 @@ constexpr int moreThan256 = ColourIndex::capacity + 1;
 int countColours(const ConstView& view) {
   ColourIndex colours;
   for (int y = 0; y < view.height(); ++y) {
-    const bool fits = forEachColourRun<Bgr24>(view.row(y), 0, view.width(), [&](DWORD key, int, int) {
+    const bool fits = forEachColour<Bgr24>(view.row(y), 0, view.width(), [&](DWORD key, int, auto) {
       return colours.enter(key) != ColourIndex::none;
     });
     if (!fits) return moreThan256;
@@ -56,8 +56,8 @@ template <class Format>
 int fillMap(const ConstView& view, ColourMap& map) {
   MapFiller filler(map);
   for (int y = 0; y < view.height(); ++y) {
-    const bool fits = forEachColourRun<Format>(view.row(y), 0, view.width(),
-                                               [&](DWORD key, int, int) { return filler.enter(key); });
+    const bool fits = forEachColour<Format>(view.row(y), 0, view.width(),
+                                            [&](DWORD key, int, auto) { return filler.enter(key); });
     if (!fits) return -1;
   }
   return filler.count();
