@@ -1,0 +1,20 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+/// \file
+/// The commands of the program, one source file each. Each function adds its command, its options and its
+/// help; the work is done while the arguments are parsed, and what goes wrong is thrown.
+namespace host {
+
+/// What every command is told.
+struct Settings {
+  bool quiet = false;  ///< say nothing but errors
+};
+
+void addTransitionCommand(CLI::App& program, const Settings& settings);
+void addEffectsCommand(CLI::App& program);
+void addInfoCommand(CLI::App& program);
+void addSamplesCommand(CLI::App& program, const Settings& settings);
+
+}  // namespace host

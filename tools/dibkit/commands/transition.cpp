@@ -1,0 +1,156 @@
+#include "animation/transition.h"
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "animation/fit.h"
+#include "animation/gif_of_frames.h"
+#include "commands/commands.h"
+#include "errors.h"
+#include "interrupt.h"
+#include "options.h"
+#include "progress_bar.h"
+
+namespace host {
+
+namespace {
+
+struct Arguments {
+  std::vector<std::string> pictures;
+  std::string output;
+  std::string effect = "fade";
+  std::string style;
+  int frames = 20;
+  double delay = 50;
+  double hold = 800;
+  std::string size;
+  std::string fit = "contain";
+  std::string background = "black";
+  std::string matte;
+  std::string easing = "linear";
+  bool reverse = false;
+  bool back = false;
+  int loop = 0;
+  std::string dither = "none";
+};
+
+Dither ditherNamed(const std::string& name) {
+  if (name == "none") return Dither::none;
+  if (name == "ordered") return Dither::ordered;
+  throw UsageError(unknownName("dithering", name, {"none", "ordered"}));
+}
+
+void requireRoomFor(Size size, int frames) {
+  try {
+    requireUsableAnimation(size, frames);
+  } catch (const FormatError& error) {
+    throw UsageError(std::string(error.what()) + "; choose a smaller --size or fewer --frames");
+  }
+}
+
+std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPlan& plan) {
+  const Fit fit = fitNamed(arguments.fit);
+  const Pixel background = parseColour(arguments.background);
+  std::vector<Picture> pictures;
+  Size size = arguments.size.empty() ? Size{} : parseSize(arguments.size);
+  for (const std::string& path : arguments.pictures) {
+    Picture picture = readPictureFile(path);
+    if (size == Size{}) size = picture.size();
+    constexpr int mostInGif = 65535;
+    if (size.width > mostInGif || size.height > mostInGif) {
+      throw FileError(path, toString(size) + " pixels are more than a GIF can have; choose a --size");
+    }
+    requireRoomFor(size, countFrames(arguments.pictures.size(), plan));
+    pictures.push_back(fitted(picture, size, fit, background));
+    if (!arguments.matte.empty()) layOver(pictures.back(), parseColour(arguments.matte));
+  }
+  return pictures;
+}
+
+void report(const std::string& output, const GifFile& file, std::size_t bytes) {
+  int duration = 0;
+  for (const GifImage& image : file.images) duration += image.delay;
+  std::printf("%s: %s, %zu frames, %.2f s, %zu bytes\n", output.c_str(), toString(file.canvas).c_str(),
+              file.images.size(), duration / 100.0, bytes);
+}
+
+void run(const Arguments& arguments, const Settings& settings) {
+  if (arguments.pictures.size() < 2) throw UsageError("a transition needs two pictures or more");
+  TransitionPlan plan;
+  plan.chosen = chooseEffect(arguments.effect, arguments.style);
+  plan.easing = easingNamed(arguments.easing);
+  plan.frames = arguments.frames;
+  plan.delay = arguments.delay;
+  plan.hold = arguments.hold;
+  plan.reverse = arguments.reverse;
+  plan.back = arguments.back;
+  const Dither dither = ditherNamed(arguments.dither);
+  const std::vector<Picture> pictures = readPictures(arguments, plan);
+
+  // Each frame counts when it is made and when it is stored.
+  ProgressBar bar("transition", 2 * countFrames(pictures.size(), plan), settings.quiet);
+  const auto step = [&bar] { bar.step(); };
+  const GifFile file = gifOfFrames(renderTransitions(pictures, plan, step), arguments.loop, dither, step);
+  const Bytes bytes = writeGif(file);
+  throwIfInterrupted();
+  writeFile(arguments.output, bytes);
+  if (!settings.quiet && arguments.output != "-") report(arguments.output, file, bytes.size());
+}
+
+}  // namespace
+
+void addTransitionCommand(CLI::App& program, const Settings& settings) {
+  CLI::App* command = program.add_subcommand(
+      "transition", "Make an animated GIF of the transition from each picture to the next");
+  const auto arguments = std::make_shared<Arguments>();
+  constexpr int mostFrames = 1000;
+  constexpr double mostMilliseconds = 600000;
+  command
+      ->add_option("PICTURES", arguments->pictures, "Two pictures or more; of an animation the first frame")
+      ->required();
+  command->add_option("-o,--output", arguments->output, "The GIF to write")->required();
+  command->add_option("--effect", arguments->effect, "The effect; `dibkit effects` lists them")
+      ->capture_default_str();
+  command->add_option("--style", arguments->style, "The effect's style, by name or number");
+  command->add_option("--frames", arguments->frames, "Steps from one picture to the next")
+      ->check(CLI::Range(1, mostFrames))
+      ->capture_default_str();
+  command->add_option("--delay", arguments->delay, "How long a step shows, in milliseconds")
+      ->check(CLI::Range(0.0, mostMilliseconds))
+      ->capture_default_str();
+  command->add_option("--hold", arguments->hold, "How long a picture shows, in milliseconds")
+      ->check(CLI::Range(0.0, mostMilliseconds))
+      ->capture_default_str();
+  command->add_option("--size", arguments->size, "WxH of the GIF; else that of the first picture");
+  command->add_option("--fit", arguments->fit, "Pictures of another shape: " + listed(fitNames()))
+      ->capture_default_str();
+  command
+      ->add_option("--background", arguments->background,
+                   "Colour beside a picture that does not fill the GIF")
+      ->capture_default_str();
+  command->add_option("--matte", arguments->matte,
+                      "Colour to lay under transparent pictures; else they stay so");
+  command->add_option("--easing", arguments->easing, "How it moves: " + listed(easingNames()))
+      ->capture_default_str();
+  command->add_flag("--reverse", arguments->reverse,
+                    "Take the old picture away as the effect would bring it in");
+  command->add_flag("--back", arguments->back,
+                    "Return to the first picture, so that the animation has no seam");
+  command->add_option("--loop", arguments->loop, "How often it repeats, 0 for ever")
+      ->check(CLI::Range(0, 65535))
+      ->capture_default_str();
+  command->add_option("--dither", arguments->dither, "With more than 256 colours: none, ordered")
+      ->capture_default_str();
+  command->footer(
+      "Examples:\n"
+      "  dibkit transition a.png b.png -o ab.gif\n"
+      "  dibkit transition a.jpg b.jpg --effect slide --style left --easing ease-out -o ab.gif\n"
+      "  dibkit transition a.png b.png c.png --size 640x360 --fit cover --back -o tour.gif\n"
+      "  cat a.png | dibkit transition - b.png -o - > ab.gif");
+  command->callback([arguments, &settings] { run(*arguments, settings); });
+}
+
+}  // namespace host

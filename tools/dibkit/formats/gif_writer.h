@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "formats/formats.h"
+
+namespace host {
+
+/// What becomes of a frame's rectangle before the next one is drawn.
+enum class Disposal { keep = 1, toBackground = 2 };
+
+/// One frame as a GIF stores it: a rectangle of the canvas.
+struct GifImage {
+  int left = 0;
+  int top = 0;
+  Size size;
+  Bytes indices;                   ///< lines from the top
+  std::optional<int> transparent;  ///< the index that leaves the canvas as it is
+  Disposal disposal = Disposal::keep;
+  int delay = 0;  ///< in hundredths of a second
+};
+
+struct GifFile {
+  Size canvas;
+  std::vector<RGBQUAD> palette;  ///< at most 256, for all images
+  std::optional<int> loops;      ///< 0 for ever; nothing for once
+  std::vector<GifImage> images;
+};
+
+/// The bytes of the file.
+Bytes writeGif(const GifFile& file);
+
+/// Bytes that an image's pixels take when they are compressed.
+std::size_t compressedSize(const GifImage& image, std::size_t paletteSize);
+
+}  // namespace host

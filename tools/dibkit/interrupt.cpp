@@ -1,0 +1,37 @@
+#include "interrupt.h"
+
+#include <atomic>
+#include <csignal>
+
+#include "errors.h"
+
+namespace host {
+
+namespace {
+
+std::atomic<bool> pressed{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
+
+extern "C" void onInterrupt(int) { pressed = true; }
+
+}  // namespace
+
+void catchInterrupts() {
+  struct sigaction action {};
+  action.sa_handler = onInterrupt;
+  // Reset after the first: the way out for a user whose program does not answer. No restart: a read that
+  // waits for standard input returns.
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  ::sigaction(SIGINT, &action, nullptr);
+  ::sigaction(SIGTERM, &action, nullptr);
+  // A reader that goes away is a failed write like any other.
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool interrupted() { return pressed; }
+
+void throwIfInterrupted() {
+  if (interrupted()) throw Cancelled();
+}
+
+}  // namespace host

@@ -1,0 +1,85 @@
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "commands/commands.h"
+#include "errors.h"
+#include "interrupt.h"
+#include "options.h"
+
+namespace {
+
+enum ExitStatus { success = 0, failure = 1, wrongUsage = 2, cancelledByUser = 130 };
+
+int complain(const std::string& what, ExitStatus status) {
+  std::cerr << "dibkit: " << what << '\n';
+  return status;
+}
+
+int complainAboutArguments(const CLI::App& program, const CLI::ParseError& error) {
+  const std::vector<const CLI::App*> commands =
+      program.get_subcommands([](const CLI::App* command) { return command->parsed(); });
+  const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+  return complain(std::string(error.what()) + " (dibkit" + command + " --help says more)", wrongUsage);
+}
+
+/// The parser would only say that a command is missing.
+void requireKnownCommand(const CLI::App& program, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  if (std::find(names.begin(), names.end(), word) == names.end()) {
+    throw host::UsageError(host::unknownName("command", word, names));
+  }
+}
+
+int run(int argc, char** argv) {
+  host::Settings settings;
+  CLI::App program("Makes animated GIFs of transitions between pictures, and other things with pictures.",
+                   "dibkit");
+  program.set_version_flag("--version", "dibkit " DIBKIT_VERSION);
+  program.add_flag("-q,--quiet", settings.quiet, "Say nothing but errors");
+  program.require_subcommand(1);
+  program.fallthrough();
+  program.footer(
+      "Examples:\n"
+      "  dibkit transition morning.jpg evening.jpg -o day.gif\n"
+      "  dibkit transition a.png b.png c.png --effect spread --style circle --back -o abc.gif\n"
+      "  dibkit effects\n"
+      "  dibkit info day.gif\n"
+      "\n"
+      "Reads PNG, JPEG, GIF, BMP and WebP. A file named - is standard input or output.");
+  host::addTransitionCommand(program, settings);
+  host::addEffectsCommand(program);
+  host::addInfoCommand(program);
+  host::addSamplesCommand(program, settings);
+  try {
+    if (argc > 1 && argv[1][0] != '-') requireKnownCommand(program, argv[1]);
+    program.parse(argc, argv);
+    return success;
+  } catch (const CLI::ParseError& error) {
+    // Help and version come this way too.
+    return error.get_exit_code() == 0 ? program.exit(error) : complainAboutArguments(program, error);
+  } catch (const host::UsageError& error) {
+    return complain(error.what(), wrongUsage);
+  } catch (const host::FileError& error) {
+    return complain(error.file() + ": " + error.what(), failure);
+  } catch (const host::Cancelled&) {
+    return complain("cancelled", cancelledByUser);
+  } catch (const std::bad_alloc&) {
+    return complain("not enough memory", failure);
+  } catch (const std::exception& error) {
+    return complain(error.what(), failure);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  host::catchInterrupts();
+  return run(argc, argv);
+}

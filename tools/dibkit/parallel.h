@@ -1,0 +1,14 @@
+#pragma once
+
+#include <functional>
+
+namespace host {
+
+/// Calls work(0) to work(count - 1), on all cores; the order is free. The first exception comes out, after
+/// every call under way has ended; Ctrl-C comes out as Cancelled.
+void forEachIndex(int count, const std::function<void(int)>& work);
+
+/// The same, one after the other on this thread.
+void forEachInOrder(int count, const std::function<void(int)>& work);
+
+}  // namespace host
