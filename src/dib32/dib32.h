@@ -261,8 +261,9 @@ class DIBKIT_API CDIB32 {
   static HRGN MagicWandRegion2(BITMAPINFOHEADER* image, POINT seed, int tolerance);
 
   /// Adds a rectangle to a list of disjoint ones. A rectangle that shares a whole edge with one of the list
-  /// is merged with it, and the result again, as long as there is something to merge. \param list room for
-  /// count + 1 rectangles \return the new number of rectangles; 0 for a null list or a negative count
+  /// is merged with it, and the result again, as long as there is something to merge.
+  /// \param list room for count + 1 rectangles
+  /// \return the new number of rectangles; 0 for a null list or a negative count
   static int AddRect(RECT* list, int count, const RECT& rect);
   /// @}
 
@@ -272,6 +273,40 @@ class DIBKIT_API CDIB32 {
 
   /// \name Filters
   /// @{
+
+  /// Replaces each pixel by the median of its n x n neighbourhood, ordered by the luminance of
+  /// CompareColors: of the pixels there, from dark to bright, the one at index count / 2, with its opacity.
+  /// The neighbourhood starts n / 2 to the left of and above the pixel; what lies outside the image does not
+  /// count. Among pixels of the median luminance any may be taken. (A histogram slides along the row, after
+  /// T. S. Huang, G. J. Yang, G. Y. Tang, "A fast two-dimensional median filtering algorithm", 1979.)
+  /// \param n side of the neighbourhood in pixels; below 1 nothing is done
+  static void MedianFilter32BitsImage(BITMAPINFOHEADER* image, int n);
+
+  /// Sharpens the colours by a 3 x 3 kernel with -1 around a centre of k + 8; edge pixels repeat outside the
+  /// image, opacity stays. The sum is divided by k, towards zero.
+  /// \param k 1 sharpens most, larger values less. Below 1 nothing is divided, which makes it find edges.
+  static void Sharpen32BitsImage(BITMAPINFOHEADER* image, int k);
+
+  /// A soft eraser: takes amount x c / n^2 off the opacity of each pixel under the brush, down to 0. n is the
+  /// least of `size` and the brush's width and height; c counts the brush's non-zero bytes in the box of n x
+  /// n that starts n / 2 to the left of and above the pixel. The box is cut off at the brush's edges, the
+  /// divisor stays.
+  /// \param brush an 8-bit image
+  /// \param position where the brush's top-left pixel lies in the destination
+  /// \param amount 0 to 255. Other values follow the formula in 32-bit arithmetic that wraps.
+  /// \param size of the feathered edge in pixels; below 1 nothing is done
+  /// \param clip pixels outside this region stay; null for no limit
+  static void SmoothBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
+                          int amount, int size, HRGN clip);
+  /// A soft brush: adds (255 - amount) x c / n^2 to the opacity of each pixel under the brush, up to 255.
+  /// Everything else is as in SmoothBlock; amount 0 is the strongest.
+  static void SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
+                              int amount, int size, HRGN clip);
+  /// The soft brush, where the pixel of `reference` at the same place is not transparent.
+  /// \param reference a 32-bit image as wide as the destination; where it has no row nothing is done
+  static void SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush,
+                              BITMAPINFOHEADER* reference, const POINT& position, int amount, int size,
+                              HRGN clip);
   /// @}
 
   /// \name Borders, trimming and masks

@@ -1,0 +1,106 @@
+#include "dib32/median_of_nine.h"
+
+#include <array>
+
+#include "dib32/row_history.h"
+
+namespace dibkit {
+namespace {
+
+/// A luminance with the place of its pixel in the neighbourhood, [0000LLLL LLLLRRCC]: row and column count
+/// from 0. No two of a neighbourhood are equal, and the least bits tell which pixel has won. Signed, because
+/// plain vectors of 16 bits compare that way.
+using Key = std::int16_t;
+
+Key darker(Key a, Key b) { return std::min(a, b); }
+Key brighter(Key a, Key b) { return std::max(a, b); }
+Key middle(Key a, Key b, Key c) { return brighter(darker(a, b), darker(brighter(a, b), c)); }
+
+/// The three keys above each other in each column, sorted; their column bits are 0.
+struct SortedColumns {
+  explicit SortedColumns(int width) : least(static_cast<std::size_t>(width)), medium(least), most(least) {}
+
+  void sort(const BYTE* top, const BYTE* centre, const BYTE* bottom, int width) {
+    Key* const low = least.data();
+    Key* const mid = medium.data();
+    Key* const high = most.data();
+    for (int x = 0; x < width; ++x) {
+      const auto a = static_cast<Key>(top[x] << 4);
+      const auto b = static_cast<Key>(centre[x] << 4 | 4);
+      const auto c = static_cast<Key>(bottom[x] << 4 | 8);
+      low[x] = darker(darker(a, b), c);
+      mid[x] = middle(a, b, c);
+      high[x] = brighter(brighter(a, b), c);
+    }
+  }
+
+  std::vector<Key> least, medium, most;
+};
+
+/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns: the middle
+/// one of the brightest of the least, the median of the medium and the darkest of the most. (The selection
+/// from sorted columns by J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.)
+void findMedians(const SortedColumns& columns, int count, BYTE* places) {
+  const Key* const low = columns.least.data();
+  const Key* const mid = columns.medium.data();
+  const Key* const high = columns.most.data();
+  const auto inColumn = [](Key key, int column) { return static_cast<Key>(key | column); };
+  for (int x = 0; x < count; ++x) {
+    const Key least = brighter(brighter(low[x], inColumn(low[x + 1], 1)), inColumn(low[x + 2], 2));
+    const Key medium = middle(mid[x], inColumn(mid[x + 1], 1), inColumn(mid[x + 2], 2));
+    const Key most = darker(darker(high[x], inColumn(high[x + 1], 1)), inColumn(high[x + 2], 2));
+    places[x] = static_cast<BYTE>(middle(least, medium, most) & 15);
+  }
+}
+
+/// The median at the image's edge, where the neighbourhood has fewer pixels.
+Bgra medianAtEdge(const RowHistory& rows, const View& image, int x, int y) {
+  struct Sample {
+    BYTE luma;
+    Bgra pixel;
+  };
+  std::array<Sample, 9> samples;
+  auto end = samples.begin();
+  for (int near = std::max(y - 1, 0); near <= std::min(y + 1, image.height() - 1); ++near) {
+    for (int column = std::max(x - 1, 0); column <= std::min(x + 1, image.width() - 1); ++column) {
+      *end++ = {rows.lumas(near)[column], rows.pixels(near)[column]};
+    }
+  }
+  const auto median = samples.begin() + (end - samples.begin()) / 2;
+  std::nth_element(samples.begin(), median, end,
+                   [](const Sample& a, const Sample& b) { return a.luma < b.luma; });
+  return median->pixel;
+}
+
+}  // namespace
+
+void filterByNine(const View& image) {
+  const int width = image.width();
+  const int height = image.height();
+  RowHistory history(image, 3);
+  SortedColumns columns(width);
+  std::vector<BYTE> places(static_cast<std::size_t>(width));
+
+  history.load(0);
+  for (int y = 0; y < height; ++y) {
+    if (y + 1 < height) history.load(y + 1);
+    Bgra* const out = pixelsOf(image.row(y));
+    const bool inside = width >= 3 && y > 0 && y + 1 < height;
+    if (!inside) {
+      for (int x = 0; x < width; ++x) out[x] = medianAtEdge(history, image, x, y);
+      continue;
+    }
+    columns.sort(history.lumas(y - 1), history.lumas(y), history.lumas(y + 1), width);
+    findMedians(columns, width - 2, places.data());
+    // The pixel at each place of the neighbourhood of column 1; three places of four in a row are in use.
+    std::array<const Bgra*, 12> at;
+    for (std::size_t place = 0; place < at.size(); ++place) {
+      at[place] = history.pixels(y - 1 + static_cast<int>(place / 4)) + place % 4;
+    }
+    for (int x = 0; x < width - 2; ++x) out[x + 1] = at[places[static_cast<std::size_t>(x)]][x];
+    out[0] = medianAtEdge(history, image, 0, y);
+    out[width - 1] = medianAtEdge(history, image, width - 1, y);
+  }
+}
+
+}  // namespace dibkit

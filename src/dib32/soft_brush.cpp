@@ -1,0 +1,196 @@
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "dib/guard.h"
+#include "dib/pixel_format.h"
+#include "dib/placement.h"
+#include "dib/region_spans.h"
+#include "dib32/dib32.h"
+
+namespace dibkit {
+namespace {
+
+/// How many bytes of a brush are not 0 in the box around each of its pixels, row after row from the top. The
+/// box has n x n pixels, starts n / 2 to the left of and above its pixel (so it is off centre when n is even)
+/// and is cut off at the brush's edges. Running sums make the cost of a pixel independent of n.
+class BoxCounts {
+ public:
+  /// \param n 1 to the lesser side of the brush
+  BoxCounts(const ConstView& brush, int n)
+      : brush_(brush),
+        n_(n),
+        columns_(static_cast<std::size_t>(brush.width()) + static_cast<std::size_t>(n)),
+        counts_(static_cast<std::size_t>(brush.width())) {
+    for (int y = 0; y < ahead(); ++y) addRow<1>(y);
+  }
+
+  /// The counts of the next row, whose number is y.
+  std::int32_t* next(int y) {
+    if (y + ahead() < brush_.height()) addRow<1>(y + ahead());
+    if (y - n_ / 2 > 0) addRow<-1>(y - n_ / 2 - 1);
+    std::int32_t count = 0;
+    const std::uint16_t* column = columns_.data();
+    for (int x = 0; x < n_; ++x) count += column[x];
+    for (std::int32_t& result : counts_) {
+      result = count;
+      count += column[n_] - column[0];
+      ++column;
+    }
+    return counts_.data();
+  }
+
+ private:
+  /// Rows below a pixel's own in its box.
+  int ahead() const { return n_ - n_ / 2 - 1; }
+
+  template <int Step>
+  void addRow(int y) {
+    const BYTE* row = brush_.row(y);
+    std::uint16_t* const columns = columns_.data() + n_ / 2;
+    for (int x = 0; x < brush_.width(); ++x) {
+      columns[x] = static_cast<std::uint16_t>(columns[x] + (row[x] != 0 ? Step : 0));
+    }
+  }
+
+  ConstView brush_;
+  int n_;
+  std::vector<std::uint16_t> columns_;  ///< sums of n rows, with room for the box on both sides of the brush
+  std::vector<std::int32_t> counts_;
+};
+
+/// values[i] = amount values[i] / area. The product wraps in 32 bits, as amounts beyond a byte and boxes of
+/// some thousand pixels a side make it do; the quotient is truncated towards zero.
+void scaleCounts(std::int32_t amount, std::int32_t area, std::int32_t* values, int count) {
+  // Exact: half a unit is far more than the error of a double, and less than what the next quotient lacks.
+  const double reciprocal = 1.0 / area;
+  for (int i = 0; i < count; ++i) {
+    const auto product =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(amount) * static_cast<std::uint32_t>(values[i]));
+    const double dividend = product;
+    values[i] = static_cast<std::int32_t>((dividend + std::copysign(0.5, dividend)) * reciprocal);
+  }
+}
+
+constexpr std::int32_t addWrapping(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+constexpr std::int32_t subtractWrapping(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+/// The eraser counts the amount for each byte of the brush and stops at 0. An amount beyond a byte may carry
+/// the opacity past 255, where the byte wraps.
+struct SoftErase {
+  static std::int32_t share(int amount) { return amount; }
+  static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
+    return std::max(subtractWrapping(alpha, strength), 0);
+  }
+};
+
+/// The fill counts what the amount lacks to 255, so that 0 is the strongest, and stops at 255. An amount
+/// beyond a byte may carry the opacity below 0, where the byte wraps.
+struct SoftFill {
+  static std::int32_t share(int amount) { return subtractWrapping(255, amount); }
+  static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
+    return std::min(addWrapping(alpha, strength), 255);
+  }
+};
+
+template <class Rule>
+void applyStrengths(const std::int32_t* strengths, int count, BYTE* pixels) {
+  for (int i = 0; i < count; ++i) {
+    const DWORD pixel = Bgra32::get(pixels, i);
+    const auto alpha = static_cast<DWORD>(Rule::apply(static_cast<std::int32_t>(pixel >> 24), strengths[i]));
+    Bgra32::put(pixels, i, (pixel & 0x00FFFFFFU) | alpha << 24);
+  }
+}
+
+/// Takes the strength away from transparent pixels of the reference.
+void keepWhereVisible(const BYTE* reference, int count, std::int32_t* strengths) {
+  for (int i = 0; i < count; ++i) strengths[i] = Bgra32::get(reference, i) >> 24 != 0 ? strengths[i] : 0;
+}
+
+/// One touch of a soft brush.
+struct Touch {
+  View destination;
+  ConstView brush;
+  POINT position;
+  int amount;
+  int size;
+  HRGN clip;
+
+  Touch(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushDib, const POINT& brushPosition,
+        int brushAmount, int featherSize, HRGN clipRegion)
+      : destination(viewOfDepth(destinationDib, 32)),
+        brush(viewOfDepth(brushDib, 8)),
+        position(brushPosition),
+        amount(brushAmount),
+        size(featherSize),
+        clip(clipRegion) {}
+};
+
+/// \param reference where its pixels are transparent nothing changes; null for none
+template <class Rule>
+void brushOpacity(const Touch& touch, const ConstView* reference = nullptr) {
+  const Box brush = placedBox(touch.brush.width(), touch.brush.height(), touch.position);
+  Box area = intersection(brush, {0, 0, touch.destination.width(), touch.destination.height()});
+  if (reference != nullptr) area.bottom = std::min<std::int64_t>(area.bottom, reference->height());
+  const int n = std::min({touch.size, touch.brush.width(), touch.brush.height()});
+  const RegionSpans clip(touch.clip);
+  if (area.empty() || n < 1 || (touch.clip != nullptr && !clip.valid())) return;
+
+  BoxCounts counts(touch.brush, n);
+  const auto paint = [&](int y, int left, int right, std::int32_t* strengths) {
+    const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
+    scaleCounts(Rule::share(touch.amount), n * n, strengths, right - left);
+    if (reference != nullptr) keepWhereVisible(reference->row(y) + offset, right - left, strengths);
+    applyStrengths<Rule>(strengths, right - left, touch.destination.row(y) + offset);
+  };
+  // The sums run on from row to row, so they begin with the brush even where it lies above the destination.
+  for (std::int64_t y = brush.top; y < area.bottom; ++y) {
+    std::int32_t* const rowCounts = counts.next(static_cast<int>(y - brush.top));
+    if (y < area.top) continue;
+    const int line = static_cast<int>(y);
+    const int left = static_cast<int>(area.left);
+    const int right = static_cast<int>(area.right);
+    const auto span = [&](int from, int end) { paint(line, from, end, rowCounts + (from - brush.left)); };
+    if (touch.clip == nullptr) {
+      span(left, right);
+    } else {
+      clip.splitRow(line, left, right, span, [](int, int) {});
+    }
+  }
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CDIB32::SmoothBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
+                         int amount, int size, HRGN clip) {
+  dibkit::orOutOfMemory(false, [&] {
+    dibkit::brushOpacity<dibkit::SoftErase>({destination, brush, position, amount, size, clip});
+    return true;
+  });
+}
+
+void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
+                             int amount, int size, HRGN clip) {
+  dibkit::orOutOfMemory(false, [&] {
+    dibkit::brushOpacity<dibkit::SoftFill>({destination, brush, position, amount, size, clip});
+    return true;
+  });
+}
+
+void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush,
+                             BITMAPINFOHEADER* reference, const POINT& position, int amount, int size,
+                             HRGN clip) {
+  dibkit::orOutOfMemory(false, [&] {
+    const dibkit::Touch touch(destination, brush, position, amount, size, clip);
+    const BITMAPINFOHEADER* const referenceDib = reference;
+    const dibkit::ConstView visible = dibkit::viewOfDepth(referenceDib, 32);
+    if (visible.width() != touch.destination.width()) return false;
+    dibkit::brushOpacity<dibkit::SoftFill>(touch, &visible);
+    return true;
+  });
+}
