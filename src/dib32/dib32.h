@@ -268,7 +268,59 @@ class DIBKIT_API CDIB32 {
   /// @}
 
   /// \name Scaling
+  /// Draws a source over a destination, enlarged or reduced by taking the nearest pixel. The two ways of
+  /// drawing are those of BitBlt32DIB (opaque pixels are copied, translucent ones change the source, so an
+  /// enlarged pixel sees its own earlier changes, from the top, each row from the left) and, in the
+  /// operations that end in MMX, of Mix32BitsDIBMMX. A reduction is taken off the source opacities, as
+  /// weights only: the opacity byte that is copied or mixed in is the source's own.
   /// @{
+
+  /// Stretches to scale / 32768 of the size; the destination has no origin of its own.
+  /// \param sourceOrigin where the source's top-left pixel lies before scaling, which scales it too
+  /// \param scale 32768 is the size as it is; 0 does nothing
+  /// \note the edges of the area are products of 32 bits, which wrap; positions that fall exactly between two
+  /// source pixels take the left or upper one
+  static void Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
+                           DWORD scale);
+  static void Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
+                           DWORD scale, BYTE reduction);
+  static void Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
+                              const POINT& sourceOrigin, DWORD scale);
+  static void Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
+                              const POINT& sourceOrigin, DWORD scale, BYTE reduction);
+
+  /// Draws each source pixel as a block of factor x factor; the source's origin is multiplied as well.
+  /// \param factor 1 or more; anything else does nothing
+  static void ZoomIn32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
+  static void ZoomIn32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
+
+  /// Draws the top-left pixel of each block of factor x factor source pixels; the source's placed rectangle
+  /// is divided, towards zero. \param factor 1 or more; anything else does nothing \note ZoomOut32DIB takes
+  /// the destination's width and height for its right and bottom edge wherever its origin lies, so it draws
+  /// on less of a destination at a positive origin
+  static void ZoomOut32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
+  static void ZoomOut32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor,
+                              BYTE reduction);
+
+  /// Draws the colours of an 8-bit picture on a 32-bit destination, which keeps its opacities.
+  /// \param mask 1-bit image of the source's size whose set bits hide pixels, or null; bits that it lacks
+  /// count as clear
+  static void BitBlt8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin);
+
+  /// BitBlt8BitsDIB placed as ZoomIn32DIB.
+  static void ZoomIn8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
+                             int factor);
+
+  /// BitBlt8BitsDIB placed as ZoomOut32DIBMMX.
+  static void ZoomOut8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                              BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
+                              int factor);
   /// @}
 
   /// \name Filters
@@ -311,6 +363,21 @@ class DIBKIT_API CDIB32 {
 
   /// \name Borders, trimming and masks
   /// @{
+
+  /// Measures the margins that are wholly transparent, in pixels. An image without a visible pixel sets `top`
+  /// to its height and leaves the other three as they are.
+  static void CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int* right, int* bottom);
+
+  /// A new image without the given margins.
+  /// \return null also for a margin below 0 and for margins that overlap
+  static BITMAPINFOHEADER* Trim32BitsDIB(BITMAPINFOHEADER* image, int left, int top, int right, int bottom);
+
+  /// A new 1-bit image of the same size whose bits are 1 where the image is transparent, as an icon's mask.
+  /// Both palette entries are black.
+  static BITMAPINFOHEADER* CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image);
+
+  /// A new image with every pixel the colour, at the image's own opacity: its silhouette.
+  static BITMAPINFOHEADER* CreateParaShadowDIB(BITMAPINFOHEADER* const image, COLORREF colour);
   /// @}
 
   /// \name Editor overlays

@@ -1,16 +1,18 @@
 #include <gtest/gtest.h>
 
 #include "dib32/dib32.h"
+#include "dib32/literal_rules.h"
 #include "dib32/placed.h"
 
 namespace {
 
 using dibkit::OwnedDib;
+using test::byteOf;
+using test::evenMixAt;
 using test::Guarded;
+using test::reducedAlpha;
+using test::shade;
 using Dib = BITMAPINFOHEADER*;
-
-BYTE byteOf(int value) { return static_cast<BYTE>(value); }
-int reducedAlpha(const BYTE* s, int reduction) { return s[3] > reduction ? s[3] - reduction : 0; }
 
 // The rules as they are defined, for one pixel d under s, with the operation's byte and a mask byte.
 
@@ -41,21 +43,6 @@ void plain(BYTE* d, BYTE* s, int reduction, int) {
 void linearMix(BYTE* d, BYTE* s, int reduction, int) {
   const int a = reducedAlpha(s, reduction);
   for (int i = 0; i < 4 && a > 0; ++i) d[i] = a == 255 ? s[i] : byteOf((d[i] * (256 - a) + s[i] * a) >> 8);
-}
-
-void shade(BYTE* d, BYTE* s, int reduction, int) {
-  const int a = reducedAlpha(s, reduction);
-  const int f = a * 256 / 255;
-  if (a == 255) std::memmove(d, s, 4);
-  for (int i = 0; i < 3 && a > 0 && a < 255; ++i) s[i] = byteOf((s[i] * 256 + (d[i] - s[i]) * f) >> 8);
-}
-
-void evenMixAt(BYTE* d, const BYTE* s, int a) {
-  const int f = a * 32768 / 255;
-  for (int i = 0; i < 4 && a > 0; ++i) {
-    const int half = ((d[i] * (32768 - f)) >> 16) + ((s[i] * f) >> 16);
-    d[i] = a == 255 ? s[i] : byteOf(std::min(half * 2, 255));
-  }
 }
 
 void evenMix(BYTE* d, BYTE* s, int transparency, int) {
@@ -113,6 +100,8 @@ struct Operation {
   void (*call)(const Arguments&);
   void (*rule)(BYTE* d, BYTE* s, int byte, int mask);
   bool masked = false;
+
+  friend std::ostream& operator<<(std::ostream& out, const Operation& one) { return out << one.name; }
 };
 
 template <auto Function>

@@ -1,0 +1,86 @@
+#include <array>
+
+#include "dib/guard.h"
+#include "dib32/dib32.h"
+#include "dib32/sampling.h"
+
+namespace dibkit {
+namespace {
+
+/// A picture of 256 colours with its mask, as rows of 32-bit pixels: colour with opacity 0 where it is to be
+/// drawn, opacity 255 where the mask hides it.
+class PaletteSource {
+ public:
+  PaletteSource(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
+      : indices_(viewOfDepth(dib, 8)), mask_(viewOfDepth(mask, 1)) {
+    const PaletteTable palette(dib);
+    for (std::size_t i = 0; i < colours_.size(); ++i) colours_[i] = withAlpha(fromEntry(palette[i]), 0);
+  }
+
+  Extent extent() const { return Extent(indices_); }
+
+  void gather(int y, const std::vector<int>& columns, Bgra* row) const {
+    const BYTE* indices = indices_.row(y);
+    for (std::size_t x = 0; x < columns.size(); ++x) row[x] = colours_[indices[columns[x]]];
+    // A mask that is too small hides nothing where it lacks bits.
+    if (y >= mask_.height()) return;
+    const BYTE* bits = mask_.row(y);
+    for (std::size_t x = 0; x < columns.size(); ++x) {
+      if (columns[x] < mask_.width() && Index1::get(bits, columns[x]) != 0) row[x].alpha = 255;
+    }
+  }
+
+ private:
+  ConstView indices_;
+  ConstView mask_;
+  std::array<Bgra, 256> colours_;
+};
+
+/// Takes over colours that are not hidden, and leaves the destination its opacity.
+void paintRow(Bgra* to, const Bgra* row, int count) {
+  for (int x = 0; x < count; ++x) {
+    const DWORD below = wordAt(to, x);
+    const DWORD above = wordAt(row, x);
+    putWord(to, x, above > colourBits ? below : (below & ~colourBits) | above);
+  }
+}
+
+/// Draws the picture over the destination where sample(destination, source) says.
+template <class Sample>
+void drawPalette(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, BITMAPINFOHEADER* mask,
+                 Sample&& sample) {
+  const View destination = viewOfDepth(destinationDib, 32);
+  const PaletteSource source(sourceDib, mask);
+  orOutOfMemory(0, [&] {
+    const Sampling sampling = sample(Extent(destination), source.extent());
+    forEachSampledRow(
+        destination, sampling, [&](int y, Bgra* row) { source.gather(y, sampling.columns, row); },
+        [&](Bgra* to, const Bgra* row) { paintRow(to, row, sampling.width()); });
+    return 0;
+  });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CDIB32::BitBlt8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                            BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin) {
+  ZoomIn8BitsDIB(destination, destinationOrigin, source, mask, sourceOrigin, 1);
+}
+
+void CDIB32::ZoomIn8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                            BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
+                            int factor) {
+  dibkit::drawPalette(destination, source, mask, [&](dibkit::Extent to, dibkit::Extent from) {
+    return dibkit::zoomInSampling(to, destinationOrigin, from, sourceOrigin, factor);
+  });
+}
+
+void CDIB32::ZoomOut8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
+                             int factor) {
+  dibkit::drawPalette(destination, source, mask, [&](dibkit::Extent to, dibkit::Extent from) {
+    return dibkit::zoomOutSampling(to, destinationOrigin, from, sourceOrigin, factor,
+                                   dibkit::ZoomOutArea::placed);
+  });
+}

@@ -1,0 +1,82 @@
+#include "dib32/sampling.h"
+
+namespace dibkit {
+namespace {
+
+/// Fills both tables for `area`, in the space that the destination lies in at `origin`, with
+/// sourceX(x) and sourceY(y).
+template <class SourceX, class SourceY>
+Sampling sample(const Box& area, const POINT& origin, SourceX&& sourceX, SourceY&& sourceY) {
+  Sampling sampling;
+  if (area.empty()) return sampling;
+  sampling.left = static_cast<int>(area.left - origin.x);
+  sampling.top = static_cast<int>(area.top - origin.y);
+  sampling.columns.reserve(static_cast<std::size_t>(area.width()));
+  sampling.rows.reserve(static_cast<std::size_t>(area.height()));
+  for (std::int64_t x = area.left; x < area.right; ++x) sampling.columns.push_back(sourceX(x));
+  for (std::int64_t y = area.top; y < area.bottom; ++y) sampling.rows.push_back(sourceY(y));
+  return sampling;
+}
+
+constexpr int unity = 32768;
+
+/// position scale / 32768, rounded. The product wraps at 32 bits; the quotient is cut towards zero and then
+/// rounded up by the low 15 bits of the product as they are in memory, which pushes most negative edges up by
+/// one. Hosts place their selections by the same formula, so its oddities have to stay.
+int scaledEdge(std::int64_t position, DWORD scale) {
+  const auto product = static_cast<std::int32_t>(static_cast<std::uint32_t>(position) * scale);
+  return product / unity + ((product & (unity - 1)) >= unity / 2 ? 1 : 0);
+}
+
+/// 32768 position / scale - origin, rounded so that an exact half goes down, and not beyond the source.
+int nearest(std::int64_t position, DWORD scale, std::int64_t origin, int size) {
+  const std::int64_t quotient = position * unity / scale;
+  const std::int64_t remainder = position * unity % scale;
+  const std::int64_t rounded = quotient + (remainder > scale / 2 ? 1 : 0);
+  return static_cast<int>(std::clamp<std::int64_t>(rounded - origin, 0, size - 1));
+}
+
+}  // namespace
+
+Sampling stretchSampling(Extent destination, Extent source, const POINT& origin, DWORD scale) {
+  if (scale == 0 || source.width == 0 || source.height == 0) return {};
+  const Box scaled{scaledEdge(origin.x, scale), scaledEdge(origin.y, scale),
+                   scaledEdge(std::int64_t{origin.x} + source.width, scale),
+                   scaledEdge(std::int64_t{origin.y} + source.height, scale)};
+  return sample(
+      intersection(scaled, {0, 0, destination.width, destination.height}), {0, 0},
+      [&](std::int64_t x) { return nearest(x, scale, origin.x, source.width); },
+      [&](std::int64_t y) { return nearest(y, scale, origin.y, source.height); });
+}
+
+Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Extent source,
+                        const POINT& sourceOrigin, int factor) {
+  if (factor < 1) return {};
+  const std::int64_t left = std::int64_t{sourceOrigin.x} * factor;
+  const std::int64_t top = std::int64_t{sourceOrigin.y} * factor;
+  const Box zoomed{left, top, left + std::int64_t{source.width} * factor,
+                   top + std::int64_t{source.height} * factor};
+  const Box area = intersection(zoomed, placedBox(destination.width, destination.height, destinationOrigin));
+  return sample(
+      area, destinationOrigin, [&](std::int64_t x) { return static_cast<int>((x - left) / factor); },
+      [&](std::int64_t y) { return static_cast<int>((y - top) / factor); });
+}
+
+Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Extent source,
+                         const POINT& sourceOrigin, int factor, ZoomOutArea area) {
+  if (factor < 1) return {};
+  // Cut towards zero at both ends, so that the last pixel taken never lies beyond the source.
+  const Box reduced{sourceOrigin.x / factor, sourceOrigin.y / factor,
+                    (std::int64_t{sourceOrigin.x} + source.width) / factor,
+                    (std::int64_t{sourceOrigin.y} + source.height) / factor};
+  Box drawn = intersection(reduced, placedBox(destination.width, destination.height, destinationOrigin));
+  if (area == ZoomOutArea::sizeAsEdge) {
+    drawn = intersection(drawn,
+                         {destinationOrigin.x, destinationOrigin.y, destination.width, destination.height});
+  }
+  return sample(
+      drawn, destinationOrigin, [&](std::int64_t x) { return static_cast<int>((x - reduced.left) * factor); },
+      [&](std::int64_t y) { return static_cast<int>((y - reduced.top) * factor); });
+}
+
+}  // namespace dibkit

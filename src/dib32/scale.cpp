@@ -1,0 +1,156 @@
+#include "dib/guard.h"
+#include "dib32/blend.h"
+#include "dib32/dib32.h"
+#include "dib32/sampling.h"
+
+namespace dibkit {
+namespace {
+
+/// Draws pixel by pixel, from the top, each row from the left.
+template <class Draw>
+void forEachSampledPixel(const View& destination, const View& source, const Sampling& sampling, Draw&& draw) {
+  for (std::size_t i = 0; i < sampling.rows.size(); ++i) {
+    Bgra* to = pixelsOf(destination.row(sampling.top + static_cast<int>(i))) + sampling.left;
+    Bgra* from = pixelsOf(source.row(sampling.rows[i]));
+    for (std::size_t x = 0; x < sampling.columns.size(); ++x) draw(to[x], from[sampling.columns[x]]);
+  }
+}
+
+void gatherRow(const Bgra* from, const std::vector<int>& columns, Bgra* row) {
+  for (std::size_t x = 0; x < columns.size(); ++x) row[x] = from[columns[x]];
+}
+
+/// Whether some reduced opacity is 1 to 254.
+bool anyTranslucent(const Bgra* row, int count, BYTE reduction) {
+  DWORD any = 0;
+  for (int x = 0; x < count; ++x) {
+    const DWORD alpha = std::max<DWORD>(wordAt(row, x) >> 24, reduction) - reduction;
+    any |= static_cast<DWORD>(alpha - 1 < 254);
+  }
+  return any != 0;
+}
+
+/// How a scaled source is drawn. Both draw pixel by pixel within one image, where pixels drawn become pixels
+/// read.
+using Draw = void (*)(const View& destination, const View& source, const Sampling& sampling, BYTE reduction);
+
+/// By evenMixRow.
+void mix(const View& destination, const View& source, const Sampling& sampling, BYTE reduction) {
+  if (destination.row(0) == source.row(0)) {
+    forEachSampledPixel(destination, source, sampling,
+                        [=](Bgra& to, const Bgra& from) { evenMixRow(&to, &from, 1, {reduction}); });
+    return;
+  }
+  forEachSampledRow(
+      destination, sampling,
+      [&](int y, Bgra* row) { gatherRow(pixelsOf(source.row(y)), sampling.columns, row); },
+      [&](Bgra* to, const Bgra* row) { evenMixRow(to, row, sampling.width(), {reduction}); });
+}
+
+/// By copyOrShade. A translucent source pixel changes with every destination pixel that takes it, and the
+/// next one sees the change: only rows without any may be gathered and copied.
+void copyOrShadeSource(const View& destination, const View& source, const Sampling& sampling,
+                       BYTE reduction) {
+  const auto drawPixel = [reduction](Bgra& to, Bgra& from) {
+    copyOrShade(to, from, reduced(from.alpha, reduction));
+  };
+  if (destination.row(0) == source.row(0)) {
+    forEachSampledPixel(destination, source, sampling, drawPixel);
+    return;
+  }
+  Bgra* from = nullptr;
+  bool translucent = false;
+  forEachSampledRow(
+      destination, sampling,
+      [&](int y, Bgra* row) {
+        from = pixelsOf(source.row(y));
+        gatherRow(from, sampling.columns, row);
+        translucent = anyTranslucent(row, sampling.width(), reduction);
+      },
+      [&](Bgra* to, Bgra* row) {
+        if (!translucent) return copyOrShadeRow(to, row, sampling.width(), {reduction});
+        for (std::size_t x = 0; x < sampling.columns.size(); ++x) drawPixel(to[x], from[sampling.columns[x]]);
+      });
+}
+
+/// Draws the source over the destination where sample(destination, source) says.
+template <class Sample>
+void drawScaled(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, BYTE reduction, Draw draw,
+                Sample&& sample) {
+  const View destination = viewOfDepth(destinationDib, 32);
+  const View source = viewOfDepth(sourceDib, 32);
+  orOutOfMemory(0, [&] {
+    const Sampling sampling = sample(Extent(destination), Extent(source));
+    if (!sampling.rows.empty()) draw(destination, source, sampling, reduction);
+    return 0;
+  });
+}
+
+void stretch(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& origin, DWORD scale,
+             BYTE reduction, Draw draw) {
+  drawScaled(destination, source, reduction, draw,
+             [&](Extent to, Extent from) { return stretchSampling(to, from, origin, scale); });
+}
+
+void zoomIn(BITMAPINFOHEADER* destination, const POINT& destinationOrigin, BITMAPINFOHEADER* source,
+            const POINT& sourceOrigin, int factor, BYTE reduction, Draw draw) {
+  drawScaled(destination, source, reduction, draw, [&](Extent to, Extent from) {
+    return zoomInSampling(to, destinationOrigin, from, sourceOrigin, factor);
+  });
+}
+
+void zoomOut(BITMAPINFOHEADER* destination, const POINT& destinationOrigin, BITMAPINFOHEADER* source,
+             const POINT& sourceOrigin, int factor, BYTE reduction, Draw draw, ZoomOutArea area) {
+  drawScaled(destination, source, reduction, draw, [&](Extent to, Extent from) {
+    return zoomOutSampling(to, destinationOrigin, from, sourceOrigin, factor, area);
+  });
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CDIB32::Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
+                          DWORD scale) {
+  Stretch32DIB(destination, source, sourceOrigin, scale, 0);
+}
+
+void CDIB32::Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
+                          DWORD scale, BYTE reduction) {
+  dibkit::stretch(destination, source, sourceOrigin, scale, reduction, dibkit::copyOrShadeSource);
+}
+
+void CDIB32::Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
+                             const POINT& sourceOrigin, DWORD scale) {
+  Stretch32DIBMMX(destination, source, sourceOrigin, scale, 0);
+}
+
+void CDIB32::Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
+                             const POINT& sourceOrigin, DWORD scale, BYTE reduction) {
+  dibkit::stretch(destination, source, sourceOrigin, scale, reduction, dibkit::mix);
+}
+
+void CDIB32::ZoomIn32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                         BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
+  dibkit::zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction,
+                 dibkit::copyOrShadeSource);
+}
+
+void CDIB32::ZoomIn32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
+  dibkit::zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction, dibkit::mix);
+}
+
+void CDIB32::ZoomOut32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
+  // Alone among the zooms, it takes the destination's size for its right and bottom edge. Hosts draw with a
+  // destination at (0, 0), where that is the same, and the difference elsewhere is kept for the others.
+  dibkit::zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction,
+                  dibkit::copyOrShadeSource, dibkit::ZoomOutArea::sizeAsEdge);
+}
+
+void CDIB32::ZoomOut32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
+                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor,
+                             BYTE reduction) {
+  dibkit::zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction, dibkit::mix,
+                  dibkit::ZoomOutArea::placed);
+}

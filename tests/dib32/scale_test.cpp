@@ -1,0 +1,378 @@
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "dib32/dib32.h"
+#include "dib32/literal_rules.h"
+#include "dib32/placed.h"
+
+namespace {
+
+using dibkit::OwnedDib;
+using test::Guarded;
+using test::imageOf;
+using test::pixelsOf;
+using Dib = BITMAPINFOHEADER*;
+using Pixels = std::vector<DWORD>;
+
+void evenMix(BYTE* d, BYTE* s, int reduction) { test::evenMixAt(d, s, test::reducedAlpha(s, reduction)); }
+void shade(BYTE* d, BYTE* s, int reduction) { test::shade(d, s, reduction); }
+
+/// Told the destination's own pixel and the source pixel that it takes, in the order of drawing.
+using Visit = std::function<void(int x, int y, int sourceX, int sourceY)>;
+
+int edge(int position, DWORD scale) {
+  const int value = static_cast<int>(static_cast<unsigned>(position) * scale);
+  int quotient = value / 32768;
+  if ((static_cast<unsigned>(value) & 0x7FFFU) >= 0x4000U) ++quotient;
+  return quotient;
+}
+
+/// The source position for each of `count` destination positions from 0, with quotient and remainder carried.
+std::vector<int> carried(int count, DWORD scale, int origin, int size) {
+  std::vector<int> positions;
+  std::int64_t quotient = 0;
+  std::int64_t remainder = 0;
+  for (int i = 0; i < count; ++i) {
+    const std::int64_t rounded = remainder > scale / 2 ? quotient + 1 : quotient;
+    positions.push_back(static_cast<int>(std::clamp<std::int64_t>(rounded - origin, 0, size - 1)));
+    quotient += 32768 / scale;
+    remainder += 32768 % scale;
+    if (remainder >= scale) {
+      ++quotient;
+      remainder -= scale;
+    }
+  }
+  return positions;
+}
+
+void literalStretch(Dib to, Dib from, POINT origin, DWORD scale, const Visit& visit) {
+  const int left = std::max(edge(origin.x, scale), 0);
+  const int top = std::max(edge(origin.y, scale), 0);
+  const int right = std::min<int>(edge(origin.x + from->biWidth, scale), to->biWidth);
+  const int bottom = std::min<int>(edge(origin.y + from->biHeight, scale), to->biHeight);
+  const std::vector<int> columns = carried(to->biWidth, scale, origin.x, from->biWidth);
+  const std::vector<int> rows = carried(to->biHeight, scale, origin.y, from->biHeight);
+  for (int y = top; y < bottom; ++y) {
+    for (int x = left; x < right; ++x) {
+      visit(x, y, columns[static_cast<std::size_t>(x)], rows[static_cast<std::size_t>(y)]);
+    }
+  }
+}
+
+void literalZoomIn(Dib to, POINT toAt, Dib from, POINT fromAt, int f, const Visit& visit) {
+  for (int y = toAt.y; y < toAt.y + to->biHeight; ++y) {
+    for (int x = toAt.x; x < toAt.x + to->biWidth; ++x) {
+      const int dx = x - fromAt.x * f;
+      const int dy = y - fromAt.y * f;
+      if (dx < 0 || dy < 0 || dx >= from->biWidth * f || dy >= from->biHeight * f) continue;
+      visit(x - toAt.x, y - toAt.y, dx / f, dy / f);
+    }
+  }
+}
+
+void literalZoomOut(Dib to, POINT toAt, Dib from, POINT fromAt, int f, bool sizeAsEdge, const Visit& visit) {
+  for (int y = toAt.y; y < toAt.y + to->biHeight; ++y) {
+    for (int x = toAt.x; x < toAt.x + to->biWidth; ++x) {
+      if (sizeAsEdge && (x >= to->biWidth || y >= to->biHeight)) continue;
+      if (x < fromAt.x / f || x >= (fromAt.x + from->biWidth) / f) continue;
+      if (y < fromAt.y / f || y >= (fromAt.y + from->biHeight) / f) continue;
+      visit(x - toAt.x, y - toAt.y, (x - fromAt.x / f) * f, (y - fromAt.y / f) * f);
+    }
+  }
+}
+
+struct Arguments {
+  Dib to;
+  POINT toAt;
+  Dib from;
+  POINT fromAt;
+  int factor;
+  DWORD scale;
+  BYTE reduction;
+};
+
+struct Operation {
+  const char* name;
+  void (*call)(const Arguments&);
+  void (*visit)(const Arguments&, const Visit&);
+  void (*rule)(BYTE* d, BYTE* s, int reduction);
+  bool reduces = true;
+};
+
+using WithReduction = void (*)(Dib, Dib, const POINT&, DWORD, BYTE);
+using WithoutReduction = void (*)(Dib, Dib, const POINT&, DWORD);
+template <WithReduction Function>
+void callStretch(const Arguments& a) {
+  Function(a.to, a.from, a.fromAt, a.scale, a.reduction);
+}
+template <WithoutReduction Function>
+void callWholeStretch(const Arguments& a) {
+  Function(a.to, a.from, a.fromAt, a.scale);
+}
+template <auto Function>
+void callZoom(const Arguments& a) {
+  Function(a.to, a.toAt, a.from, a.fromAt, a.factor, a.reduction);
+}
+void visitStretch(const Arguments& a, const Visit& visit) {
+  literalStretch(a.to, a.from, a.fromAt, a.scale, visit);
+}
+void visitZoomIn(const Arguments& a, const Visit& visit) {
+  literalZoomIn(a.to, a.toAt, a.from, a.fromAt, a.factor, visit);
+}
+template <bool sizeAsEdge>
+void visitZoomOut(const Arguments& a, const Visit& visit) {
+  literalZoomOut(a.to, a.toAt, a.from, a.fromAt, a.factor, sizeAsEdge, visit);
+}
+
+const Operation operations[] = {
+    {"Stretch32DIB", callStretch<CDIB32::Stretch32DIB>, visitStretch, shade},
+    {"Stretch32DIB, whole", callWholeStretch<CDIB32::Stretch32DIB>, visitStretch, shade, false},
+    {"Stretch32DIBMMX", callStretch<CDIB32::Stretch32DIBMMX>, visitStretch, evenMix},
+    {"Stretch32DIBMMX, whole", callWholeStretch<CDIB32::Stretch32DIBMMX>, visitStretch, evenMix, false},
+    {"ZoomIn32DIB", callZoom<CDIB32::ZoomIn32DIB>, visitZoomIn, shade},
+    {"ZoomIn32DIBMMX", callZoom<CDIB32::ZoomIn32DIBMMX>, visitZoomIn, evenMix},
+    {"ZoomOut32DIB", callZoom<CDIB32::ZoomOut32DIB>, visitZoomOut<true>, shade},
+    {"ZoomOut32DIBMMX", callZoom<CDIB32::ZoomOut32DIBMMX>, visitZoomOut<false>, evenMix},
+};
+
+constexpr DWORD scales[] = {1,     777,   8192,  16384, 20000, 30000,      32767,      32768,
+                            32769, 40000, 49152, 65536, 98304, 0x40000000, 0x80000001, 0xFFFFFFFF};
+
+/// Makes the opacities of an image 0 or 255.
+void makeOpaqueOrNot(Guarded& image) {
+  for (int y = 0; y < image.dib()->biHeight; ++y) {
+    for (int x = 0; x < image.dib()->biWidth; ++x) image.at(x, y)[3] = image.at(x, y)[3] > 99 ? 255 : 0;
+  }
+}
+
+void expectTwin(const Operation& operation, const Arguments& arguments, Guarded& to, Guarded& from) {
+  Guarded expectedTo = to;
+  Guarded expectedFrom = from;
+  const bool oneImage = &to == &from;
+  Guarded& twinFrom = oneImage ? expectedTo : expectedFrom;
+  operation.visit(arguments, [&](int x, int y, int sx, int sy) {
+    operation.rule(expectedTo.at(x, y), twinFrom.at(sx, sy), operation.reduces ? arguments.reduction : 0);
+  });
+  operation.call(arguments);
+  ASSERT_EQ(to.block(), expectedTo.block());
+  ASSERT_EQ(from.block(), twinFrom.block());
+}
+
+TEST(Scaling, EqualsItsTwinForAnyPlacement) {
+  test::Random random(21);
+  for (int round = 0; round < 1600; ++round) {
+    const Operation& operation = operations[round % static_cast<int>(std::size(operations))];
+    const auto size = [&] { return 1 + test::below(random, 40); };
+    const int toWidth = size();
+    Guarded to(toWidth, size(), 32, random);
+    const int fromWidth = size();
+    Guarded from(fromWidth, size(), 32, random);
+    if (round % 5 == 0) makeOpaqueOrNot(from);
+    const DWORD scale = scales[test::below(random, static_cast<int>(std::size(scales)))];
+    const Arguments arguments{to.dib(),
+                              test::randomPoint(random, 15),
+                              from.dib(),
+                              test::randomPoint(random, 15),
+                              1 + test::below(random, 4),
+                              scale,
+                              test::byteOf(round % 3 == 0 ? test::below(random, 256) : 0)};
+    SCOPED_TRACE(testing::Message() << operation.name << ", round " << round << ", scale " << scale);
+    expectTwin(operation, arguments, to, from);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(Scaling, ReadsWhatItHasDrawnWithinOneImage) {
+  test::Random random(22);
+  for (int round = 0; round < 400; ++round) {
+    const Operation& operation = operations[round % static_cast<int>(std::size(operations))];
+    Guarded image(24, 19, 32, random);
+    const Arguments arguments{image.dib(),
+                              test::randomPoint(random, 5),
+                              image.dib(),
+                              test::randomPoint(random, 5),
+                              1 + test::below(random, 3),
+                              scales[2 + test::below(random, 11)],
+                              test::byteOf(round % 3 == 0 ? 60 : 0)};
+    SCOPED_TRACE(testing::Message() << operation.name << ", round " << round);
+    expectTwin(operation, arguments, image, image);
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(Stretch32DIB, RoundsHalvesDown) {
+  // Twice the size: column 1 lies at 0.5 and takes column 0, column 3 at 1.5 and takes column 1.
+  const OwnedDib source = imageOf(2, 1, 32, {0xFF000001, 0xFF000002});
+  OwnedDib to = test::image(5, 1, 32);
+  CDIB32::Stretch32DIB(to.get(), source.get(), {0, 0}, 65536);
+  EXPECT_EQ(pixelsOf(to), (Pixels{0xFF000001, 0xFF000001, 0xFF000002, 0xFF000002, 0}));
+  // As it is.
+  to = test::image(3, 1, 32);
+  CDIB32::Stretch32DIB(to.get(), source.get(), {1, 0}, 32768);
+  EXPECT_EQ(pixelsOf(to), (Pixels{0, 0xFF000001, 0xFF000002}));
+}
+
+TEST(Stretch32DIB, RoundsNegativeEdgesByTheirLowBits) {
+  // A quarter of the size from -1 on: the left edge -0.25 has the low bits 24576 and becomes 1, not 0; the
+  // right edge (9 - 1) / 4 is 2. Column 1 takes column 4 - (-1) = 5.
+  Pixels pixels;
+  for (DWORD i = 0; i < 9; ++i) pixels.push_back(0xFF000000 | i);
+  const OwnedDib source = imageOf(9, 1, 32, pixels);
+  const OwnedDib to = test::image(4, 1, 32);
+  CDIB32::Stretch32DIB(to.get(), source.get(), {-1, 0}, 8192);
+  EXPECT_EQ(pixelsOf(to), Pixels(4, 0));  // one row of a quarter is none
+  const OwnedDib tall = imageOf(9, 2, 32, [&] {
+    Pixels twice = pixels;
+    twice.insert(twice.end(), pixels.begin(), pixels.end());
+    return twice;
+  }());
+  CDIB32::Stretch32DIB(to.get(), tall.get(), {-1, 0}, 8192);
+  EXPECT_EQ(pixelsOf(to), (Pixels{0, 0xFF000005, 0, 0}));
+}
+
+TEST(Stretch32DIB, WrapsTheAreaAtThirtyTwoBits) {
+  // 32768 times the size: 4 columns end at 2^32 / 2^15, which is 0 after wrapping; 5 end at 32768.
+  const OwnedDib four(CDIB32::CreateSimple32BitsDIB(4, 5, 0, 255));
+  const OwnedDib five(CDIB32::CreateSimple32BitsDIB(5, 5, 0, 255));
+  const OwnedDib to = test::image(2, 1, 32);
+  CDIB32::Stretch32DIB(to.get(), four.get(), {0, 0}, 0x40000000);
+  EXPECT_EQ(pixelsOf(to), Pixels(2, 0));
+  CDIB32::Stretch32DIB(to.get(), five.get(), {0, 0}, 0x40000000);
+  EXPECT_EQ(pixelsOf(to), Pixels(2, 0xFF000000));
+}
+
+TEST(ZoomIn32DIB, SeesTheSourceItHasShadedAlready) {
+  // Black of 128 over 255, 0, 0, 255, f = 128: 127, then 127 / 2, 63 / 2, then (31 + 255) / 2 cut down.
+  const OwnedDib source = imageOf(1, 1, 32, {0x80000000});
+  const Pixels below{0xFFFFFFFF, 0xFF000000, 0xFF000000, 0xFFFFFFFF};
+  const OwnedDib to = imageOf(2, 2, 32, below);
+  CDIB32::ZoomIn32DIB(to.get(), {0, 0}, source.get(), {0, 0}, 2, 0);
+  EXPECT_EQ(pixelsOf(to), below);
+  EXPECT_EQ(pixelsOf(source), Pixels{0x808F8F8F});
+}
+
+TEST(ZoomIn32DIB, DrawsBlocks) {
+  const OwnedDib source = imageOf(2, 1, 32, {0xFF000001, 0x00000002});
+  const OwnedDib to = test::image(5, 3, 32);
+  CDIB32::ZoomIn32DIB(to.get(), {0, 0}, source.get(), {0, 0}, 2, 0);
+  EXPECT_EQ(pixelsOf(to),
+            (Pixels{0xFF000001, 0xFF000001, 0, 0, 0, 0xFF000001, 0xFF000001, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(ZoomIn32DIBMMX, ReducesTheWeightOnly) {
+  // a = 255 - 128 = 127, f = 16319: the opacity mixed in is 255, not 127.
+  // 255 * 16319 >> 16 = 63, doubled 126, for white over transparent black, opacity alike.
+  const OwnedDib source = imageOf(1, 1, 32, {0xFFFFFFFF});
+  const OwnedDib to = test::image(1, 1, 32);
+  CDIB32::ZoomIn32DIBMMX(to.get(), {0, 0}, source.get(), {0, 0}, 1, 128);
+  EXPECT_EQ(pixelsOf(to), Pixels{0x7E7E7E7E});
+}
+
+TEST(ZoomOut32DIB, TakesTheTopLeftPixelOfEachBlock) {
+  Pixels pixels;
+  for (DWORD i = 0; i < 16; ++i) pixels.push_back(0xFF000000 | i);
+  const OwnedDib source = imageOf(4, 4, 32, pixels);
+  const OwnedDib to = test::image(2, 2, 32);
+  CDIB32::ZoomOut32DIB(to.get(), {0, 0}, source.get(), {0, 0}, 2, 0);
+  EXPECT_EQ(pixelsOf(to), (Pixels{0xFF000000, 0xFF000002, 0xFF000008, 0xFF00000A}));
+}
+
+TEST(ZoomOut32DIB, TakesItsSizeForItsEdge) {
+  const OwnedDib source(CDIB32::CreateSimple32BitsDIB(20, 20, 0, 255));
+  const struct {
+    LONG at;
+    Pixels plain, mixing;
+  } cases[] = {
+      {0, Pixels(4, 0xFF000000), Pixels(4, 0xFF000000)},
+      // Right edge 4 rather than 6: two columns of a destination from 2 on.
+      {2, {0xFF000000, 0xFF000000, 0, 0}, Pixels(4, 0xFF000000)},
+      {5, Pixels(4, 0), Pixels(4, 0xFF000000)},
+      // Edge 4 lies beyond the destination, which ends at 1: nothing outside it is touched.
+      {-3, {0, 0, 0, 0xFF000000}, {0, 0, 0, 0xFF000000}},
+  };
+  for (const auto& expected : cases) {
+    SCOPED_TRACE(expected.at);
+    Guarded plain(test::image(4, 1, 32));
+    Guarded mixing = plain;
+    CDIB32::ZoomOut32DIB(plain.dib(), {expected.at, 0}, source.get(), {0, 0}, 1, 0);
+    CDIB32::ZoomOut32DIBMMX(mixing.dib(), {expected.at, 0}, source.get(), {0, 0}, 1, 0);
+    EXPECT_EQ(pixelsOf(plain.dib()), expected.plain);
+    EXPECT_EQ(pixelsOf(mixing.dib()), expected.mixing);
+    EXPECT_EQ(plain.block().front(), 0xA5);
+    EXPECT_TRUE(std::all_of(plain.block().end() - 64, plain.block().end(), [](BYTE b) { return b == 0xA5; }));
+  }
+}
+
+TEST(Draw8Bits, EqualsItsTwins) {
+  test::Random random(23);
+  std::vector<DWORD> palette;
+  for (int i = 0; i < 256; ++i) palette.push_back(static_cast<DWORD>(random()));
+  for (int round = 0; round < 600; ++round) {
+    const int width = 1 + test::below(random, 40);
+    const int height = 1 + test::below(random, 40);
+    const OwnedDib source = test::randomImage(width, height, 8, random, palette);
+    // Now and then none, or one of another size.
+    const bool other = round % 4 == 1;
+    const OwnedDib mask = round % 4 == 0
+                              ? nullptr
+                              : test::randomImage(other ? 1 + test::below(random, 40) : width,
+                                                  other ? 1 + test::below(random, 40) : height, 1, random);
+    const int toWidth = 1 + test::below(random, 40);
+    Guarded to(toWidth, 1 + test::below(random, 40), 32, random);
+    Guarded expected = to;
+    const POINT toAt = test::randomPoint(random, 15);
+    const POINT fromAt = test::randomPoint(random, 15);
+    const int factor = 1 + test::below(random, 4);
+    const auto draw = [&](int x, int y, int sx, int sy) {
+      if (mask && sx < mask->biWidth && sy < mask->biHeight && test::pixel(mask, sx, sy) != 0) return;
+      std::memcpy(expected.at(x, y), &palette[test::pixel(source, sx, sy)], 3);
+    };
+    switch (round % 3) {
+      case 0:
+        literalZoomIn(to.dib(), toAt, source.get(), fromAt, 1, draw);
+        CDIB32::BitBlt8BitsDIB(to.dib(), toAt, source.get(), mask.get(), fromAt);
+        break;
+      case 1:
+        literalZoomIn(to.dib(), toAt, source.get(), fromAt, factor, draw);
+        CDIB32::ZoomIn8BitsDIB(to.dib(), toAt, source.get(), mask.get(), fromAt, factor);
+        break;
+      default:
+        literalZoomOut(to.dib(), toAt, source.get(), fromAt, factor, false, draw);
+        CDIB32::ZoomOut8BitsDIB(to.dib(), toAt, source.get(), mask.get(), fromAt, factor);
+        break;
+    }
+    ASSERT_EQ(to.block(), expected.block()) << "round " << round;
+  }
+}
+
+TEST(Scaling, IsHarmlessWithWrongArguments) {
+  const OwnedDib good = imageOf(2, 1, 32, {0xFF112233, 0xFF445566});
+  const OwnedDib gray = imageOf(2, 1, 8, {1, 2});
+  const OwnedDib empty = test::image(0, 0, 32);
+  BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  const std::vector<BYTE> before = test::bytesOf(good);
+  const POINT far{INT32_MIN, INT32_MAX};
+  for (const Operation& operation : operations) {
+    SCOPED_TRACE(operation.name);
+    for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}, gray.get(), empty.get()}) {
+      operation.call({wrong, {0, 0}, good.get(), {0, 0}, 2, 65536, 0});
+      operation.call({good.get(), {0, 0}, wrong, {0, 0}, 2, 65536, 0});
+    }
+    operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 0, 0, 0});
+    operation.call({good.get(), {0, 0}, good.get(), far, -3, 0, 0});
+    operation.call({good.get(), far, good.get(), {5, 5}, INT32_MAX, 32768, 0});
+    operation.call({good.get(), {0, 0}, good.get(), far, INT32_MAX, 1, 0});
+    EXPECT_EQ(test::bytesOf(good), before);
+  }
+  for (const int factor : {0, -1}) {
+    CDIB32::ZoomIn8BitsDIB(good.get(), {0, 0}, gray.get(), nullptr, {0, 0}, factor);
+    CDIB32::ZoomOut8BitsDIB(good.get(), {0, 0}, gray.get(), nullptr, {0, 0}, factor);
+  }
+  CDIB32::BitBlt8BitsDIB(nullptr, {0, 0}, gray.get(), nullptr, {0, 0});
+  CDIB32::BitBlt8BitsDIB(good.get(), {0, 0}, nullptr, nullptr, {0, 0});
+  CDIB32::BitBlt8BitsDIB(good.get(), {0, 0}, good.get(), nullptr, {0, 0});
+  EXPECT_EQ(test::bytesOf(good), before);
+}
+
+}  // namespace
