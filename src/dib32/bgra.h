@@ -28,6 +28,9 @@ inline void putWord(Bgra* row, int x, DWORD word) { Bgra32::put(reinterpret_cast
 constexpr DWORD colourBits = 0x00FFFFFF;
 /// @}
 
+/// Not 0 for an opacity of 1 to 254: adding 1 leaves bits 1 to 7 of 0 and 255 alone clear.
+constexpr int translucentBits(int alpha) { return (alpha + 1) & 0xFE; }
+
 /// Brightness on a scale of 0 to 255; the weights sum to 1024.
 constexpr int luminance(const Bgra& pixel) {
   return (117 * pixel.blue + 601 * pixel.green + 306 * pixel.red) >> 10;

@@ -34,7 +34,9 @@ std::array<Value, blockBytes> spread(const std::array<Value, blockPixels>& value
 
 PixelLanes alphasOf(const BYTE* block) {
   PixelLanes alphas;
-  for (int i = 0; i < blockPixels; ++i) alphas[i] = static_cast<Lane>(Bgra32::get(block, i) >> 24);
+  for (int i = 0; i < blockPixels; ++i) {
+    alphas[static_cast<std::size_t>(i)] = static_cast<Lane>(Bgra32::get(block, i) >> 24);
+  }
   return alphas;
 }
 

@@ -13,24 +13,24 @@ void fillRows(const View& image, const Bgra& pixel) {
   for (int y = 0; y < image.height(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
 }
 
-/// Calls use(pixel) for every pixel of a 32-bit image; does nothing for any other.
-template <class Use>
-void forEachPixel(BITMAPINFOHEADER* dib, Use&& use) {
+/// Makes every pixel of a 32-bit image rule(pixel), as numbers 0xAARRGGBB; does nothing for any other image.
+template <class Rule>
+void changePixels(BITMAPINFOHEADER* dib, Rule&& rule) {
   const View image = viewOfDepth(dib, 32);
   for (int y = 0; y < image.height(); ++y) {
     Bgra* row = pixelsOf(image.row(y));
-    for (int x = 0; x < image.width(); ++x) use(row[x]);
+    for (int x = 0; x < image.width(); ++x) putWord(row, x, rule(wordAt(row, x)));
   }
 }
 
-/// Whether found(alpha) holds for some pixel; each row is looked at whole, without a branch per pixel.
+/// Whether found(alpha) is not 0 for some pixel; each row is looked at whole, without a branch per pixel.
 template <class Found>
 bool anyAlpha(const View& image, Found&& found) {
   for (int y = 0; y < image.height(); ++y) {
     const Bgra* row = pixelsOf(image.row(y));
-    bool any = false;
-    for (int x = 0; x < image.width(); ++x) any |= found(row[x].alpha);
-    if (any) return true;
+    int any = 0;
+    for (int x = 0; x < image.width(); ++x) any |= found(static_cast<int>(wordAt(row, x) >> 24));
+    if (any != 0) return true;
   }
   return false;
 }
@@ -100,6 +100,7 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
   const ConstView source(sourceDib);
   if (!source) return nullptr;
   const PaletteTable palette(sourceDib);
+  const DWORD top = DWORD{normalAlpha} << 24;
   return withFormat(source.bitCount(), OwnedDib(), [&](auto format) -> OwnedDib {
     using Format = decltype(format);
     OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
@@ -109,7 +110,7 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
       const BYTE* from = source.row(y);
       Bgra* to = pixelsOf(image.row(y));
       for (int x = 0; x < image.width(); ++x) {
-        to[x] = withAlpha(Format::colour(Format::get(from, x), palette), normalAlpha);
+        putWord(to, x, entryKey(Format::colour(Format::get(from, x), palette)) | top);
       }
     }
     setMaskedAlpha(image, mask, maskedAlpha);
@@ -153,18 +154,21 @@ void CDIB32::CalcuMaskShift(DWORD mask, int& shift, int& length) {
 }
 
 void CDIB32::Make32BitsSimpleColorDIB(BITMAPINFOHEADER* image, COLORREF colour) {
-  const dibkit::Rgb rgb = dibkit::fromColorRef(colour);
-  dibkit::forEachPixel(image, [rgb](dibkit::Bgra& pixel) { pixel = dibkit::withAlpha(rgb, pixel.alpha); });
+  const DWORD key = dibkit::entryKey(dibkit::fromColorRef(colour));
+  dibkit::changePixels(image, [key](DWORD pixel) { return (pixel & ~dibkit::colourBits) | key; });
 }
 
 void CDIB32::MakeAllPixelsSameOpacity(BITMAPINFOHEADER* image, BYTE alpha) {
-  dibkit::forEachPixel(image, [alpha](dibkit::Bgra& pixel) { pixel.alpha = alpha; });
+  const DWORD top = DWORD{alpha} << 24;
+  dibkit::changePixels(image, [top](DWORD pixel) { return (pixel & dibkit::colourBits) | top; });
 }
 
 void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
-  const BYTE scale = static_cast<BYTE>(255 - reduction);
-  dibkit::forEachPixel(image,
-                       [scale](dibkit::Bgra& pixel) { pixel.alpha = dibkit::scaled(pixel.alpha, scale); });
+  const DWORD scale = 255U - reduction;
+  dibkit::changePixels(image, [scale](DWORD pixel) {
+    const auto alpha = dibkit::divideBy255(static_cast<dibkit::Lane>((pixel >> 24) * scale));
+    return (pixel & dibkit::colourBits) | DWORD{alpha} << 24;
+  });
 }
 
 void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {
@@ -173,12 +177,12 @@ void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, 
 
 BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {
   const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return view && !dibkit::anyAlpha(view, [](BYTE alpha) { return alpha < 255; });
+  return view && !dibkit::anyAlpha(view, [](int alpha) { return alpha ^ 255; });
 }
 
 BOOL CDIB32::IsTranslucence32BitsImage(BITMAPINFOHEADER* const image) {
   const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return dibkit::anyAlpha(view, [](BYTE alpha) { return alpha > 0 && alpha < 255; });
+  return dibkit::anyAlpha(view, dibkit::translucentBits);
 }
 
 BOOL CDIB32::IsIn32BitsDIB(BITMAPINFOHEADER* image, const POINT& point) {

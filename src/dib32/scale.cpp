@@ -21,13 +21,22 @@ void gatherRow(const Bgra* from, const std::vector<int>& columns, Bgra* row) {
 }
 
 /// Whether some reduced opacity is 1 to 254.
-bool anyTranslucent(const Bgra* row, int count, BYTE reduction) {
-  DWORD any = 0;
+bool anyTranslucent(const Bgra* row, int count, int reduction) {
+  int any = 0;
   for (int x = 0; x < count; ++x) {
-    const DWORD alpha = std::max<DWORD>(wordAt(row, x) >> 24, reduction) - reduction;
-    any |= static_cast<DWORD>(alpha - 1 < 254);
+    const int alpha = std::max(static_cast<int>(wordAt(row, x) >> 24), reduction) - reduction;
+    any |= translucentBits(alpha);
   }
   return any != 0;
+}
+
+/// Copies the pixels that are opaque after the reduction.
+void copyOpaque(Bgra* to, const Bgra* from, int count, BYTE reduction) {
+  if (reduction != 0) return;
+  for (int x = 0; x < count; ++x) {
+    const DWORD above = wordAt(from, x);
+    putWord(to, x, above >> 24 == 255 ? above : wordAt(to, x));
+  }
 }
 
 /// How a scaled source is drawn. Both draw pixel by pixel within one image, where pixels drawn become pixels
@@ -67,8 +76,8 @@ void copyOrShadeSource(const View& destination, const View& source, const Sampli
         gatherRow(from, sampling.columns, row);
         translucent = anyTranslucent(row, sampling.width(), reduction);
       },
-      [&](Bgra* to, Bgra* row) {
-        if (!translucent) return copyOrShadeRow(to, row, sampling.width(), {reduction});
+      [&](Bgra* to, const Bgra* row) {
+        if (!translucent) return copyOpaque(to, row, sampling.width(), reduction);
         for (std::size_t x = 0; x < sampling.columns.size(); ++x) drawPixel(to[x], from[sampling.columns[x]]);
       });
 }
