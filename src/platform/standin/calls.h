@@ -38,6 +38,70 @@ DIBKIT_API BOOL EqualRgn(HRGN a, HRGN b);
 DIBKIT_API DWORD GetRegionData(HRGN region, DWORD byteCount, RGNDATA* data);
 /// @}
 
-/// Releases a region or any other graphics object.
+/// \name Bitmaps
+/// The bitmaps made here are released with DeleteObject. Sizes of 0 or less, unknown depths and pictures of
+/// more than 2 GiB give null.
+/// @{
+DIBKIT_API HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitCount, const void* bits);
+/// Monochrome for a fresh memory context, 32 bits for the screen's.
+DIBKIT_API HBITMAP CreateCompatibleBitmap(HDC context, int width, int height);
+DIBKIT_API HBITMAP CreateDIBSection(HDC context, const BITMAPINFO* info, UINT usage, void** bits, HANDLE file,
+                                    DWORD offset);
+/// The rows and colours of a bitmap. Without `bits` only header and colour table are filled in.
+/// \return the number of rows; 1 without `bits`; 0 for failure
+DIBKIT_API int GetDIBits(HDC context, HBITMAP bitmap, UINT start, UINT lines, void* bits, BITMAPINFO* info,
+                         UINT usage);
+DIBKIT_API int SetDIBitsToDevice(HDC context, int x, int y, DWORD width, DWORD height, int fromX, int fromY,
+                                 UINT start, UINT lines, const void* bits, const BITMAPINFO* info,
+                                 UINT usage);
+/// Copies pixels, matching colours where the depths differ. SRCCOPY is the only operation here.
+DIBKIT_API BOOL BitBlt(HDC context, int x, int y, int width, int height, HDC source, int fromX, int fromY,
+                       DWORD operation);
+/// @}
+
+/// \name Device contexts
+/// @{
+DIBKIT_API HDC CreateCompatibleDC(HDC reference);
+DIBKIT_API BOOL DeleteDC(HDC context);
+/// The screen's context, for a null window only: nothing can be drawn on it.
+DIBKIT_API HDC GetDC(HWND window);
+DIBKIT_API int ReleaseDC(HWND window, HDC context);
+/// \return the object that was selected before, null when this one can not be selected; for a region its
+///     complexity in the place of a handle
+DIBKIT_API HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
+DIBKIT_API int SelectClipRgn(HDC context, HRGN region);
+DIBKIT_API BOOL SetViewportOrgEx(HDC context, int x, int y, POINT* before);
+DIBKIT_API COLORREF GetPixel(HDC context, int x, int y);
+DIBKIT_API COLORREF SetPixel(HDC context, int x, int y, COLORREF colour);
+DIBKIT_API BOOL GdiFlush();
+/// @}
+
+/// \name Pens and brushes
+/// @{
+DIBKIT_API HGDIOBJ GetStockObject(int number);
+/// PS_SOLID and PS_NULL.
+DIBKIT_API HPEN CreatePen(int style, int width, COLORREF colour);
+/// PS_GEOMETRIC, solid, with round joins and round or square caps.
+DIBKIT_API HPEN ExtCreatePen(DWORD style, DWORD width, const LOGBRUSH* brush, DWORD styleCount,
+                             const DWORD* lengths);
+DIBKIT_API HBRUSH CreateSolidBrush(COLORREF colour);
+/// @}
+
+/// \name Drawing
+/// All of it is clipped by the region that is selected, which does not follow the viewport origin.
+/// @{
+DIBKIT_API int FillRect(HDC context, const RECT* rect, HBRUSH brush);
+DIBKIT_API BOOL MoveToEx(HDC context, int x, int y, POINT* before);
+DIBKIT_API BOOL LineTo(HDC context, int x, int y);
+DIBKIT_API BOOL Polygon(HDC context, const POINT* points, int count);
+DIBKIT_API BOOL Ellipse(HDC context, int left, int top, int right, int bottom);
+DIBKIT_API BOOL RoundRect(HDC context, int left, int top, int right, int bottom, int ellipseWidth,
+                          int ellipseHeight);
+/// @}
+
+/// Describes a bitmap (a BITMAP) or another graphics object.
+/// \return the size of the description; 0 for failure
+DIBKIT_API int GetObjectW(HANDLE object, int byteCount, void* out);
+/// Releases a region or any other graphics object. One that is selected goes when it is deselected.
 DIBKIT_API BOOL DeleteObject(HGDIOBJ object);
 }

@@ -13,7 +13,7 @@ namespace dibkit::standin {
 class CornerWalk {
  public:
   /// The largest side that 64 bits are sure to carry.
-  static constexpr int longestSide = 1'000'000;
+  static constexpr int longestSide = 800'000;
 
   /// Sides of 2 pixels and more. Throws std::length_error above longestSide.
   CornerWalk(int width, int height);

@@ -1,10 +1,46 @@
 #include "platform/standin/gdi_object.h"
 
-using dibkit::standin::GdiObject;
+#include <cstring>
+
+namespace dibkit::standin {
+
+int GdiObject::describe(int /*byteCount*/, void* /*out*/) const { return 0; }
+
+// Stock objects are in use on every thread at once: they are counted nowhere.
+void GdiObject::select() {
+  if (!stock_) ++selections_;
+}
+
+void GdiObject::deselect() {
+  if (!stock_ && --selections_ == 0 && released_) delete this;
+}
+
+void GdiObject::release() {
+  if (stock_) return;
+  if (selected()) {
+    released_ = true;
+  } else {
+    delete this;
+  }
+}
+
+int giveDescription(const void* description, int size, int byteCount, void* out) {
+  if (out == nullptr) return size;
+  if (byteCount < size) return 0;
+  std::memcpy(out, description, static_cast<std::size_t>(size));
+  return size;
+}
+
+}  // namespace dibkit::standin
 
 BOOL DeleteObject(HGDIOBJ handle) {
-  auto* object = static_cast<GdiObject*>(handle);
+  auto* object = static_cast<dibkit::standin::GdiObject*>(handle);
   if (object == nullptr) return FALSE;
-  if (!object->stock) delete object;
+  object->release();
   return TRUE;
+}
+
+int GetObjectW(HANDLE handle, int byteCount, void* out) {
+  const auto* object = static_cast<const dibkit::standin::GdiObject*>(handle);
+  return object != nullptr ? object->describe(byteCount, out) : 0;
 }

@@ -9,7 +9,7 @@
 
 #include "platform/guard.h"
 #include "platform/standin/corner_walk.h"
-#include "platform/standin/gdi_object.h"
+#include "platform/standin/geometry.h"
 #include "platform/standin/region_object.h"
 #include "platform/standin/scan_polygon.h"
 
@@ -23,11 +23,6 @@ HRGN newRegion(Region&& region) { return handleOf<HRGN>(new RegionObject(std::mo
 template <class Make>
 HRGN regionFrom(Make&& make) {
   return orOutOfMemory(HRGN{}, [&] { return newRegion(make()); });
-}
-
-int clampedToInt(std::int64_t value) {
-  return static_cast<int>(
-      std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 /// Ellipses and rounded rectangles as regions come out one pixel narrower and lower than their rectangle; a

@@ -156,6 +156,28 @@ constexpr int WINDING = 2;
 
 constexpr DWORD RDH_RECTANGLES = 1;
 
+constexpr UINT DIB_RGB_COLORS = 0;
+constexpr DWORD SRCCOPY = 0x00CC0020;
+constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
+
+constexpr int WHITE_BRUSH = 0;
+constexpr int LTGRAY_BRUSH = 1;
+constexpr int GRAY_BRUSH = 2;
+constexpr int DKGRAY_BRUSH = 3;
+constexpr int BLACK_BRUSH = 4;
+constexpr int NULL_BRUSH = 5;
+constexpr int WHITE_PEN = 6;
+constexpr int BLACK_PEN = 7;
+constexpr int NULL_PEN = 8;
+
+constexpr UINT BS_SOLID = 0;
+constexpr int PS_SOLID = 0;
+constexpr int PS_NULL = 5;
+constexpr int PS_ENDCAP_ROUND = 0;
+constexpr int PS_ENDCAP_SQUARE = 0x100;
+constexpr int PS_JOIN_ROUND = 0;
+constexpr int PS_GEOMETRIC = 0x10000;
+
 constexpr COLORREF RGB(int red, int green, int blue) {
   return static_cast<COLORREF>((red & 255) | (green & 255) << 8 | (blue & 255) << 16);
 }

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+#include "platform/win32.h"
+
+namespace dibkit::standin {
+
+/// Colours are 0xRRGGBB, as the bytes of an RGBQUAD read.
+using Colour = DWORD;
+constexpr Colour colourOf(COLORREF value) {
+  return (value & 0xFF) << 16 | (value & 0xFF00) | (value >> 16 & 0xFF);
+}
+constexpr COLORREF colorRefOf(Colour colour) { return colourOf(colour); }
+
+inline constexpr Colour black = 0;
+inline constexpr Colour white = 0xFFFFFF;
+
+constexpr bool isPixelDepth(int bitCount) {
+  return bitCount == 1 || bitCount == 4 || bitCount == 8 || bitCount == 16 || bitCount == 24 ||
+         bitCount == 32;
+}
+
+/// Rows of pixels wherever they lie: a bitmap's own or those of a caller's DIB. `raw` means a pixel as it is
+/// stored: an index, a word, 0xRRGGBB or all four bytes.
+struct Pixels {
+  BYTE* top = nullptr;       ///< first byte of the top row
+  std::ptrdiff_t below = 0;  ///< bytes from a row to the one below it
+  int width = 0;
+  int height = 0;
+  int bitCount = 0;
+  bool sixGreenBits = false;        ///< 16 bits: 5-6-5 instead of 5-5-5
+  std::span<const Colour> colours;  ///< up to 8 bits: one for every index
+
+  BYTE* row(int y) const { return top + y * below; }
+  RECT bounds() const { return {0, 0, width, height}; }
+
+  DWORD rawAt(int x, int y) const;
+  void setRaw(int x, int y, DWORD raw) const { fill({x, y, x + 1, y + 1}, raw); }
+  /// Stores the same pixel all over a rectangle, which lies inside.
+  void fill(const RECT& rect, DWORD raw) const;
+
+  Colour colourOfRaw(DWORD raw) const;
+  /// The pixel that shows a colour best. With a colour table that is the entry with the smallest sum of
+  /// squared differences, the first of several; 16 bits keep the top bits of each channel.
+  DWORD rawOfColour(Colour colour) const;
+
+  /// The raw pixels of a row, from column x on.
+  void read(int x, int y, std::span<DWORD> raw) const;
+  void write(int x, int y, std::span<const DWORD> raw) const;
+};
+
+/// The colour tables that bitmaps without their own are read with.
+/// @{
+inline constexpr std::array<Colour, 2> monochromeColours{black, white};
+inline constexpr std::array<Colour, 16> systemColours16{
+    0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0x808080,
+    0xC0C0C0, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF};
+/// Twenty fixed colours at both ends, a cube of 8 reds, 8 greens and 4 blues between.
+const std::array<Colour, 256>& systemColours256();
+/// Those of a depth, none above 8 bits.
+std::span<const Colour> systemColours(int bitCount);
+/// @}
+
+}  // namespace dibkit::standin

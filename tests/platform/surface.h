@@ -1,0 +1,163 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/recorded.h"
+#include "support/images.h"
+
+/// Memory surfaces for tests, and their recorded pixels.
+namespace test {
+
+struct ObjectDeleter {
+  using pointer = HGDIOBJ;
+  void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+using OwnedObject = std::unique_ptr<void, ObjectDeleter>;
+
+/// A context with a bitmap selected into it: 1 bit, or the screen's colours.
+class Surface {
+ public:
+  Surface(int width, int height, bool colour) {
+    const HDC screen = GetDC(nullptr);
+    context_ = CreateCompatibleDC(nullptr);
+    bitmap_ = CreateCompatibleBitmap(colour ? screen : context_, width, height);
+    before_ = SelectObject(context_, bitmap_);
+    ReleaseDC(nullptr, screen);
+  }
+  Surface(const Surface&) = delete;
+  Surface& operator=(const Surface&) = delete;
+  ~Surface() {
+    SelectObject(context_, before_);
+    DeleteObject(bitmap_);
+    DeleteDC(context_);
+  }
+
+  HDC context() const { return context_; }
+  HBITMAP bitmap() const { return bitmap_; }
+  void origin(long x, long y) const {
+    SetViewportOrgEx(context_, static_cast<int>(x), static_cast<int>(y), nullptr);
+  }
+  void fill(const RECT& rect, COLORREF colour) const {
+    const OwnedObject brush(CreateSolidBrush(colour));
+    FillRect(context_, &rect, static_cast<HBRUSH>(brush.get()));
+  }
+
+  /// Reads the surface into a DIB of its size; `rows` gets GetDIBits' result.
+  OwnedDib read(int bitCount, int* rows = nullptr) const {
+    BITMAP size{};
+    GetObjectW(bitmap_, sizeof(size), &size);
+    OwnedDib dib = image(size.bmWidth, size.bmHeight, bitCount);
+    const int read = GetDIBits(context_, bitmap_, 0, static_cast<UINT>(size.bmHeight), GetDIBBits(dib.get()),
+                               reinterpret_cast<BITMAPINFO*>(dib.get()), DIB_RGB_COLORS);
+    if (rows != nullptr) *rows = read;
+    return dib;
+  }
+
+ private:
+  HDC context_;
+  HBITMAP bitmap_;
+  HGDIOBJ before_;
+};
+
+/// A polyline through the points with a pen of ExtCreatePen, one LineTo for each point after the first.
+inline void drawLine(const Surface& surface, const std::vector<POINT>& points, COLORREF colour, long width,
+                     long round) {
+  const LOGBRUSH brush{BS_SOLID, colour, 0};
+  const DWORD style = static_cast<DWORD>(PS_GEOMETRIC | PS_SOLID | PS_JOIN_ROUND) |
+                      static_cast<DWORD>(round != 0 ? PS_ENDCAP_ROUND : PS_ENDCAP_SQUARE);
+  const OwnedObject pen(ExtCreatePen(style, static_cast<DWORD>(width), &brush, 0, nullptr));
+  const HGDIOBJ before = SelectObject(surface.context(), pen.get());
+  MoveToEx(surface.context(), points.at(0).x, points[0].y, nullptr);
+  for (std::size_t i = 1; i < points.size(); ++i) LineTo(surface.context(), points[i].x, points[i].y);
+  SelectObject(surface.context(), before);
+}
+
+/// The pixels of the `which`th `surface` line of a case, as `pixelsOf` gives them, and its size and depth.
+struct RecordedPixels {
+  int width = 0, height = 0, bitCount = 0;
+  std::vector<DWORD> pixels;
+
+  explicit RecordedPixels(const GoldenCase& recorded, int which = 0) {
+    for (const GoldenLine& line : recorded.lines) {
+      if (line.word == "surface" && which-- == 0) {
+        const std::vector<long> head = line.numbers();
+        width = static_cast<int>(head[0]), height = static_cast<int>(head[1]),
+        bitCount = static_cast<int>(head[2]);
+      } else if (line.word == "r" && which == -1) {
+        addRuns(line.rest);
+      }
+    }
+  }
+
+ private:
+  void addRuns(const std::string& text) {
+    std::istringstream in(text);
+    int rows = 0, length = 0;
+    std::string value;
+    std::vector<DWORD> row;
+    for (in >> rows; in >> length >> value;) {
+      row.insert(row.end(), static_cast<std::size_t>(length),
+                 static_cast<DWORD>(std::stoul(value, nullptr, 16)));
+    }
+    for (; rows > 0; --rows) pixels.insert(pixels.end(), row.begin(), row.end());
+  }
+};
+
+inline void expectSurface(const RecordedPixels& expected, const Surface& surface) {
+  const OwnedDib dib = surface.read(expected.bitCount);
+  EXPECT_EQ(dib->biWidth, expected.width);
+  EXPECT_EQ(dib->biHeight, expected.height);
+  EXPECT_EQ(pixelsOf(dib), expected.pixels);
+}
+
+/// A recorded DIB: header fields, colours, rows of stored pixels.
+inline OwnedDib dibOf(const GoldenCase& recorded, const std::string& word) {
+  const std::vector<long> fields = recorded.at(word).numbers();
+  const std::vector<long> colours = recorded.at("colours").numbers(16);
+  OwnedDib dib = image(static_cast<int>(fields[1]), static_cast<int>(fields[2]), static_cast<int>(fields[4]),
+                       std::vector<DWORD>(colours.begin() + 1, colours.end()));
+  dib->biClrUsed = static_cast<DWORD>(fields[9]);
+  int y = 0;
+  for (const GoldenLine& line : recorded.lines) {
+    if (line.word != "p") continue;
+    const std::vector<long> row = line.numbers(16);
+    for (std::size_t x = 0; x < row.size(); ++x)
+      setPixel(dib, static_cast<int>(x), y, static_cast<DWORD>(row[x]));
+    ++y;
+  }
+  return dib;
+}
+
+/// The header fields in the order of the records, and the palette's entries.
+inline std::vector<long> headerOf(const BITMAPINFOHEADER* dib) {
+  return {dib->biSize,          dib->biWidth,       dib->biHeight,      dib->biPlanes,
+          dib->biBitCount,      dib->biCompression, dib->biSizeImage,   dib->biXPelsPerMeter,
+          dib->biYPelsPerMeter, dib->biClrUsed,     dib->biClrImportant};
+}
+inline std::vector<long> paletteOf(const BITMAPINFOHEADER* dib) {
+  const dibkit::PaletteTable table(dib);
+  std::vector<long> colours;
+  for (DWORD i = 0; i < GetDIBPaletteSize(dib); ++i) {
+    colours.push_back(table[i].rgbRed << 16 | table[i].rgbGreen << 8 | table[i].rgbBlue);
+  }
+  return colours;
+}
+
+/// A read of the surface beside the recorded `lines`, `header`, `palette` and pixels.
+inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
+  const RecordedPixels expected(recorded);
+  int rows = 0;
+  const OwnedDib dib = surface.read(expected.bitCount, &rows);
+  EXPECT_EQ(rows, recorded.at("lines").numbers()[0]);
+  EXPECT_EQ(headerOf(dib.get()), recorded.at("header").numbers());
+  if (const GoldenLine* palette = recorded.find("palette")) {
+    std::vector<long> colours = palette->numbers(16);
+    colours.erase(colours.begin());
+    EXPECT_EQ(paletteOf(dib.get()), colours);
+  }
+  EXPECT_EQ(pixelsOf(dib), expected.pixels);
+}
+
+}  // namespace test
