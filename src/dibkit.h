@@ -9,5 +9,6 @@
 #include "effects/catalogue.h"
 #include "effects/effects.h"
 #include "frames/frames.h"
+#include "gifmask/gifmask.h"
 #include "palette/palette.h"
 #include "platform/win32.h"

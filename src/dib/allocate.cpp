@@ -66,6 +66,17 @@ OwnedDib createDib(int width, int height, int bitCount, int clrUsed, Pixels pixe
   return dib;
 }
 
+OwnedDib createMask(int width, int height) {
+  OwnedDib mask = createDib(width, height, 1, 0);
+  if (mask) reinterpret_cast<RGBQUAD*>(mask.get() + 1)[1] = {255, 255, 255, 0};
+  return mask;
+}
+
+void copyPalette(const BITMAPINFOHEADER* from, BITMAPINFOHEADER* to) {
+  std::memcpy(reinterpret_cast<BYTE*>(to) + to->biSize, reinterpret_cast<const BYTE*>(from) + from->biSize,
+              std::size_t{GetDIBPaletteSize(from)} * sizeof(RGBQUAD));
+}
+
 }  // namespace dibkit
 
 BITMAPINFOHEADER* CBitmapCreator::CreateDibImage(int width, int height, int bitCount, int clrUsed) {

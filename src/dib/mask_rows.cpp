@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "dib/pixel_format.h"
+
 namespace dibkit {
 namespace {
 
@@ -64,6 +66,20 @@ void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BY
     to[bytes - 1] = static_cast<BYTE>(last);
   }
   if (count % 8 != 0) to[bytes - 1] = static_cast<BYTE>(to[bytes - 1] & 0xFF << (8 - count % 8));
+}
+
+void copyPixels(int bitCount, const BYTE* from, int fromX, int count, BYTE* to, int toX) {
+  withFormat(bitCount, 0, [&](auto format) {
+    using Format = decltype(format);
+    constexpr std::int64_t bits = Format::bits;
+    int done = 0;
+    if (toX * bits % 8 == 0) {
+      done = static_cast<int>(count * bits / 8 * 8 / bits);  // what fills whole bytes
+      copyRowBits(from, fromX * bits, done * bits, to + toX * bits / 8);
+    }
+    for (; done < count; ++done) Format::put(to, toX + done, Format::get(from, fromX + done));
+    return 0;
+  });
 }
 
 }  // namespace dibkit

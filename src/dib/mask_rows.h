@@ -21,4 +21,8 @@ void loadMaskRow(const BYTE* row, int width, std::uint64_t* words);
 /// the bits that follow in the last byte written become 0. Serves pixels of any depth.
 void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BYTE* to);
 
+/// Copies `count` stored pixels of a depth that has a format from column `fromX` of a row to column `toX` of
+/// another; what lies beside them there stays.
+void copyPixels(int bitCount, const BYTE* from, int fromX, int count, BYTE* to, int toX);
+
 }  // namespace dibkit

@@ -1,8 +1,8 @@
 #include "dib/allocate.h"
+#include "dib/frame.h"
 #include "dib/guard.h"
 #include "dib/placement.h"
 #include "dib/region_spans.h"
-#include "frames/frame.h"
 #include "frames/frames.h"
 
 namespace dibkit {
@@ -25,23 +25,6 @@ struct Cut {
   bool whole() const { return overlap.width == box.width() && overlap.height == box.height(); }
 };
 
-/// Copies the overlap's part of a line, raw pixels of any depth that has a format.
-void copyRawRow(int bitCount, const BYTE* from, const Cut& cut, BYTE* to) {
-  const int count = cut.overlap.width;
-  const int sourceX = cut.inSource().x;
-  const int pieceX = cut.inPiece().x;
-  if (std::int64_t{pieceX} * bitCount % 8 == 0) {
-    copyRowBits(from, std::int64_t{sourceX} * bitCount, std::int64_t{count} * bitCount,
-                to + std::int64_t{pieceX} * bitCount / 8);
-    return;
-  }
-  withFormat(bitCount, 0, [&](auto format) {
-    using Format = decltype(format);
-    for (int x = 0; x < count; ++x) Format::put(to, pieceX + x, Format::get(from, sourceX + x));
-    return 0;
-  });
-}
-
 OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const Cut& cut) {
   const int bitCount = source.bitCount();
   const int clrUsed = bitCount <= 8 ? static_cast<int>(dib->biClrUsed) : 0;
@@ -49,13 +32,13 @@ OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const 
   OwnedDib piece = createDib(cut.width(), cut.height(), bitCount, clrUsed,
                              cut.whole() && hasFormat ? Pixels::unwritten : Pixels::cleared);
   if (!piece) return nullptr;
-  std::memcpy(piece.get() + 1, reinterpret_cast<const BYTE*>(dib) + dib->biSize,
-              std::size_t{GetDIBPaletteSize(dib)} * sizeof(RGBQUAD));
+  copyPalette(dib, piece.get());
   // Pixels of an unknown depth stay 0: only header, palette and mask of such a frame can be cut.
   if (!hasFormat) return piece;
   const View target(piece.get());
   for (int y = 0; y < cut.overlap.height; ++y) {
-    copyRawRow(bitCount, source.row(cut.inSource().y + y), cut, target.row(cut.inPiece().y + y));
+    copyPixels(bitCount, source.row(cut.inSource().y + y), cut.inSource().x, cut.overlap.width,
+               target.row(cut.inPiece().y + y), cut.inPiece().x);
   }
   return piece;
 }
@@ -77,7 +60,7 @@ bool cropMask(const Frame& frame, const RegionSpans& region, const Cut& cut, con
     }
     const int sourceY = cut.inSource().y + inOverlap;
     if (const BYTE* marked = frame.mask().row(sourceY)) {
-      copyRawRow(1, marked, cut, row);
+      copyPixels(1, marked, cut.inSource().x, cut.overlap.width, row, begin);
       found = found || std::any_of(row, row + mask.stride(), [](BYTE bits) { return bits != 0; });
     }
     fillMaskRow(row, 0, begin, true);
@@ -129,9 +112,8 @@ int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN region, BITM
 
   const Cut cut(spans.box(), source.view());
   OwnedDib piece = cropPixels(frame, source.view(), cut);
-  OwnedDib pieceMask = createDib(cut.width(), cut.height(), 1, 0);
+  OwnedDib pieceMask = createMask(cut.width(), cut.height());
   if (!piece || !pieceMask) return 0;
-  reinterpret_cast<RGBQUAD*>(pieceMask.get() + 1)[1] = {255, 255, 255, 0};
   if (!cropMask(source, spans, cut, View(pieceMask.get()))) pieceMask.reset();
   *outImage = piece.release();
   *outMask = pieceMask.release();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frames/frame.h"
+#include "dib/frame.h"
 
 namespace dibkit {
 

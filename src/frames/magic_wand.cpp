@@ -1,11 +1,11 @@
 #include <vector>
 
+#include "dib/frame.h"
 #include "dib/guard.h"
 #include "dib/index_rows.h"
 #include "dib/placement.h"
 #include "dib/reached_area.h"
 #include "frames/colour_range.h"
-#include "frames/frame.h"
 #include "frames/frames.h"
 
 namespace dibkit {
@@ -62,8 +62,9 @@ OwnedRegion selectOnCanvas(const Frame& frame, const POINT& position, const POIN
     if (const BYTE* marked = frame.mask().row(frameY)) {
       copyRowBits(marked, frameX, width, maskBits.data());
       unpackBits(maskBits.data(), width, transparent.data());
+      const BYTE* clear = transparent.data();
       for (int x = 0; x < width; ++x) {
-        inFrame[x] = static_cast<BYTE>(opaque ? inFrame[x] & ~transparent[x] : transparent[x]);
+        inFrame[x] = static_cast<BYTE>(opaque ? inFrame[x] & ~clear[x] : clear[x]);
       }
     }
   };

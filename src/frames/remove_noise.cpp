@@ -4,9 +4,9 @@
 
 #include "dib/allocate.h"
 #include "dib/flood.h"
+#include "dib/frame.h"
 #include "dib/guard.h"
 #include "dib/row_progress.h"
-#include "frames/frame.h"
 #include "frames/frames.h"
 
 namespace dibkit {

@@ -1,0 +1,31 @@
+#include "dib/placed_frame.h"
+
+namespace dibkit {
+
+PlacedFrame::PlacedFrame(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, const POINT& position)
+    : frame_(dib, mask), box_(placedBox(frame_.width(), frame_.height(), position)) {
+  const auto width = static_cast<std::size_t>(frame_.width());
+  // Frames of 24 bits are read where they lie.
+  if (frame_.bitCount() != Bgr24::bits) buffer_.resize(width * 3);
+  if (frame_.mask().present()) {
+    maskPiece_.resize((width + 7) / 8);
+    maskBits_.resize((width + 63) / 64);
+  }
+}
+
+void PlacedFrame::opaqueBits(std::int64_t y, const Box& area, std::uint64_t* bits) {
+  const std::int64_t words = (area.width() + 63) / 64;
+  std::fill_n(bits, words, 0);
+  const Box line = intersection(box_, {area.left, y, area.right, y + 1});
+  if (line.empty()) return;
+  const int left = static_cast<int>(line.left - area.left);
+  setBits(bits, left, static_cast<int>(line.right - area.left));
+  const BYTE* mask = frame_.mask().row(static_cast<int>(y - box_.top));
+  if (mask == nullptr) return;
+  const int width = static_cast<int>(line.width());
+  copyRowBits(mask, line.left - box_.left, width, maskPiece_.data());
+  loadMaskRow(maskPiece_.data(), width, maskBits_.data());
+  forEachRun(maskBits_.data(), width, [&](int from, int end) { clearBits(bits, left + from, left + end); });
+}
+
+}  // namespace dibkit

@@ -1,0 +1,68 @@
+#include <vector>
+
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/placed_frame.h"
+#include "gifmask/burn.h"
+#include "gifmask/gifmask.h"
+
+namespace dibkit {
+namespace {
+
+struct Padded {
+  OwnedDib image;
+  OwnedDib mask;
+};
+
+Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, const Margins& margins) {
+  PlacedFrame frame(dib, sourceMask, POINT{margins.left, margins.top});
+  if (!frame || !withFormat(dib->biBitCount, false, [](auto) { return true; })) return {};
+  const std::optional<SIZE> size = paddedSize(frame.box(), margins);
+  if (!size) return {};
+  const int clrUsed = dib->biBitCount <= 8 ? static_cast<int>(dib->biClrUsed) : 0;
+  Padded padded{createDib(size->cx, size->cy, dib->biBitCount, clrUsed), createMask(size->cx, size->cy)};
+  if (!padded.image || !padded.mask) return {};
+  copyPalette(dib, padded.image.get());
+
+  const View image(padded.image.get());
+  const View mask(padded.mask.get());
+  const Box area = placedBox(size->cx, size->cy, POINT{0, 0});
+  BitGrid opaque(image.width(), 1);
+  for (int y = 0; y < image.height(); ++y) {
+    fillMaskRow(mask.row(y), 0, mask.width(), true);
+    frame.opaqueBits(y, area, opaque.row(0));
+    forEachRun(opaque.row(0), image.width(), [&](int left, int right) {
+      const BYTE* from = frame.frame().view().row(static_cast<int>(y - frame.box().top));
+      copyPixels(image.bitCount(), from, static_cast<int>(left - frame.box().left), right - left,
+                 image.row(y), left);
+      fillMaskRow(mask.row(y), left, right, false);
+    });
+  }
+  return padded;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+int CMaskedBitmapTransform::ExpandDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* sourceMask,
+                                      BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, int left,
+                                      int top, int right, int bottom) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    if (outImage == nullptr || outMask == nullptr) return 0;
+    Padded padded = pad(source, sourceMask, {left, top, right, bottom});
+    if (!padded.image) return 0;
+    *outImage = padded.image.release();
+    *outMask = padded.mask.release();
+    return 1;
+  });
+}
+
+BITMAPINFOHEADER* CMaskedBitmapTransform::OutputDIBStream(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
+                                                          DWORD transparent) {
+  using namespace dibkit;
+  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&]() -> BITMAPINFOHEADER* {
+    if (mask == nullptr) return nullptr;
+    return burnColour(frame, mask, fromColorRef(transparent), {}).release();
+  });
+}

@@ -1,0 +1,84 @@
+#include <cstdlib>
+
+#include "dib/allocate.h"
+#include "dib/mask_on_demand.h"
+#include "dib/pixel_format.h"
+#include "gifmask/gifmask.h"
+
+namespace dibkit {
+namespace {
+
+/// The rows of a 32-bit image whose header may hold negative sizes. They lie bottom-up whatever the signs
+/// say: pictures stored with the top line first come out upside down, and hosts know them so.
+struct UnsignedRows {
+  explicit UnsignedRows(const BITMAPINFOHEADER* dib) {
+    if (dib == nullptr || dib->biBitCount != Bgra32::bits) return;
+    BITMAPINFOHEADER header = *dib;
+    if (header.biWidth == INT32_MIN || header.biHeight == INT32_MIN) return;
+    header.biWidth = std::abs(header.biWidth);
+    header.biHeight = std::abs(header.biHeight);
+    const std::optional<Layout> layout = layoutOf(&header);
+    if (!layout) return;
+    bits = reinterpret_cast<const BYTE*>(dib) + layout->bits;
+    width = header.biWidth;
+    height = header.biHeight;
+  }
+
+  const BYTE* row(int y) const { return bits + (height - 1 - std::ptrdiff_t{y}) * width * 4; }
+
+  const BYTE* bits = nullptr;
+  int width = 0;
+  int height = 0;
+};
+
+/// (channel opacity + ground (255 - opacity)) / 255; never above 255.
+constexpr BYTE blended(BYTE channel, BYTE ground, unsigned opacity) {
+  return static_cast<BYTE>((channel * opacity + ground * (255 - opacity)) / 255);
+}
+
+Rgb blended(DWORD pixel, Rgb ground) {
+  const Rgb colour = Bgra32::colour(pixel, PaletteTable());
+  const unsigned opacity = pixel >> 24;
+  return {blended(colour.red, ground.red, opacity), blended(colour.green, ground.green, opacity),
+          blended(colour.blue, ground.blue, opacity)};
+}
+
+void splitRow(const BYTE* from, int width, Rgb background, Rgb transparent, int y, BYTE* to,
+              MaskOnDemand& mask) {
+  for (int x = 0; x < width;) {
+    const DWORD pixel = Bgra32::get(from, x);
+    const DWORD opacity = pixel >> 24;
+    if (opacity != 0) {
+      Bgr24::put(to, x++,
+                 opacity == 255 ? Rgb{lowByte(pixel >> 16), lowByte(pixel >> 8), lowByte(pixel)}
+                                : blended(pixel, background));
+      continue;
+    }
+    const int left = x;
+    for (; x < width && Bgra32::get(from, x) >> 24 == 0; ++x) Bgr24::put(to, x, transparent);
+    mask.mark(y, left, x);
+  }
+}
+
+}  // namespace
+}  // namespace dibkit
+
+int CMaskedBitmapTransform::Spilt32BitsDIBForGIF(BITMAPINFOHEADER* source, DWORD background,
+                                                 DWORD transparent, BITMAPINFOHEADER** outImage,
+                                                 BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  const UnsignedRows rows(source);
+  if (rows.bits == nullptr || outImage == nullptr || outMask == nullptr) return 0;
+  OwnedDib image = createDib(rows.width, rows.height, Bgr24::bits, 0, Pixels::unwritten);
+  if (!image) return 0;
+  const View target(image.get());
+  MaskOnDemand mask(rows.width, rows.height);
+  for (int y = 0; y < rows.height; ++y) {
+    splitRow(rows.row(y), rows.width, fromColorRef(background), fromColorRef(transparent), y, target.row(y),
+             mask);
+  }
+  if (mask.failed()) return 0;
+  *outImage = image.release();
+  *outMask = mask.take().release();
+  return 1;
+}
