@@ -88,3 +88,112 @@ DIBKIT_API BITMAPINFOHEADER* RemoveNoiseDIB(BITMAPINFOHEADER* frame, BITMAPINFOH
 /// \return the new image; null for a block size below 1, an image without pixels, or when memory runs out
 DIBKIT_API BITMAPINFOHEADER* Mosaic32BitsDIB(BITMAPINFOHEADER* image, int blockSize);
 /// @}
+
+/// \name Blending
+/// Frames at places on the canvas laid over each other. The work is done in 24 bits; a result of at most 256
+/// colours comes back as a palette image with the colours in order of first appearance, 1, 4 or 8 bits deep.
+/// Pixels left out are transparent in the out mask, take no part in the palette and hold black, or index 0
+/// where no other pixel is black. Masks may be null. All give 1; or 0, with nothing written, when memory runs
+/// out or an argument is unusable. After a success a null image or copied mask means that memory ran out at
+/// the very end.
+/// @{
+
+/// Fades a frame towards a colour: (frame x opacity + colour x (255 - opacity)) / 255 for each channel.
+/// \param colour a COLORREF; its top byte is ignored
+/// \param opacity weight of the frame, 0 to 255
+/// \param outImage receives the image, of the frame's size
+/// \param outMask receives a copy of the mask, or null without one
+DIBKIT_API int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD colour, BYTE opacity,
+                                 BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
+
+/// Fades frame A towards frame B, and towards a colour where B does not show.
+/// \param positionA,positionB canvas coordinates of the frames' top-left pixels
+/// \param colour a COLORREF; its top byte is ignored
+/// \param opacity weight of frame A, 0 to 255
+/// \param outImage receives the image, of A's size
+/// \param outMask receives a copy of A's mask, or null without one
+DIBKIT_API int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                                 BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
+                                 DWORD colour, BYTE opacity, BITMAPINFOHEADER** outImage,
+                                 BITMAPINFOHEADER** outMask);
+
+/// Lays frame A over frame B without blending.
+/// \param positionA,positionB canvas coordinates of the frames' top-left pixels
+/// \param outImage receives the smallest image that holds both
+/// \param outMask receives the mask of what neither frame shows, or null when there is no such pixel
+/// \param outPosition receives the image's place on the canvas
+DIBKIT_API int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                           BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
+                           BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition);
+
+/// Lays frame A over frame B, blending A with what lies under it, B or a colour:
+/// (A x opacity + under x (256 - opacity)) / 256 for each channel. Where only B shows it shows as it is.
+/// \param positionA,positionB canvas coordinates of the frames' top-left pixels
+/// \param colour a COLORREF; its top byte is ignored
+/// \param opacity weight of frame A, 0 to 256; above 256 it is not clamped, the low byte of each result
+/// stands \param canvas size of the canvas in pixels, to which the result is cut \param outImage receives the
+/// smallest image that holds both frames' parts on the canvas, possibly 0 x 0 \param outMask receives the
+/// mask of what neither frame shows, or null when there is no such pixel \param outPosition receives the
+/// image's place on the canvas
+DIBKIT_API int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                                  BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
+                                  DWORD colour, WORD opacity, const SIZE& canvas, BITMAPINFOHEADER** outImage,
+                                  BITMAPINFOHEADER** outMask, POINT* outPosition);
+/// @}
+
+/// \name Filling
+/// Colours are COLORREFs whose top byte is ignored. `percent` is the strength of the fill, 0 to 100: each
+/// channel becomes (old x 256 + (fill - old) x s) >> 8 with s = percent x 256 / 100. `tolerance` is the
+/// largest difference from the target colour in each channel; a negative one matches nothing. Results are
+/// reduced to a palette as those of the blends are.
+/// @{
+
+/// Tints every opaque pixel whose colour lies near a target colour.
+/// \param mask may be null
+/// \param outImage receives the image, of the frame's size
+/// \param outMask receives a copy of the mask, or null without one
+/// \return 1; 0 with nothing written when memory runs out or an argument is unusable
+DIBKIT_API int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
+                            int percent, int tolerance, BITMAPINFOHEADER** outImage,
+                            BITMAPINFOHEADER** outMask);
+
+/// Tints the four-connected area of opaque pixels near a target colour that touches a seed. The seed itself
+/// is always tinted, whatever its colour or transparency. \param mask may be null \param seed in the frame's
+/// coordinates, inside the frame \param outImage receives the image, of the frame's size \param outMask
+/// receives a copy of the mask, or null without one \return 1, also with both images null when only the copy
+/// of the mask could not be had; 0 when memory runs out
+///         before, or an argument is unusable
+DIBKIT_API int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
+                                   int percent, int tolerance, const POINT& seed, BITMAPINFOHEADER** outImage,
+                                   BITMAPINFOHEADER** outMask);
+
+/// Places a frame on its canvas and makes the transparent area around a seed opaque, in the fill colour mixed
+/// with white, then cuts off what is still transparent at the edges.
+/// \param mask may be null; needs a white palette entry, which marks the canvas beside the frame
+/// \param position canvas coordinates of the frame's top-left pixel
+/// \param canvas size of the canvas in pixels
+/// \param percent share of the fill colour in the mixture: 0 paints white, 100 the fill colour
+/// \param reserved ignored
+/// \param seed in canvas coordinates, inside the canvas
+/// \param outImage receives the image: what InflateDib makes of the frame, cut
+/// \param outMask receives its mask; null only when something was cut and the rest is wholly opaque
+/// \param outPosition receives the image's place on the canvas
+/// \return 1; 0 when memory runs out or an argument is unusable
+DIBKIT_API int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position,
+                            const SIZE& canvas, DWORD fill, int percent, int reserved, const POINT& seed,
+                            BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition);
+
+/// Grows a frame by margins in a colour, which also replaces its transparent pixels; the result is opaque. A
+/// palette without the colour gets one entry more, where it is full with a greater depth: 1 to 4, 4 to 8, 8
+/// to 24 bits. 16-bit pixels lose their unused bit, 32-bit ones their fourth byte. \param mask may be null
+/// \param left,top,right,bottom margins in pixels; negative ones cut
+/// \return the new image; null for a null frame, a negative size, or when memory runs out
+DIBKIT_API BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD fill, int left,
+                                        int top, int right, int bottom);
+
+/// Sets every bit of a 1-bit image outside a rectangle; bits inside it stay.
+/// \param bits pixel rows, the bottom line of the picture first, each padded to 4 bytes
+/// \param width,height of the image in pixels
+/// \param rect right and bottom exclusive; an empty one sets all
+DIBKIT_API void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect);
+/// @}

@@ -1,0 +1,155 @@
+#include "convert/palette_finish.h"
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/mask_on_demand.h"
+#include "dib/placed_frame.h"
+#include "frames/frames.h"
+#include "frames/mix.h"
+
+namespace dibkit {
+namespace {
+
+/// What shows where the upper frame does not.
+enum class Beside {
+  nothing,     ///< the pixel is left out, as the upper frame's own mask says
+  lowerFrame,  ///< the lower frame as it is; where that does not show either, a new mask says so
+};
+
+struct Layers {
+  OwnedDib image;  ///< null when the work was done but its reduction to a palette ran out of memory
+  OwnedDib mask;   ///< what neither frame shows; null when there is no such pixel or nobody asked
+};
+
+/// Two frames laid over each other inside an area of the canvas, row by row from the top.
+/// \param lower may be null; where it does not show, the colour stands in for it under the upper one
+/// \param mix mix(top, under, bytes, mixed) makes the pixels where the upper frame shows
+/// \return nothing when the work image cannot be had
+template <class Mix>
+std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour, const Box& area,
+                              Beside beside, Mix&& mix) {
+  if (area.width() > INT32_MAX || area.height() > INT32_MAX) return std::nullopt;
+  const int width = static_cast<int>(area.width());
+  const int height = static_cast<int>(area.height());
+  OwnedDib work = createDib(width, height, Bgr24::bits, 0, Pixels::unwritten);
+  if (!work) return std::nullopt;
+  const View target(work.get());
+  std::vector<BYTE> ground(static_cast<std::size_t>(width) * 3);
+  for (int x = 0; x < width; ++x) Bgr24::put(ground.data(), x, colour);
+  BitGrid shows(width, 2);
+  FrameColours colours;
+  MaskOnDemand leftOut(width, height);
+  for (int y = 0; y < height; ++y) {
+    BYTE* row = target.row(y);
+    const std::int64_t canvasY = area.top + y;
+    upper.opaqueBits(canvasY, area, shows.row(0));
+    if (lower != nullptr) lower->opaqueBits(canvasY, area, shows.row(1));
+    forEachPairRun(shows.row(0), shows.row(1), width, [&](int left, int right, bool above, bool below) {
+      BYTE* out = row + std::ptrdiff_t{left} * 3;
+      const auto bytes = static_cast<std::size_t>(right - left) * 3;
+      if (!above && !(below && beside == Beside::lowerFrame)) {
+        std::memset(out, 0, bytes);
+        if (beside == Beside::lowerFrame) leftOut.mark(y, left, right);
+        return;
+      }
+      const std::int64_t canvasX = area.left + left;
+      const BYTE* under = below ? lower->bgr(canvasX, canvasY, right - left) : ground.data();
+      if (above) {
+        mix(upper.bgr(canvasX, canvasY, right - left), under, bytes, out);
+      } else {
+        std::memcpy(out, under, bytes);
+      }
+      colours.note(row, left, right);
+    });
+  }
+  if (leftOut.failed()) return std::nullopt;
+  return Layers{colours.finish(std::move(work)), leftOut.take()};
+}
+
+/// Hands an image over together with a copy of the mask that it came with.
+int giveWithMaskOf(BITMAPINFOHEADER* mask, Layers layers, BITMAPINFOHEADER** outImage,
+                   BITMAPINFOHEADER** outMask) {
+  *outImage = layers.image.release();
+  *outMask = CBitmapCreator::Clone(mask);
+  return 1;
+}
+
+/// Hands an image over together with its new mask and its place.
+int givePlaced(const Box& area, Layers layers, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+               POINT* outPosition) {
+  *outImage = layers.image.release();
+  *outMask = layers.mask.release();
+  *outPosition = {static_cast<LONG>(area.left), static_cast<LONG>(area.top)};
+  return 1;
+}
+
+/// Where the upper frame shows, it is all that shows.
+void takeTop(const BYTE* top, const BYTE*, std::size_t bytes, BYTE* mixed) { std::memcpy(mixed, top, bytes); }
+
+}  // namespace
+}  // namespace dibkit
+
+int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD colour, BYTE opacity,
+                      BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    PlacedFrame upper(frame, mask, POINT{0, 0});
+    if (!upper || outImage == nullptr || outMask == nullptr) return 0;
+    std::optional<Layers> layers =
+        layOver(upper, nullptr, fromColorRef(colour), upper.box(), Beside::nothing,
+                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+                  mixByByteOpacity(top, under, bytes, opacity, mixed);
+                });
+    return layers ? giveWithMaskOf(mask, *std::move(layers), outImage, outMask) : 0;
+  });
+}
+
+int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                      BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB, DWORD colour,
+                      BYTE opacity, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    PlacedFrame upper(frameA, maskA, positionA);
+    PlacedFrame lower(frameB, maskB, positionB);
+    if (!upper || !lower || outImage == nullptr || outMask == nullptr) return 0;
+    std::optional<Layers> layers =
+        layOver(upper, &lower, fromColorRef(colour), upper.box(), Beside::nothing,
+                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+                  mixByByteOpacity(top, under, bytes, opacity, mixed);
+                });
+    return layers ? giveWithMaskOf(maskA, *std::move(layers), outImage, outMask) : 0;
+  });
+}
+
+int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
+                BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    PlacedFrame upper(frameA, maskA, positionA);
+    PlacedFrame lower(frameB, maskB, positionB);
+    if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
+    const Box area = unionOf(upper.box(), lower.box());
+    std::optional<Layers> layers = layOver(upper, &lower, Rgb(), area, Beside::lowerFrame, takeTop);
+    return layers ? givePlaced(area, *std::move(layers), outImage, outMask, outPosition) : 0;
+  });
+}
+
+int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
+                       BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
+                       DWORD colour, WORD opacity, const SIZE& canvas, BITMAPINFOHEADER** outImage,
+                       BITMAPINFOHEADER** outMask, POINT* outPosition) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    PlacedFrame upper(frameA, maskA, positionA);
+    PlacedFrame lower(frameB, maskB, positionB);
+    if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
+    const Box area =
+        intersection(unionOf(upper.box(), lower.box()), placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
+    std::optional<Layers> layers =
+        layOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame,
+                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+                  mixByWordOpacity(top, under, bytes, opacity, mixed);
+                });
+    return layers ? givePlaced(area, *std::move(layers), outImage, outMask, outPosition) : 0;
+  });
+}

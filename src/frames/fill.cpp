@@ -1,0 +1,124 @@
+#include "convert/palette_finish.h"
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/placed_frame.h"
+#include "frames/colour_range.h"
+#include "frames/frames.h"
+#include "frames/mix.h"
+#include "frames/tint.h"
+
+namespace dibkit {
+namespace {
+
+/// A frame decoded to 24 bits for its fill, transparent pixels black.
+class FillWork {
+ public:
+  FillWork(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
+      : frame_(dib, mask, POINT{0, 0}), opaque_(frame_.frame().width(), 1) {
+    if (frame_) image_ = createDib(width(), height(), Bgr24::bits, 0, Pixels::unwritten);
+    if (image_) rows_ = View(image_.get());
+  }
+
+  bool usable() const { return static_cast<bool>(rows_); }
+  int width() const { return frame_.frame().width(); }
+  int height() const { return frame_.frame().height(); }
+  BYTE* row(int y) const { return rows_.row(y); }
+
+  /// Bits of the opaque pixels of a line; valid until the next call.
+  const std::uint64_t* opaque(int y) {
+    frame_.opaqueBits(y, frame_.box(), opaque_.row(0));
+    return opaque_.row(0);
+  }
+
+  void decodeRow(int y) {
+    const std::uint64_t* shows = opaque(y);
+    std::memset(row(y), 0, static_cast<std::size_t>(width()) * 3);
+    forEachRun(shows, width(), [&](int left, int right) {
+      std::memcpy(row(y) + std::ptrdiff_t{left} * 3, frame_.bgr(left, y, right - left),
+                  static_cast<std::size_t>(right - left) * 3);
+    });
+  }
+
+  void noteRow(int y) {
+    forEachRun(opaque(y), width(), [&](int left, int right) { colours_.note(row(y), left, right); });
+  }
+
+  /// Marks the opaque pixels of a line inside a range, one byte each.
+  void match(int y, const ColourRange& range, BYTE* flags) {
+    range.match(row(y), width(), flags);
+    if (!frame_.frame().mask().present()) return;
+    const std::uint64_t* shows = opaque(y);
+    for (int x = 0; x < width(); ++x) flags[x] = static_cast<BYTE>(flags[x] & (shows[x / 64] >> x % 64));
+  }
+
+  OwnedDib finish() { return colours_.finish(std::move(image_)); }
+
+ private:
+  PlacedFrame frame_;
+  BitGrid opaque_;
+  OwnedDib image_;
+  View rows_;
+  FrameColours colours_;
+};
+
+}  // namespace
+}  // namespace dibkit
+
+int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill, int percent,
+                 int tolerance, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    FillWork work(frame, mask);
+    if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
+    const ColourRange range(fromColorRef(target), tolerance);
+    const Tint tint(fromColorRef(fill), percent, work.width());
+    BitGrid matched(work.width(), 1);
+    std::vector<BYTE> flags(matched.wordsPerRow() * 64);
+    for (int y = 0; y < work.height(); ++y) {
+      work.decodeRow(y);
+      work.match(y, range, flags.data());
+      packFlags(flags.data(), matched.wordsPerRow(), matched.row(0));
+      forEachRun(matched.row(0), work.width(),
+                 [&](int left, int right) { tint.apply(work.row(y), left, right); });
+      work.noteRow(y);
+    }
+    OwnedDib image = work.finish();
+    OwnedDib maskCopy(CBitmapCreator::Clone(mask));
+    if (mask != nullptr && !maskCopy) return 0;
+    *outImage = image.release();
+    *outMask = maskCopy.release();
+    return 1;
+  });
+}
+
+int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
+                        int percent, int tolerance, const POINT& seed, BITMAPINFOHEADER** outImage,
+                        BITMAPINFOHEADER** outMask) {
+  using namespace dibkit;
+  return orOutOfMemory(0, [&] {
+    FillWork work(frame, mask);
+    if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
+    if (seed.x < 0 || seed.x >= work.width() || seed.y < 0 || seed.y >= work.height()) return 0;
+    for (int y = 0; y < work.height(); ++y) work.decodeRow(y);
+
+    // What a walk that runs out of memory leaves behind.
+    *outImage = nullptr;
+    *outMask = nullptr;
+    const ColourRange range(fromColorRef(target), tolerance);
+    const Tint tint(fromColorRef(fill), percent, work.width());
+    walkConnected(
+        work.width(), work.height(), seed, [&](int y, BYTE* flags) { work.match(y, range, flags); },
+        [&](int y, int left, int right) { tint.apply(work.row(y), left, right); });
+
+    for (int y = 0; y < work.height(); ++y) work.noteRow(y);
+    OwnedDib image = work.finish();
+    if (!image) return 0;
+    OwnedDib maskCopy(CBitmapCreator::Clone(mask));
+    // A mask that cannot be copied takes the image with it but not the result, on purpose: callers look at
+    // the images.
+    if (mask != nullptr && !maskCopy) return 1;
+    *outImage = image.release();
+    *outMask = maskCopy.release();
+    return 1;
+  });
+}

@@ -1,0 +1,114 @@
+#include "dib/allocate.h"
+#include "dib/guard.h"
+#include "dib/index_rows.h"
+#include "dib/mask_rows.h"
+#include "dib/placed_frame.h"
+#include "frames/frames.h"
+#include "frames/tint.h"
+#include "gifmask/burn.h"
+
+namespace dibkit {
+namespace {
+
+/// The fill colour laid over white at the fill's strength.
+Rgb mixedWithWhite(Rgb fill, int percent) {
+  BYTE pixel[3] = {255, 255, 255};
+  Tint(fill, percent, 1).apply(pixel, 0, 1);
+  return Bgr24::get(pixel, 0);
+}
+
+/// Which pixels of the canvas are transparent before the fill: the frame's transparent ones and those beside
+/// it.
+OwnedDib canvasMask(BITMAPINFOHEADER* mask, const Box& frame, const SIZE& canvas, const Margins& margins) {
+  if (mask != nullptr) return burnColour(mask, nullptr, {255, 255, 255}, margins);
+  OwnedDib result = createMask(canvas.cx, canvas.cy);
+  if (!result) return nullptr;
+  const Box visible = intersection(frame, placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
+  RECT inside{static_cast<LONG>(visible.left), static_cast<LONG>(visible.top),
+              static_cast<LONG>(visible.right), static_cast<LONG>(visible.bottom)};
+  ExclusiveWhiteFill2BitsDib(GetDIBBits(result.get()), canvas.cx, canvas.cy, inside);
+  return result;
+}
+
+/// Makes the transparent area around the seed opaque. The pixel that counts as visited from the start is not
+/// the seed but the one at the frame's x on the seed's line, counted through the whole canvas, so that the
+/// fill stops there: deliberate, pictures that were filled so have to come out the same. Beside the canvas it
+/// counts for nothing.
+void clearArea(const View& mask, const POINT& seed, std::int64_t frameX) {
+  const std::int64_t barred = std::int64_t{seed.y} * mask.width() + frameX;
+  walkConnected(
+      mask.width(), mask.height(), seed,
+      [&](int y, BYTE* flags) {
+        unpackBits(mask.row(y), mask.width(), flags);
+        const std::int64_t x = barred - std::int64_t{y} * mask.width();
+        if (x >= 0 && x < mask.width()) flags[x] = 0;
+      },
+      [&](int y, int left, int right) { fillMaskRow(mask.row(y), left, right, false); });
+}
+struct Trim {
+  int left = 0, top = 0, right = 0, bottom = 0;
+  bool any() const { return left != 0 || top != 0 || right != 0 || bottom != 0; }
+};
+
+int giveTrimmed(OwnedDib image, OwnedDib mask, const SIZE& canvas, BITMAPINFOHEADER** outImage,
+                BITMAPINFOHEADER** outMask, POINT* outPosition) {
+  Trim trim;
+  CaclOpaqueBoundary(mask.get(), &trim.left, &trim.top, &trim.right, &trim.bottom);
+  *outPosition = {trim.left, trim.top};
+  if (!trim.any()) {
+    *outImage = image.release();
+    *outMask = mask.release();
+    return 1;
+  }
+  // Never deleted, on purpose: the objects that the process holds after a fill are part of what hosts see of
+  // it.
+  const HRGN kept = CreateRectRgn(trim.left, trim.top, canvas.cx - trim.right, canvas.cy - trim.bottom);
+  return CropFrame(image.get(), mask.get(), kept, outImage, outMask);
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD fill, int left, int top,
+                             int right, int bottom) {
+  using namespace dibkit;
+  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
+    return burnColour(frame, mask, fromColorRef(fill), {left, top, right, bottom}).release();
+  });
+}
+
+void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect) {
+  using namespace dibkit;
+  if (bits == nullptr || width <= 0 || height <= 0) return;
+  const Box kept = intersection(toBox(rect), placedBox(width, height, POINT{0, 0}));
+  const auto stride = static_cast<std::ptrdiff_t>(strideOf(width, 1));
+  for (int y = 0; y < height; ++y) {
+    BYTE* row = bits + (height - 1 - std::ptrdiff_t{y}) * stride;
+    const bool crosses = y >= kept.top && y < kept.bottom;
+    fillMaskRow(row, 0, crosses ? static_cast<int>(kept.left) : width, true);
+    if (crosses) fillMaskRow(row, static_cast<int>(kept.right), width, true);
+  }
+}
+
+int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position, const SIZE& canvas,
+                 DWORD fill, int percent, int reserved, const POINT& seed, BITMAPINFOHEADER** outImage,
+                 BITMAPINFOHEADER** outMask, POINT* outPosition) {
+  using namespace dibkit;
+  static_cast<void>(reserved);
+  return orOutOfMemory(0, [&] {
+    const Frame source(frame, mask);
+    if (!source || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
+    if (!placedBox(canvas.cx, canvas.cy, POINT{0, 0}).contains(seed.x, seed.y)) return 0;
+    const Box placed = placedBox(source.width(), source.height(), position);
+    const Margins margins{position.x, position.y, canvas.cx - placed.right, canvas.cy - placed.bottom};
+
+    OwnedDib image = burnColour(frame, mask, mixedWithWhite(fromColorRef(fill), percent), margins);
+    if (!image) return 0;
+    OwnedDib transparent = canvasMask(mask, placed, canvas, margins);
+    // A mask without white comes back deeper, with an index for white: no mask any more.
+    const View rows = viewOfDepth(transparent.get(), 1);
+    if (!rows) return 0;
+    clearArea(rows, seed, position.x);
+    return giveTrimmed(std::move(image), std::move(transparent), canvas, outImage, outMask, outPosition);
+  });
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <vector>
+
+#include "dib/pixel_format.h"
+#include "frames/mix.h"
+
+namespace dibkit {
+
+/// A percentage as a word opacity: 100 is 256. Taken in 64 bits and kept in 16, so that any int may come.
+constexpr WORD opacityOfPercent(int percent) {
+  return static_cast<WORD>(std::int64_t{percent} * 256 / 100 & 0xFFFF);
+}
+
+/// A colour laid over pixels at a strength in percent: (old 256 + (fill - old) s) >> 8.
+class Tint {
+ public:
+  Tint(Rgb fill, int percent, int width)
+      : opacity_(opacityOfPercent(percent)), fill_(static_cast<std::size_t>(width) * 3) {
+    for (int x = 0; x < width; ++x) Bgr24::put(fill_.data(), x, fill);
+  }
+
+  /// Tints the pixels [left, right) of a 24-bit row.
+  void apply(BYTE* row, int left, int right) const {
+    BYTE* first = row + std::ptrdiff_t{left} * 3;
+    mixByWordOpacity(fill_.data(), first, static_cast<std::size_t>(right - left) * 3, opacity_, first);
+  }
+
+ private:
+  WORD opacity_;
+  std::vector<BYTE> fill_;  ///< a row of the fill colour
+};
+
+}  // namespace dibkit
