@@ -12,3 +12,4 @@
 #include "gifmask/gifmask.h"
 #include "palette/palette.h"
 #include "platform/win32.h"
+#include "split/split.h"

@@ -1,0 +1,210 @@
+#include "split/split.h"
+
+#include "convert/palette_finish.h"
+#include "dib/guard.h"
+#include "dib/mask_on_demand.h"
+#include "dib/placed_frame.h"
+
+namespace dibkit {
+namespace {
+
+/// What the counts leave of the new frame, on the canvas; empty when they reach outside it.
+Box pieceArea(const Box& frame, const CSpiltEmbededDIB& splitter) {
+  const Box area{frame.left + splitter.m_nLeftSame, frame.top + splitter.m_nTopSame,
+                 frame.right - splitter.m_nRightSame, frame.bottom - splitter.m_nBottomSame};
+  const bool inside = area.left >= frame.left && area.top >= frame.top && area.right <= frame.right &&
+                      area.bottom <= frame.bottom;
+  return inside && !area.empty() ? area : Box{};
+}
+
+/// The rectangle of the new frame that is cut out, line by line against the reference frame.
+class ChangedPiece {
+ public:
+  explicit ChangedPiece(const CSpiltEmbededDIB& splitter)
+      : reference_(splitter.m_pRefDIB, splitter.m_pRefMask, splitter.m_ptRef),
+        next_(splitter.m_pNewDIB, splitter.m_pNewMask, splitter.m_ptNew),
+        area_(pieceArea(next_.box(), splitter)),
+        opaque_(width(), 1),
+        shown_(width(), 1),
+        same_(width(), 1),
+        flags_(same_.wordsPerRow() * 64) {}
+
+  /// False also for a piece without pixels.
+  bool usable() const { return reference_ && next_ && !area_.empty(); }
+  int width() const { return static_cast<int>(area_.width()); }
+  int height() const { return static_cast<int>(area_.height()); }
+  const Box& area() const { return area_; }
+
+  /// Looks at line y of the piece.
+  /// \return false when a pixel turned from opaque to transparent
+  bool look(int y, bool makeSameTransparent) {
+    const std::int64_t canvasY = area_.top + y;
+    next_.opaqueBits(canvasY, area_, opaque_.row(0));
+    reference_.opaqueBits(canvasY, area_, shown_.row(0));
+    std::uint64_t lost = 0;
+    for (std::size_t i = 0; i < opaque_.wordsPerRow(); ++i) lost |= shown_.row(0)[i] & ~opaque_.row(0)[i];
+    if (lost != 0) return false;
+    findSame(canvasY);
+    for (std::size_t i = 0; i < opaque_.wordsPerRow(); ++i) {
+      const std::uint64_t same = same_.row(0)[i];
+      foundSame_ = foundSame_ || same != 0;
+      shown_.row(0)[i] = opaque_.row(0)[i] & ~(makeSameTransparent ? same : 0);
+    }
+    return true;
+  }
+  bool foundSame() const { return foundSame_; }
+
+  /// Calls run(left, right, opaque, shown) along the line looked at: whether the new frame is opaque there,
+  /// and whether the piece will be.
+  template <class Run>
+  void forEachStretch(Run&& run) {
+    forEachPairRun(opaque_.row(0), shown_.row(0), width(), run);
+  }
+
+  /// The new frame's pixels from column x of the piece on, as blue, green, red bytes.
+  const BYTE* bgr(int x, int y, int count) { return next_.bgr(area_.left + x, area_.top + y, count); }
+  /// The same as the bytes of an 8-bit frame.
+  const BYTE* indexes(int x, int y) const {
+    return next_.frame().view().row(static_cast<int>(area_.top + y - next_.box().top)) +
+           (area_.left + x - next_.box().left);
+  }
+
+ private:
+  /// Marks where both frames are opaque and of one colour; `shown_` holds the reference frame's opaque
+  /// pixels.
+  void findSame(std::int64_t canvasY) {
+    std::fill(flags_.begin(), flags_.end(), BYTE{0});
+    forEachRun(shown_.row(0), width(), [&](int left, int right) {
+      const BYTE* a = reference_.bgr(area_.left + left, canvasY, right - left);
+      const BYTE* b = next_.bgr(area_.left + left, canvasY, right - left);
+      for (int x = left; x < right; ++x, a += 3, b += 3) {
+        const int difference = (a[0] ^ b[0]) | (a[1] ^ b[1]) | (a[2] ^ b[2]);
+        flags_[static_cast<std::size_t>(x)] = static_cast<BYTE>(difference == 0);
+      }
+    });
+    packFlags(flags_.data(), same_.wordsPerRow(), same_.row(0));
+  }
+
+  PlacedFrame reference_;
+  PlacedFrame next_;
+  Box area_;
+  BitGrid opaque_;  ///< pixels of the new frame that are opaque
+  BitGrid shown_;   ///< pixels of the piece that are opaque
+  BitGrid same_;    ///< pixels of one colour in both frames
+  std::vector<BYTE> flags_;
+  bool foundSame_ = false;
+};
+
+/// Where a cut goes. Nothing is written to it before the cut is done.
+struct Outputs {
+  BITMAPINFOHEADER** image;
+  BITMAPINFOHEADER** mask;
+  POINT* position;
+  int* sameFound;
+
+  bool usable() const { return image != nullptr && mask != nullptr && position != nullptr; }
+  int give(const ChangedPiece& piece, OwnedDib pieceImage, OwnedDib pieceMask) const {
+    *image = pieceImage.release();
+    *mask = pieceMask.release();
+    *position = {static_cast<LONG>(piece.area().left), static_cast<LONG>(piece.area().top)};
+    // Never cleared here: the caller's 0 is what it is told against.
+    if (sameFound != nullptr && piece.foundSame()) *sameFound = 1;
+    return 1;
+  }
+};
+
+/// Cuts line by line, marking what the piece leaves transparent.
+/// \param stretch stretch(y, left, right, opaque, shown) writes the piece's pixels
+/// \return false when the piece cannot be cut
+template <class Stretch>
+bool cutLines(ChangedPiece& piece, bool makeSameTransparent, MaskOnDemand& mask, Stretch&& stretch) {
+  for (int y = 0; y < piece.height(); ++y) {
+    if (!piece.look(y, makeSameTransparent)) return false;
+    piece.forEachStretch([&](int left, int right, bool opaque, bool shown) {
+      if (!shown) mask.mark(y, left, right);
+      stretch(y, left, right, opaque, shown);
+    });
+  }
+  return !mask.failed();
+}
+
+}  // namespace
+}  // namespace dibkit
+
+CSpiltEmbededDIB::CSpiltEmbededDIB() = default;
+CSpiltEmbededDIB::CSpiltEmbededDIB(const CSpiltEmbededDIB& other) = default;
+CSpiltEmbededDIB& CSpiltEmbededDIB::operator=(const CSpiltEmbededDIB& other) = default;
+CSpiltEmbededDIB::~CSpiltEmbededDIB() = default;
+
+void CSpiltEmbededDIB::Reset(BITMAPINFOHEADER* refDib, BITMAPINFOHEADER* refMask, const POINT& ref,
+                             BITMAPINFOHEADER* newDib, BITMAPINFOHEADER* newMask, const POINT& next) {
+  m_pRefDIB = refDib;
+  m_pRefMask = refMask;
+  m_pNewDIB = newDib;
+  m_pNewMask = newMask;
+  m_ptRef = ref;
+  m_ptNew = next;
+  m_nLeftSame = m_nTopSame = m_nRightSame = m_nBottomSame = 0;
+  if (IsCanSpilt() == 0) return;
+  CalcBoundaryTopLeftInfo(&m_nLeftSame, &m_nTopSame);
+  CalcBoundaryBottomRightInfo(m_nLeftSame, m_nTopSame, &m_nRightSame, &m_nBottomSame);
+}
+
+int CSpiltEmbededDIB::SplitOpacity(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+                                   POINT* outPosition, int* outSameFound) const {
+  return CropEmbededDIB(outImage, outMask, outPosition, 0, outSameFound);
+}
+
+int CSpiltEmbededDIB::SplitTransparency(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+                                        POINT* outPosition, int* ignored) const {
+  static_cast<void>(ignored);
+  return CropEmbededDIB(outImage, outMask, outPosition, 1, nullptr);
+}
+
+int CSpiltEmbededDIB::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+                                     POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
+  using namespace dibkit;
+  const Outputs outputs{outImage, outMask, outPosition, outSameFound};
+  return orOutOfMemory(0, [&] {
+    if (!outputs.usable() || m_pNewDIB == nullptr || m_pNewDIB->biBitCount != Index8::bits) return 0;
+    ChangedPiece piece(*this);
+    if (!piece.usable()) return 0;
+    OwnedDib image =
+        createDib(piece.width(), piece.height(), Index8::bits, static_cast<int>(m_pNewDIB->biClrUsed));
+    if (!image) return 0;
+    copyPalette(m_pNewDIB, image.get());
+    const View rows(image.get());
+    MaskOnDemand mask(piece.width(), piece.height());
+    const auto copyIndexes = [&](int y, int left, int right, bool opaque, bool) {
+      if (opaque)
+        std::memcpy(rows.row(y) + left, piece.indexes(left, y), static_cast<std::size_t>(right - left));
+    };
+    if (!cutLines(piece, makeSameTransparent != 0, mask, copyIndexes)) return 0;
+    return outputs.give(piece, std::move(image), mask.take());
+  });
+}
+
+int CSpiltEmbededDIBEx::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+                                       POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
+  using namespace dibkit;
+  const Outputs outputs{outImage, outMask, outPosition, outSameFound};
+  return orOutOfMemory(0, [&] {
+    if (!outputs.usable()) return 0;
+    ChangedPiece piece(*this);
+    if (!piece.usable()) return 0;
+    OwnedDib work = createDib(piece.width(), piece.height(), Bgr24::bits, 0);
+    if (!work) return 0;
+    const View rows(work.get());
+    MaskOnDemand mask(piece.width(), piece.height());
+    FrameColours colours;
+    const auto copyColours = [&](int y, int left, int right, bool, bool shown) {
+      if (!shown) return;
+      std::memcpy(rows.row(y) + std::ptrdiff_t{left} * 3, piece.bgr(left, y, right - left),
+                  static_cast<std::size_t>(right - left) * 3);
+      colours.note(rows.row(y), left, right);
+    };
+    if (!cutLines(piece, makeSameTransparent != 0, mask, copyColours)) return 0;
+    OwnedDib image = colours.finish(std::move(work));
+    return image ? outputs.give(piece, std::move(image), mask.take()) : 0;
+  });
+}
