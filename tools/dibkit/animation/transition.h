@@ -21,13 +21,13 @@ struct ChosenEffect {
 /// one. Throws UsageError that names what exists.
 ChosenEffect chooseEffect(const std::string& effect, const std::string& style);
 
-/// How the animation runs.
+/// How the animation runs; what is set here is what happens when the user says nothing.
 struct TransitionPlan {
   ChosenEffect chosen;
-  Easing easing = nullptr;
-  int frames = 0;        ///< steps from one picture to the next; the last one is the picture itself
-  double delay = 0;      ///< of a step, in milliseconds
-  double hold = 0;       ///< of a picture, in milliseconds
+  Easing easing = easingNamed("linear");
+  int frames = 20;       ///< steps from one picture to the next; the last one is the picture itself
+  double delay = 50;     ///< of a step, in milliseconds
+  double hold = 800;     ///< of a picture, in milliseconds
   bool reverse = false;  ///< the outgoing picture leaves as the effect would bring it in
   bool back = false;     ///< ends with a transition to the first picture
 };

@@ -23,16 +23,12 @@ struct Arguments {
   std::string output;
   std::string effect = "fade";
   std::string style;
-  int frames = 20;
-  double delay = 50;
-  double hold = 800;
+  TransitionPlan plan;
   std::string size;
   std::string fit = "contain";
   std::string background = "black";
   std::string matte;
   std::string easing = "linear";
-  bool reverse = false;
-  bool back = false;
   int loop = 0;
   std::string dither = "none";
 };
@@ -79,21 +75,17 @@ void report(const std::string& output, const GifFile& file, std::size_t bytes) {
 
 void run(const Arguments& arguments, const Settings& settings) {
   if (arguments.pictures.size() < 2) throw UsageError("a transition needs two pictures or more");
-  TransitionPlan plan;
+  TransitionPlan plan = arguments.plan;
   plan.chosen = chooseEffect(arguments.effect, arguments.style);
   plan.easing = easingNamed(arguments.easing);
-  plan.frames = arguments.frames;
-  plan.delay = arguments.delay;
-  plan.hold = arguments.hold;
-  plan.reverse = arguments.reverse;
-  plan.back = arguments.back;
   const Dither dither = ditherNamed(arguments.dither);
   const std::vector<Picture> pictures = readPictures(arguments, plan);
 
   // Each frame counts when it is made and when it is stored.
   ProgressBar bar("transition", 2 * countFrames(pictures.size(), plan), settings.quiet);
   const auto step = [&bar] { bar.step(); };
-  const GifFile file = gifOfFrames(renderTransitions(pictures, plan, step), arguments.loop, dither, step);
+  const GifFile file =
+      gifOf(indexFrames(renderTransitions(pictures, plan, step), dither, step), arguments.loop);
   const Bytes bytes = writeGif(file);
   throwIfInterrupted();
   writeFile(arguments.output, bytes);
@@ -115,13 +107,13 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
   command->add_option("--effect", arguments->effect, "The effect; `dibkit effects` lists them")
       ->capture_default_str();
   command->add_option("--style", arguments->style, "The effect's style, by name or number");
-  command->add_option("--frames", arguments->frames, "Steps from one picture to the next")
+  command->add_option("--frames", arguments->plan.frames, "Steps from one picture to the next")
       ->check(CLI::Range(1, mostFrames))
       ->capture_default_str();
-  command->add_option("--delay", arguments->delay, "How long a step shows, in milliseconds")
+  command->add_option("--delay", arguments->plan.delay, "How long a step shows, in milliseconds")
       ->check(CLI::Range(0.0, mostMilliseconds))
       ->capture_default_str();
-  command->add_option("--hold", arguments->hold, "How long a picture shows, in milliseconds")
+  command->add_option("--hold", arguments->plan.hold, "How long a picture shows, in milliseconds")
       ->check(CLI::Range(0.0, mostMilliseconds))
       ->capture_default_str();
   command->add_option("--size", arguments->size, "WxH of the GIF; else that of the first picture");
@@ -135,9 +127,9 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
                       "Colour to lay under transparent pictures; else they stay so");
   command->add_option("--easing", arguments->easing, "How it moves: " + listed(easingNames()))
       ->capture_default_str();
-  command->add_flag("--reverse", arguments->reverse,
+  command->add_flag("--reverse", arguments->plan.reverse,
                     "Take the old picture away as the effect would bring it in");
-  command->add_flag("--back", arguments->back,
+  command->add_flag("--back", arguments->plan.back,
                     "Return to the first picture, so that the animation has no seam");
   command->add_option("--loop", arguments->loop, "How often it repeats, 0 for ever")
       ->check(CLI::Range(0, 65535))

@@ -45,8 +45,18 @@ Animation readAnimationFile(const std::string& path, Keep keep = Keep::allFrames
 /// The file's picture, or its first frame.
 Picture readPictureFile(const std::string& path);
 
+/// A picture of palette indices, lines from the top.
+struct IndexedPicture {
+  Size size;
+  Bytes indices;
+  std::vector<RGBQUAD> palette;
+  std::optional<int> transparent;  ///< the index that shows nothing
+};
+
+Bytes writePng(const IndexedPicture& picture);
+
 /// A PNG of a packed DIB of any depth: palettes stay palettes of that depth, 32 bits keep their alpha.
-Bytes writePng(BITMAPINFOHEADER* dib);
+Bytes writePng(const BITMAPINFOHEADER* dib);
 /// A BMP file of a packed DIB of any depth, its block as it is.
 Bytes writeBmp(const BITMAPINFOHEADER* dib);
 

@@ -80,12 +80,12 @@ Animation readPng(ByteView bytes) {
 
 namespace {
 
-/// Lines of a packed DIB as libpng takes them: from the top, one byte a pixel for a palette.
+/// Lines as libpng takes them: from the top, one byte a pixel for a palette.
 struct PngLines {
+  Size size;
   std::uint32_t format = 0;
-  int channels = 0;
   Bytes bytes;
-  Bytes palette;
+  Bytes palette{};  ///< in the format's own channels
 };
 
 const BYTE* lineOf(const BITMAPINFOHEADER* dib, int y) {
@@ -93,31 +93,30 @@ const BYTE* lineOf(const BITMAPINFOHEADER* dib, int y) {
   return GetDIBBits(dib) + static_cast<std::size_t>(dib->biHeight - 1 - y) * stride;
 }
 
-PngLines indexedLines(const BITMAPINFOHEADER* dib) {
-  PngLines lines{PNG_FORMAT_RGB_COLORMAP, 1, {}, {}};
+IndexedPicture indicesOf(const BITMAPINFOHEADER* dib) {
   const auto* entry = reinterpret_cast<const RGBQUAD*>(reinterpret_cast<const BYTE*>(dib) + dib->biSize);
-  for (DWORD i = 0; i < GetDIBPaletteSize(dib); ++i, ++entry) {
-    lines.palette.insert(lines.palette.end(), {entry->rgbRed, entry->rgbGreen, entry->rgbBlue});
-  }
+  IndexedPicture picture{{dib->biWidth, dib->biHeight}, {}, {entry, entry + GetDIBPaletteSize(dib)}, {}};
+  picture.indices.reserve(static_cast<std::size_t>(picture.size.pixels()));
   for (int y = 0; y < dib->biHeight; ++y) {
     const BYTE* line = lineOf(dib, y);
     for (int x = 0; x < dib->biWidth; ++x) {
-      lines.bytes.push_back(dib->biBitCount == 1   ? Get1BitPixel(line, x)
-                            : dib->biBitCount == 4 ? Get4BitPixel(line, x)
-                                                   : Get8BitPixel(line, x));
+      picture.indices.push_back(dib->biBitCount == 1   ? Get1BitPixel(line, x)
+                                : dib->biBitCount == 4 ? Get4BitPixel(line, x)
+                                                       : Get8BitPixel(line, x));
     }
   }
-  return lines;
+  return picture;
 }
 
 PngLines trueColourLines(const BITMAPINFOHEADER* dib) {
   const bool alpha = dib->biBitCount == 32;
-  PngLines lines{
-      alpha ? std::uint32_t{PNG_FORMAT_BGRA} : std::uint32_t{PNG_FORMAT_BGR}, alpha ? 4 : 3, {}, {}};
+  PngLines lines{{dib->biWidth, dib->biHeight},
+                 alpha ? std::uint32_t{PNG_FORMAT_BGRA} : std::uint32_t{PNG_FORMAT_BGR},
+                 {}};
   for (int y = 0; y < dib->biHeight; ++y) {
     const BYTE* line = lineOf(dib, y);
     if (dib->biBitCount != 16) {
-      lines.bytes.insert(lines.bytes.end(), line, line + std::ptrdiff_t{dib->biWidth} * lines.channels);
+      lines.bytes.insert(lines.bytes.end(), line, line + std::ptrdiff_t{dib->biWidth} * (alpha ? 4 : 3));
       continue;
     }
     for (int x = 0; x < dib->biWidth; ++x) {
@@ -131,24 +130,41 @@ PngLines trueColourLines(const BITMAPINFOHEADER* dib) {
   return lines;
 }
 
-}  // namespace
-
-Bytes writePng(BITMAPINFOHEADER* dib) {
-  const PngLines lines = dib->biBitCount <= 8 ? indexedLines(dib) : trueColourLines(dib);
+Bytes fileOf(const PngLines& lines) {
   PngImage png;
-  png.image.width = static_cast<png_uint_32>(dib->biWidth);
-  png.image.height = static_cast<png_uint_32>(dib->biHeight);
+  png.image.width = static_cast<png_uint_32>(lines.size.width);
+  png.image.height = static_cast<png_uint_32>(lines.size.height);
   png.image.format = lines.format;
-  png.image.colormap_entries = static_cast<png_uint_32>(lines.palette.size() / 3);
-  const void* palette = lines.palette.empty() ? nullptr : lines.palette.data();
+  png.image.colormap_entries =
+      static_cast<png_uint_32>(lines.palette.size() / PNG_IMAGE_SAMPLE_CHANNELS(lines.format));
   Bytes file(PNG_IMAGE_PNG_SIZE_MAX(png.image));
   png_alloc_size_t length = file.size();
-  if (png_image_write_to_memory(&png.image, file.data(), &length, 0, lines.bytes.data(),
-                                dib->biWidth * lines.channels, palette) == 0) {
+  if (png_image_write_to_memory(&png.image, file.data(), &length, 0, lines.bytes.data(), 0,
+                                lines.palette.data()) == 0) {
     png.fail();
   }
   file.resize(length);
   return file;
+}
+
+}  // namespace
+
+Bytes writePng(const IndexedPicture& picture) {
+  PngLines lines{
+      picture.size,
+      picture.transparent ? std::uint32_t{PNG_FORMAT_RGBA_COLORMAP} : std::uint32_t{PNG_FORMAT_RGB_COLORMAP},
+      picture.indices};
+  int index = 0;
+  for (const RGBQUAD& colour : picture.palette) {
+    lines.palette.insert(lines.palette.end(), {colour.rgbRed, colour.rgbGreen, colour.rgbBlue});
+    if (picture.transparent) lines.palette.push_back(index == *picture.transparent ? 0 : 255);
+    ++index;
+  }
+  return fileOf(lines);
+}
+
+Bytes writePng(const BITMAPINFOHEADER* dib) {
+  return dib->biBitCount <= 8 ? writePng(indicesOf(dib)) : fileOf(trueColourLines(dib));
 }
 
 }  // namespace host
