@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <type_traits>
 
 namespace dibkit {
@@ -40,21 +39,32 @@ PixelLanes alphasOf(const BYTE* block) {
   return alphas;
 }
 
-PixelLanes opacitiesOf(const BYTE* block, LayerOpacity opacity, const BYTE* mask) {
-  PixelLanes lanes = alphasOf(block);
+PixelLanes scaledBy(PixelLanes lanes, const auto& scaleAt) {
   for (std::size_t i = 0; i < blockPixels; ++i) {
-    const Lane left = static_cast<Lane>(std::max(lanes[i], Lane{opacity.reduction}) - opacity.reduction);
-    const Lane part = divideBy255(static_cast<Lane>(left * opacity.scale));
-    lanes[i] = divideBy255(static_cast<Lane>(part * mask[i]));
+    lanes[i] = divideBy255(static_cast<Lane>(lanes[i] * scaleAt(i)));
   }
   return lanes;
 }
 
-bool allAre(const PixelLanes& lanes, Lane value) {
-  Lane difference = 0;
-  for (const Lane lane : lanes) difference = static_cast<Lane>(difference | (lane ^ value));
-  return difference == 0;
+/// The source opacities of a block as they count; a null mask does not scale them.
+PixelLanes opacitiesOf(const BYTE* block, LayerOpacity opacity, const BYTE* mask) {
+  PixelLanes lanes = alphasOf(block);
+  if (opacity.reduction != 0) {
+    for (Lane& lane : lanes)
+      lane = static_cast<Lane>(std::max(lane, Lane{opacity.reduction}) - opacity.reduction);
+  }
+  if (opacity.scale != 255) lanes = scaledBy(lanes, [&](std::size_t) { return opacity.scale; });
+  if (mask != nullptr) lanes = scaledBy(lanes, [&](std::size_t i) { return mask[i]; });
+  return lanes;
 }
+
+/// 0 when all opacities are 0, opaqueSum when all are 255, else between.
+int sumOf(const PixelLanes& opacities) {
+  Lane sum = 0;
+  for (const Lane opacity : opacities) sum = static_cast<Lane>(sum + opacity);
+  return sum;
+}
+constexpr int opaqueSum = 255 * blockPixels;
 
 // Rules. block() does a block by the rule's formula. keeps() tells whether a block with all a = 0 stays as it
 // is; copiesOpaque whether a = 255 gives the source pixel.
@@ -117,6 +127,7 @@ struct ExactOver {
 
   static void block(BYTE* to, const BYTE* from, const PixelLanes& above) {
     const PixelLanes below = alphasOf(to);
+    if (sumOf(below) == opaqueSum) return ontoOpaque(to, from, above);
     PixelLanes alphas;
     std::array<float, blockPixels> reciprocals;
     for (std::size_t i = 0; i < blockPixels; ++i) alphas[i] = unionOpacity(below[i], above[i]);
@@ -141,6 +152,17 @@ struct ExactOver {
       const DWORD alpha = alphas[static_cast<std::size_t>(i)];
       Bgra32::put(to, i, (Bgra32::get(bytes.data(), i) & colourBits) | alpha << 24);
     }
+  }
+
+  /// With ad = 255 the formula comes down to (d (255 - a) + s a) / 255, and opacity stays 255.
+  static void ontoOpaque(BYTE* to, const BYTE* from, const PixelLanes& above) {
+    const ByteLanes weight = spread(above);
+    Bytes bytes = bytesOf(to);
+    for (std::size_t i = 0; i < blockBytes; ++i) {
+      const auto sum = static_cast<Lane>(bytes[i] * (255 - weight[i]) + from[i] * weight[i]);
+      bytes[i] = lowByte(divideBy255(sum));
+    }
+    for (int i = 0; i < blockPixels; ++i) Bgra32::put(to, i, Bgra32::get(bytes.data(), i) | ~colourBits);
   }
 };
 
@@ -181,9 +203,10 @@ struct PlainOver {
 /// Pixels that may be read before the first of them is written without losing the order from the left: the
 /// distance of the two rows when they lie in each other.
 int safeBlock(const Bgra* to, const Bgra* from) {
-  const std::ptrdiff_t apart = (static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(to) -
-                                                            reinterpret_cast<std::uintptr_t>(from)));
-  const std::ptrdiff_t pixels = (apart < 0 ? -apart : apart) / static_cast<std::ptrdiff_t>(sizeof(Bgra));
+  // As numbers, since the rows of two images have no order as pointers.
+  const auto toAt = reinterpret_cast<std::uintptr_t>(to);
+  const auto fromAt = reinterpret_cast<std::uintptr_t>(from);
+  const std::uintptr_t pixels = (toAt > fromAt ? toAt - fromAt : fromAt - toAt) / sizeof(Bgra);
   return pixels == 0 || pixels >= blockPixels ? blockPixels : static_cast<int>(pixels);
 }
 
@@ -193,27 +216,22 @@ const BYTE* bytesAt(const Bgra* pixel) { return reinterpret_cast<const BYTE*>(pi
 /// Calls kernel(to, from, mask) for blocks of exactly blockPixels pixels. Parts of a block go through copies.
 template <class From, class Kernel>
 void forEachBlock(Bgra* to, From* from, int count, const BYTE* mask, Kernel&& kernel) {
-  static constexpr auto unmasked = [] {
-    std::array<BYTE, blockPixels> bytes{};
-    bytes.fill(255);
-    return bytes;
-  }();
   const int step = safeBlock(to, from);
   int x = 0;
   if (step == blockPixels) {
     for (; count - x >= blockPixels; x += blockPixels) {
-      kernel(bytesAt(to + x), bytesAt(from + x), mask != nullptr ? mask + x : unmasked.data());
+      kernel(bytesAt(to + x), bytesAt(from + x), mask != nullptr ? mask + x : nullptr);
     }
   }
   for (; x < count; x += step) {
     const auto part = static_cast<std::size_t>(std::min(step, count - x));
     Bytes toCopy{};
     Bytes fromCopy{};
-    std::array<BYTE, blockPixels> maskCopy = unmasked;
+    std::array<BYTE, blockPixels> maskCopy{};
     std::memcpy(toCopy.data(), to + x, 4 * part);
     std::memcpy(fromCopy.data(), from + x, 4 * part);
     if (mask != nullptr) std::memcpy(maskCopy.data(), mask + x, part);
-    kernel(toCopy.data(), fromCopy.data(), maskCopy.data());
+    kernel(toCopy.data(), fromCopy.data(), mask != nullptr ? maskCopy.data() : nullptr);
     std::memcpy(bytesAt(to + x), toCopy.data(), 4 * part);
     if constexpr (!std::is_const_v<From>) std::memcpy(bytesAt(from + x), fromCopy.data(), 4 * part);
   }
@@ -223,8 +241,9 @@ template <class Rule>
 void blendRow(Bgra* to, const Bgra* from, int count, LayerOpacity opacity, const BYTE* mask) {
   forEachBlock(to, from, count, mask, [opacity](BYTE* d, const BYTE* s, const BYTE* maskBytes) {
     const PixelLanes opacities = opacitiesOf(s, opacity, maskBytes);
-    if (allAre(opacities, 0) && Rule::keeps(d)) return;
-    if (Rule::copiesOpaque && allAre(opacities, 255)) {
+    const int sum = sumOf(opacities);
+    if (sum == 0 && Rule::keeps(d)) return;
+    if (sum == opaqueSum && Rule::copiesOpaque) {
       std::memmove(d, s, blockBytes);
     } else {
       Rule::block(d, s, opacities);
@@ -253,7 +272,7 @@ void evenMixRow(Bgra* to, const Bgra* from, int count, LayerOpacity opacity, con
 void copyOrShadeRow(Bgra* to, Bgra* from, int count, LayerOpacity opacity) {
   forEachBlock(to, from, count, nullptr, [opacity](BYTE* d, BYTE* s, const BYTE* mask) {
     const PixelLanes opacities = opacitiesOf(s, opacity, mask);
-    if (allAre(opacities, 0)) return;
+    if (sumOf(opacities) == 0) return;
     PixelLanes weights;
     // 256 a / 255 is a itself below 255; opaque pixels are not shaded.
     for (std::size_t i = 0; i < blockPixels; ++i) {
