@@ -9,14 +9,18 @@ namespace dibkit {
 class ReachedArea {
  public:
   /// Throws std::bad_alloc when memory runs out.
-  ReachedArea(int width, int height) : width_(width), height_(height), reached_(width, height) {}
+  ReachedArea(int width, int height) : width_(width), top_(height), reached_(width, height) {}
 
-  void add(int y, int left, int right) { setBits(reached_.row(y), left, right); }
+  void add(int y, int left, int right) {
+    setBits(reached_.row(y), left, right);
+    top_ = std::min(top_, y);
+    bottom_ = std::max(bottom_, y + 1);
+  }
 
   /// The region, or null when the platform fails. Throws std::bad_alloc when memory runs out.
   OwnedRegion region() {
     SpanCollector spans;
-    for (int y = 0; y < height_; ++y) {
+    for (int y = top_; y < bottom_; ++y) {
       forEachRun(reached_.row(y), width_, [&](int left, int right) { spans.add(y, left, right); });
     }
     return spans.region();
@@ -24,7 +28,8 @@ class ReachedArea {
 
  private:
   int width_;
-  int height_;
+  int top_;
+  int bottom_ = 0;
   BitGrid reached_;
 };
 

@@ -30,14 +30,16 @@ BOOL walkFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& v
 /// \param paint called as paint(run, count); beside the seed all pixels of the area lie in the box
 /// \param bounds receives the box around the area, unless null
 template <class Paint>
-BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, const Paint& paint,
+BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, Paint paint,
                    RECT* bounds = nullptr) {
   const View image = viewOfDepth(dib, 32);
   if (!image.contains(seed.x, seed.y)) return FALSE;
   if (bounds != nullptr) *bounds = {seed.x, seed.y, seed.x + 1, seed.y + 1};
   return walkFromSeed(
       image, seed,
-      [&](int y, BYTE* flags) { markMatches(pixelsOf(image.row(y)), image.width(), box, flags); },
+      [&](int y, int x, int count, BYTE* flags) {
+        markMatches(pixelsOf(image.row(y)) + x, count, box, flags);
+      },
       [&](int y, int left, int right) {
         paint(pixelsOf(image.row(y)) + left, right - left);
         if (bounds == nullptr) return;
@@ -57,15 +59,15 @@ class MaskOver {
         {placedBox(image.width(), image.height(), {0, 0}), placedBox(mask_.width(), mask_.height(), origin)});
     left_ = common.start[0].x;
     top_ = common.start[0].y;
-    width_ = common.width;
-    height_ = common.height;
+    right_ = left_ + common.width;
+    bottom_ = top_ + common.height;
   }
 
   explicit operator bool() const { return static_cast<bool>(mask_); }
   /// The columns of the image that the mask covers.
   int left() const { return left_; }
-  int width() const { return width_; }
-  bool coversRow(int y) const { return y >= top_ && y < top_ + height_; }
+  int right() const { return right_; }
+  bool coversRow(int y) const { return y >= top_ && y < bottom_; }
   /// The mask's byte for a covered pixel of the image.
   const BYTE* at(int x, int y) const {
     return mask_.row(static_cast<int>(std::int64_t{y} - origin_.y)) + (std::int64_t{x} - origin_.x);
@@ -85,7 +87,7 @@ class MaskOver {
   const BITMAPINFOHEADER* dib_;
   ConstView mask_;
   POINT origin_;
-  int left_, top_, width_, height_;
+  int left_, top_, right_, bottom_;
 };
 
 /// Fills as fillConnected does, but only pixels whose mask byte is not 0.
@@ -95,7 +97,7 @@ class MaskOver {
 /// look is enough.
 /// \param paint called as paint(run, mask bytes, count)
 template <class Paint>
-BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, const Paint& paint,
+BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, Paint paint,
                             const BITMAPINFOHEADER* maskDib, const POINT& maskOrigin) {
   const View image = viewOfDepth(dib, 32);
   const MaskOver mask(image, maskDib, maskOrigin);
@@ -104,11 +106,13 @@ BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const Pixel
   const BYTE seedMask = mask.byteByAddress(seed);
   return walkFromSeed(
       image, seed,
-      [&](int y, BYTE* flags) {
-        std::fill_n(flags, image.width(), BYTE{0});
-        if (!mask.coversRow(y)) return;
-        markMatches(pixelsOf(image.row(y)) + mask.left(), mask.width(), box, flags + mask.left());
-        keepUnderMask(mask.at(mask.left(), y), mask.width(), flags + mask.left());
+      [&](int y, int x, int count, BYTE* flags) {
+        std::fill_n(flags, count, BYTE{0});
+        const int from = std::max(x, mask.left());
+        const int covered = std::min(x + count, mask.right()) - from;
+        if (covered <= 0 || !mask.coversRow(y)) return;
+        markMatches(pixelsOf(image.row(y)) + from, covered, box, flags + (from - x));
+        keepUnderMask(mask.at(from, y), covered, flags + (from - x));
       },
       [&](int y, int left, int right) {
         const bool isSeed = y == seed.y && left == seed.x;
@@ -125,7 +129,7 @@ BOOL CDIB32::ExtFillConnectedPixels(BITMAPINFOHEADER* image, DWORD target, COLOR
                                     int opacity, int tolerance, const POINT& seed, RECT* bounds) {
   const auto box = dibkit::PixelBox::nearTarget(target, tolerance);
   if (erase != 0) return dibkit::fillConnected(image, seed, box, dibkit::SetOpacity(0), bounds);
-  const dibkit::LayColour paint(fill, dibkit::lowByte(opacity));
+  dibkit::LayColour paint(fill, dibkit::lowByte(opacity));
   return dibkit::fillConnected(image, seed, box, paint, bounds);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 /// Paints every pixel in the box, connected or not.
 template <class Paint>
-BOOL fillSimilar(BITMAPINFOHEADER* dib, const PixelBox& box, const Paint& paint) {
+BOOL fillSimilar(BITMAPINFOHEADER* dib, const PixelBox& box, Paint paint) {
   const View image = viewOfDepth(dib, 32);
   if (!image) return FALSE;
   for (int y = 0; y < image.height(); ++y) {
@@ -23,7 +23,7 @@ BOOL fillSimilar(BITMAPINFOHEADER* dib, const PixelBox& box, const Paint& paint)
 
 /// Paints every pixel in the box whose mask byte is not 0.
 template <class Paint>
-BOOL fillSimilarUnderMask(BITMAPINFOHEADER* dib, const PixelBox& box, const Paint& paint,
+BOOL fillSimilarUnderMask(BITMAPINFOHEADER* dib, const PixelBox& box, Paint paint,
                           const BITMAPINFOHEADER* maskDib, const POINT& maskOrigin) {
   const Placed image{viewOfDepth(dib, 32), POINT{0, 0}};
   const Placed mask{viewOfDepth(maskDib, 8), maskOrigin};
@@ -45,7 +45,7 @@ BOOL fillSimilarUnderMask(BITMAPINFOHEADER* dib, const PixelBox& box, const Pain
 
 /// Paints the part of a rectangle that lies inside the image.
 template <class Paint>
-void fillRectangle(const View& image, const RECT& rect, const Paint& paint) {
+void fillRectangle(const View& image, const RECT& rect, Paint paint) {
   const Box area = intersection(toBox(rect), {0, 0, image.width(), image.height()});
   for (std::int64_t y = area.top; y < area.bottom; ++y) {
     paint(pixelsOf(image.row(static_cast<int>(y))) + area.left, static_cast<int>(area.width()));

@@ -1,7 +1,6 @@
 #include "dib32/paint.h"
 
 #include <algorithm>
-#include <array>
 
 #include "dib32/blend.h"
 
@@ -27,34 +26,41 @@ void layOverOpaque(const Bgra& layer, Bgra* run, int count) {
   }
 }
 
-/// Lays the layer over pixels of any opacity, through a row of its own that is used again and again.
-void layPieces(const Bgra& layer, Bgra* run, int count, const BYTE* mask) {
-  constexpr int size = 256;
-  std::array<Bgra, size> above;
-  std::fill_n(above.begin(), std::min(size, count), layer);
-  for (int begin = 0; begin < count; begin += size) {
-    overRow(run + begin, above.data(), std::min(size, count - begin), {},
-            mask != nullptr ? mask + begin : nullptr);
-  }
-}
-
 }  // namespace
 
-void LayColour::operator()(Bgra* run, int count) const {
+void LayColour::operator()(Bgra* run, int count) {
   if (count <= 0) return;
   const BYTE below = run->alpha;
   if (layer_.alpha == 255 || below == 0) {
     // Nothing of what was there shows through. No opacity over none leaves no colour either.
-    std::fill_n(run, count, over(*run, layer_));
-  } else if (below == 255) {
+    std::fill_n(run, count, layer_.alpha != 0 ? layer_ : Bgra{});
+    return;
+  }
+  if (count == 1) {
+    *run = over(*run, layer_);
+    return;
+  }
+  if (below == 255) {
     layOverOpaque(layer_, run, count);
-  } else {
-    layPieces(layer_, run, count, nullptr);
+    return;
+  }
+  if (tableOpacity_ != below) {
+    tableOpacity_ = below;
+    for (std::size_t value = 0; value < table_.size(); ++value) {
+      const BYTE channel = static_cast<BYTE>(value);
+      table_[value] = over({channel, channel, channel, below}, layer_);
+    }
+  }
+  for (int i = 0; i < count; ++i) {
+    run[i] = {table_[run[i].blue].blue, table_[run[i].green].green, table_[run[i].red].red, table_[0].alpha};
   }
 }
 
 void LayColour::operator()(Bgra* run, const BYTE* mask, int count) const {
-  layPieces(layer_, run, count, mask);
+  constexpr int size = std::tuple_size_v<decltype(row_)>;
+  for (int begin = 0; begin < count; begin += size) {
+    overRow(run + begin, row_.data(), std::min(size, count - begin), {}, mask + begin);
+  }
 }
 
 void PutColour::operator()(Bgra* run, int count) const { std::fill_n(run, count, pixel_); }

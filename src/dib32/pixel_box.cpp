@@ -11,7 +11,8 @@ struct Window {
 
   explicit Window(const ByteRange& range)
       : low(static_cast<BYTE>(range.low)), width(static_cast<BYTE>(range.high - range.low)) {}
-  bool holds(BYTE value) const { return static_cast<BYTE>(value - low) <= width; }
+  /// 1 or 0
+  BYTE holds(BYTE value) const { return static_cast<BYTE>(value - low) <= width; }
 };
 
 }  // namespace

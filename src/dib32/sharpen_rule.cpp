@@ -16,7 +16,7 @@ SharpenRule::SharpenRule(int k) {
   const int divisor = k >= 1 ? std::min(k, largest) : 1;
   offset = static_cast<std::int16_t>((2040 + divisor - 1) / divisor);
   bias = static_cast<std::int16_t>(offset * divisor);
-  const int shift = std::bit_width(static_cast<unsigned>(divisor - 1));
+  const int shift = static_cast<int>(std::bit_width(static_cast<unsigned>(divisor - 1)));
   factor = static_cast<std::uint16_t>(((1 << (15 + shift)) + divisor - 1) / divisor);
   scale = static_cast<std::int16_t>(1 << (14 - shift));
 }

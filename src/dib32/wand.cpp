@@ -1,7 +1,7 @@
 #include <new>
 
 #include "dib/guard.h"
-#include "dib/region_spans.h"
+#include "dib/reached_area.h"
 #include "dib32/dib32.h"
 #include "dib32/pixel_box.h"
 
@@ -40,16 +40,12 @@ struct Selection {
 OwnedRegion selectConnected(const Selection& selection) {
   const int width = selection.image.width();
   const int height = selection.image.height();
-  // Runs are reached in any order, a region is built from rows in order: the grid lies between.
-  BitGrid reached(width, height);
+  ReachedArea area(width, height);
   walkConnected(
-      width, height, selection.seed, [&](int y, BYTE* flags) { selection.mark(0, y, width, flags); },
-      [&](int y, int left, int right) { setBits(reached.row(y), left, right); });
-  SpanCollector spans;
-  for (int y = 0; y < height; ++y) {
-    forEachRun(reached.row(y), width, [&](int left, int right) { spans.add(y, left, right); });
-  }
-  return spans.region();
+      width, height, selection.seed,
+      [&](int y, int x, int count, BYTE* flags) { selection.mark(x, y, count, flags); },
+      [&](int y, int left, int right) { area.add(y, left, right); });
+  return area.region();
 }
 
 OwnedRegion selectEverywhere(const Selection& selection) {
@@ -66,8 +62,7 @@ OwnedRegion selectEverywhere(const Selection& selection) {
 /// Takes a region data block for 100 rectangles and never releases it.
 bool leakRegionBlock() {
   constexpr std::size_t bytes = sizeof(RGNDATAHEADER) + 100 * sizeof(RECT);
-  // The leak is on purpose: one block of 1632 bytes a call is what hosts have always seen this selection
-  // keep.
+  // A leak on purpose: hosts have always seen this selection keep one such block of 1632 bytes a call.
   return ::operator new[](bytes, std::nothrow) != nullptr;
 }
 
