@@ -2,6 +2,7 @@
 #include <array>
 #include <vector>
 
+#include "dib/allocate.h"
 #include "dib/guard.h"
 #include "dib32/dib32.h"
 #include "dib32/median_of_nine.h"
@@ -87,6 +88,25 @@ void filterSliding(const View& image, int n) {
   }
 }
 
+/// Writes `from` into `to` with rows and columns exchanged.
+void transpose(const ConstView& from, const View& to) {
+  for (int y = 0; y < from.height(); ++y) {
+    const Bgra* row = pixelsOf(from.row(y));
+    for (int x = 0; x < from.width(); ++x) pixelsOf(to.row(x))[y] = row[x];
+  }
+}
+
+/// The sliding median of an image that is taller than wide and has less columns than the neighbourhood: lying
+/// on its side it has shorter columns to add and remove.
+void filterOnItsSide(const BITMAPINFOHEADER* dib, const View& image, int n) {
+  const OwnedDib side = createDib(image.height(), image.width(), 32, 0, Pixels::unwritten);
+  if (!side) return;
+  const View turned(side.get());
+  transpose(ConstView(dib), turned);
+  filterSliding(turned, n);
+  transpose(ConstView(static_cast<const BITMAPINFOHEADER*>(side.get())), image);
+}
+
 }  // namespace
 }  // namespace dibkit
 
@@ -97,6 +117,8 @@ void CDIB32::MedianFilter32BitsImage(BITMAPINFOHEADER* image, int n) {
   dibkit::orOutOfMemory(false, [&] {
     if (n == 3) {
       dibkit::filterByNine(view);
+    } else if (n > view.width() && view.height() > view.width()) {
+      dibkit::filterOnItsSide(image, view, n);
     } else {
       dibkit::filterSliding(view, n);
     }

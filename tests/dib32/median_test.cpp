@@ -85,6 +85,18 @@ TEST(MedianFilter32BitsImage, TakesNeighbourhoodsLargerThanTheImage) {
   }
 }
 
+TEST(MedianFilter32BitsImage, IsQuickWithLongImagesAndHugeNeighbourhoods) {
+  // Columns of a million pixels, added and removed one by one, would never come to an end.
+  const OwnedDib tall(CDIB32::CreateSimple32BitsDIB(1, 1 << 20, RGB(9, 9, 9), 255));
+  const OwnedDib wide(CDIB32::CreateSimple32BitsDIB(1 << 20, 1, RGB(9, 9, 9), 255));
+  test::setPixel(tall, 0, 77, 0);
+  test::setPixel(wide, 77, 0, 0);
+  for (const OwnedDib& image : {std::cref(tall), std::cref(wide)}) {
+    CDIB32::MedianFilter32BitsImage(image.get(), INT32_MAX);
+    EXPECT_EQ(test::pixelsOf(image), std::vector<DWORD>(1 << 20, 0xFF090909));
+  }
+}
+
 TEST(MedianFilter32BitsImage, LeavesWrongArgumentsAlone) {
   test::Random random(43);
   const OwnedDib image = test::randomImage(7, 5, 32, random);
