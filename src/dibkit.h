@@ -12,4 +12,5 @@
 #include "gifmask/gifmask.h"
 #include "palette/palette.h"
 #include "platform/win32.h"
+#include "ripple/ripple.h"
 #include "split/split.h"

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "dib/view.h"
+
+namespace dibkit {
+
+/// Sums of heights may run over: they wrap around, as the platform's do.
+constexpr int wrapped(std::uint32_t value) { return static_cast<int>(value); }
+constexpr std::uint32_t bitsOf(int value) { return static_cast<std::uint32_t>(value); }
+
+/// A page of the height field, line by line from the top.
+struct HeightPage {
+  int* cells;
+  int width;
+  int height;
+
+  int* line(int y) const { return cells + std::ptrdiff_t{y} * width; }
+};
+
+/// Adds `rise` to the cells nearer to (x, y) than `radius`, but for the outermost ones.
+void raiseDisc(const HeightPage& page, std::int64_t x, std::int64_t y, std::int64_t radius, int rise);
+
+/// What a cell of the library's own drops gains.
+constexpr int dropHeight = 50;
+
+/// The damping of the library's own waves.
+constexpr int waveDensity = 5;
+
+/// Lays a drop on the middle of every 100 x 100 cells, as far as the picture reaches.
+void layDrops(const HeightPage& page);
+
+/// One step of the 3 x 3 wave: `page` is overwritten with what follows from it and from `other`.
+/// \param density 0 to 31
+void stepWave(const HeightPage& page, const HeightPage& other, int density);
+/// One step of the 5 x 5 wave.
+void stepBroadWave(const HeightPage& page, const HeightPage& other, int density);
+
+/// The picture seen through the water.
+/// \param picture 32 bits, of the page's size
+/// \return null when memory runs out
+OwnedDib refract(const ConstView& picture, const HeightPage& page);
+
+}  // namespace dibkit
