@@ -132,22 +132,12 @@ BOOL composePiece(const BITMAPINFOHEADER* source, long style, EffectOutput& outp
 }  // namespace
 }  // namespace dibkit
 
-void CBarSlideEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
-}
-
 BOOL CBarSlideEffect::GenerateFrame(EffectOutput* output) {
   using namespace dibkit;
   return composePiece(m_pSrcDib, m_nStyle, *output,
                       [&](const ConstView& from, const View& to, bool vertically) {
                         slideHalves(from, to, vertically, m_nAmount);
                       });
-}
-
-void CMultiBarSlideEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
 }
 
 BOOL CMultiBarSlideEffect::GenerateFrame(EffectOutput* output) {

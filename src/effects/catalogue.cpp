@@ -4,8 +4,13 @@
 #include <cmath>
 
 #include "dib/guard.h"
+#include "effects/effects.h"
 #include "effects/fade.h"
+#include "effects/mosaic.h"
+#include "effects/ripple_fade.h"
+#include "effects/spiral.h"
 #include "effects/spread.h"
+#include "effects/star.h"
 
 namespace dibkit {
 namespace {
@@ -17,15 +22,58 @@ using enum AmountUnit;
 long between(double progress, double from, double to) { return std::lround(from + (to - from) * progress); }
 
 long toHundred(double progress, const SIZE&, int) { return between(progress, 0, 100); }
+long fromHundred(double progress, const SIZE&, int) { return between(progress, 100, 0); }
+/// From edge-on to flat.
+long quarterTurnBack(double progress, const SIZE&, int) { return between(progress, 90, 0); }
+long fullTurn(double progress, const SIZE&, int) { return between(progress, 0, 360); }
+
+/// To the amount at which a picture of this size is covered.
+template <auto covering>
+long toCovering(double progress, const SIZE& picture, int) {
+  return between(progress, 0, static_cast<double>(covering(picture)));
+}
 long toCoveringSpread(double progress, const SIZE& picture, int style) {
   return between(progress, 0, static_cast<double>(coveringSpreadPercent(picture, style)));
+}
+/// Through 0 to 100, and on to what covers the picture at the very end.
+template <bool sweeping>
+long toCoveringMosaic(double progress, const SIZE& picture, int) {
+  return progress < 1.0 ? between(progress, 0, 100) : coveringMosaicPercent(picture, sweeping);
 }
 
 OwnedDib composeFade(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
   return fade(incoming, outgoing, progress);
 }
+OwnedDib composePush(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) {
+  return OwnedDib(GenerateRunPushEffect(incoming, outgoing, style, between(progress, 0, 100)));
+}
+OwnedDib composeDiamond(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
+  // The effect itself looks at no opacity, and so at neither end shows the pictures as they are.
+  if (!(progress > 0.0)) return fade(incoming, outgoing, 0.0);
+  if (progress >= 1.0) return fade(incoming, outgoing, 1.0);
+  return OwnedDib(DiamondEffectDIB(incoming, outgoing, 0, 0, static_cast<int>(between(progress, 0, 100))));
+}
+OwnedDib composeRipple(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
+  return orOutOfMemory<OwnedDib>(nullptr, [&] { return rippleFade(incoming, outgoing, progress); });
+}
 
 constexpr EffectStyle axes[] = {{"horizontal", "Horizontally"}, {"vertical", "Vertically"}};
+constexpr EffectStyle centreLines[] = {{"horizontal", "About the horizontal line"},
+                                       {"vertical", "About the vertical line"}};
+constexpr EffectStyle lines[] = {{"rows", "Row by row"}, {"columns", "Column by column"}};
+constexpr EffectStyle turns[] = {{"counter-clockwise", "Counter-clockwise"}, {"clockwise", "Clockwise"}};
+constexpr EffectStyle hinges[] = {
+    {"left", "Hinged at the left"},
+    {"top", "Hinged at the top"},
+    {"right", "Hinged at the right"},
+    {"bottom", "Hinged at the bottom"},
+};
+constexpr EffectStyle fourSides[] = {
+    {"left", "From the left"},
+    {"top", "From the top"},
+    {"right", "From the right"},
+    {"bottom", "From the bottom"},
+};
 constexpr EffectStyle eightDirections[] = {
     {"left", "From the left"},     {"top-left", "From the top left"},
     {"top", "From the top"},       {"top-right", "From the top right"},
@@ -42,14 +90,38 @@ constexpr EffectStyle strips[] = {{"columns", "Random columns"}, {"rows", "Rando
                                   {"top", "From the top"},       {"bottom", "From the bottom"}};
 constexpr EffectStyle slats[] = {{"vertical", "Vertical slats"}, {"horizontal", "Horizontal slats"}};
 
+constexpr bool random = true;
+constexpr bool fixed = false;
+
 constexpr Effect table[] = {
-    {-1, "fade", "Fade", "Fades", {}, 0, none, percent, false, toHundred, composeFade},
-    {12, "slide", "Slide", "Slides", eightDirections, 0, a, percent, false, toHundred, nullptr},
-    {10, "halves", "Sliding halves", "Slides", axes, 0, a, percent, false, toHundred, nullptr},
-    {11, "bars", "Sliding bars", "Slides", axes, 0, a, percent, false, toHundred, nullptr},
-    {13, "spread", "Spread", "Shapes", shapes, 0, a, percent, false, toCoveringSpread, nullptr},
-    {14, "strips", "Strips", "Strips", strips, 0, a, percent, true, toHundred, nullptr},
-    {15, "blinds", "Venetian blinds", "Strips", slats, 1, a, percent, false, toHundred, nullptr},
+    {-1, "fade", "Fade", "Fades", {}, 0, none, percent, fixed, toHundred, composeFade},
+    {-1, "ripple", "Ripple", "Fades", {}, 0, none, percent, fixed, toHundred, composeRipple},
+    {-1, "diamonds", "Diamond bands", "Fades", {}, 0, none, percent, fixed, toHundred, composeDiamond},
+    {16, "thaw", "Thaw", "Fades", {}, 0, none, percent, fixed, fromHundred, nullptr},
+
+    {12, "slide", "Slide", "Slides", eightDirections, 0, a, percent, fixed, toHundred, nullptr},
+    {-1, "push", "Push", "Slides", eightDirections, 0, none, percent, fixed, toHundred, composePush},
+    {10, "halves", "Sliding halves", "Slides", axes, 0, a, percent, fixed, toHundred, nullptr},
+    {11, "bars", "Sliding bars", "Slides", axes, 0, a, percent, fixed, toHundred, nullptr},
+    {17, "roll", "Carpet roll", "Slides", fourSides, 0, a, percent, fixed, toHundred, nullptr},
+    {8, "film", "Film", "Slides", lines, 0, a, percent, fixed, toHundred, nullptr},
+
+    {0, "gate", "Gate", "Turns", hinges, 0, a, degrees, fixed, quarterTurnBack, nullptr},
+    {7, "spin", "Spin", "Turns", centreLines, 1, a, degrees, fixed, quarterTurnBack, nullptr},
+
+    {13, "spread", "Spread", "Shapes", shapes, 0, a, percent, fixed, toCoveringSpread, nullptr},
+    {9, "iris", "Iris", "Shapes", {}, 0, none, pixels, fixed, toCovering<coveringIris>, nullptr},
+    {3, "star", "Star", "Shapes", {}, 0, none, percent, fixed, toCovering<coveringStarPercent>, nullptr},
+
+    {1, "clock", "Clock", "Clocks", turns, 1, a, degrees, fixed, fullTurn, nullptr},
+    {2, "clocks", "Many clocks", "Clocks", turns, 1, a, degrees, fixed, fullTurn, nullptr},
+    {4, "spiral", "Spiral", "Clocks", turns, 1, a, degrees, fixed, toCovering<coveringSpiralAngle>, nullptr},
+
+    {5, "mosaic", "Mosaic", "Pieces", {}, 0, none, percent, random, toCoveringMosaic<false>, nullptr},
+    {6, "mosaic-sweep", "Sweeping mosaic", "Pieces", fourSides, 0, a, percent, random, toCoveringMosaic<true>,
+     nullptr},
+    {14, "strips", "Strips", "Pieces", strips, 0, a, percent, random, toHundred, nullptr},
+    {15, "blinds", "Venetian blinds", "Pieces", slats, 1, a, percent, fixed, toHundred, nullptr},
 };
 
 }  // namespace

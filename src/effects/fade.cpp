@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "dib/allocate.h"
 #include "dib/view.h"
+#include "effects/piece.h"
 
 namespace dibkit {
 namespace {
@@ -49,16 +49,16 @@ OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing
   const ConstView in = viewOfDepth(incoming, 32);
   const ConstView out = viewOfDepth(outgoing, 32);
   if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
+  const int weight = progress > 0.0 ? static_cast<int>(std::lround(std::min(progress, 1.0) * 255.0)) : 0;
+  // At the ends the colour of transparent pixels is kept as well.
+  if (weight == 0) return copyOf(outgoing);
+  if (weight == 255) return copyOf(incoming);
+
   OwnedDib frame = createDib(in.width(), in.height(), 32, 0, Pixels::unwritten);
   if (!frame) return nullptr;
-
   const View to(frame.get());
-  const int weight = progress > 0.0 ? static_cast<int>(std::lround(std::min(progress, 1.0) * 255.0)) : 0;
   for (int y = 0; y < to.height(); ++y) {
-    if (weight == 0 || weight == 255) {
-      // The colour of transparent pixels is kept as well.
-      std::memcpy(to.row(y), (weight == 0 ? out : in).row(y), static_cast<std::size_t>(to.stride()));
-    } else if (isOpaque(in.row(y), to.width()) && isOpaque(out.row(y), to.width())) {
+    if (isOpaque(in.row(y), to.width()) && isOpaque(out.row(y), to.width())) {
       fadeOpaqueRow(to.row(y), in.row(y), out.row(y), to.width() * 4, static_cast<std::uint16_t>(weight));
     } else {
       fadeRow(to.row(y), in.row(y), out.row(y), to.width(), weight);

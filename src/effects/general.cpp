@@ -5,9 +5,17 @@
 #include "dib/guard.h"
 #include "dib/view.h"
 #include "effects/bars.h"
+#include "effects/clock.h"
 #include "effects/effects.h"
+#include "effects/film.h"
+#include "effects/gate.h"
+#include "effects/mosaic.h"
+#include "effects/roll.h"
 #include "effects/slide.h"
+#include "effects/spin.h"
+#include "effects/spiral.h"
 #include "effects/spread.h"
+#include "effects/star.h"
 #include "effects/strips.h"
 
 CGeneralEffectFrame::~CGeneralEffectFrame() = default;
@@ -25,29 +33,29 @@ CGeneralEffectFrame* make(BITMAPINFOHEADER* source) {
 }
 
 constexpr std::array<Factory, 18> factories = {
-    nullptr,                     // 0
-    nullptr,                     // 1
-    nullptr,                     // 2
-    nullptr,                     // 3
-    nullptr,                     // 4
-    nullptr,                     // 5
-    nullptr,                     // 6
-    nullptr,                     // 7
-    nullptr,                     // 8
-    nullptr,                     // 9
-    make<CBarSlideEffect>,       // 10
-    make<CMultiBarSlideEffect>,  // 11
-    make<CSmoothSlideEffect>,    // 12
-    make<CSmoothSpreadEffect>,   // 13
-    make<CNarrowBarEffect>,      // 14
-    make<CJalousieEffect>,       // 15
-    nullptr,                     // 16
-    nullptr,                     // 17
+    make<CGate3DEffect>,          // 0
+    make<CSweepClockEffect>,      // 1
+    make<CMultiSweepClock>,       // 2
+    make<CStarWipeEffect>,        // 3
+    make<CSolenoidWipeEffect>,    // 4
+    make<CMosaicEffect>,          // 5
+    make<CDirectionSenceMosaic>,  // 6
+    make<CSpinEffect>,            // 7
+    make<CProgressiveFilm>,       // 8
+    make<CIrisEffect>,            // 9
+    make<CBarSlideEffect>,        // 10
+    make<CMultiBarSlideEffect>,   // 11
+    make<CSmoothSlideEffect>,     // 12
+    make<CSmoothSpreadEffect>,    // 13
+    make<CNarrowBarEffect>,       // 14
+    make<CJalousieEffect>,        // 15
+    make<CThawingEffect>,         // 16
+    make<CSideRollEffect>,        // 17
 };
 
 std::unique_ptr<CGeneralEffectFrame> makeEffect(int number, BITMAPINFOHEADER* source) {
   const auto index = static_cast<unsigned>(number);
-  if (index >= factories.size() || factories[index] == nullptr) return nullptr;
+  if (index >= factories.size()) return nullptr;
   return std::unique_ptr<CGeneralEffectFrame>(factories[index](source));
 }
 

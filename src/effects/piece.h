@@ -22,6 +22,9 @@ inline int clampAmount(long amount, int least, int greatest) {
 
 inline SIZE sizeOf(const BITMAPINFOHEADER* dib) { return {dib->biWidth, dib->biHeight}; }
 
+/// The picture's pixels as a new plain 32-bit image; null when memory runs out.
+OwnedDib copyOf(const BITMAPINFOHEADER* picture);
+
 /// Takes away what of a region lies outside the picture.
 void clipToPicture(const OwnedRegion& region, const SIZE& picture);
 

@@ -30,11 +30,6 @@ Slide slideFrom(long direction, LONG w, LONG h, LONG dx, LONG dy) {
 
 }  // namespace
 
-void CSmoothSlideEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
-}
-
 BOOL CSmoothSlideEffect::GenerateFrame(EffectOutput* output) {
   using namespace dibkit;
   const auto [w, h] = sizeOf(m_pSrcDib);

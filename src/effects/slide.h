@@ -7,7 +7,10 @@ class CSmoothSlideEffect : public CGeneralEffectFrame {
  public:
   using CGeneralEffectFrame::CGeneralEffectFrame;
   BOOL GenerateFrame(EffectOutput* output) override;
-  void SetParameters(long a, long b) override;
+  void SetParameters(long a, long b) override {
+    m_nStyle = a;
+    m_nAmount = b;
+  }
 
  private:
   long m_nStyle;

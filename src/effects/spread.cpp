@@ -69,14 +69,14 @@ OwnedRegion spreadRegion(const SIZE& picture, long shape, long amount) {
 }  // namespace
 
 long coveringSpreadPercent(const SIZE& picture, long shape) {
-  // Each shape has to reach the corner pixels. Two pixels more make good for the centre, which lies half a
+  // Each shape has to reach the corner pixels. A few pixels more make good for the centre, which lies half a
   // pixel off in an odd picture, and for what truncation and the right and bottom sides take away.
   const double shortSide = std::min<int>(picture.cx, picture.cy);
   double factor = 1.0;
   switch (shape) {
     case circle: {
       const double radius = diagonalOf(picture) / 2.0;
-      factor = (radius + 2.0) / radius;
+      factor = (radius + 3.0) / radius;
       break;
     }
     case rectangle:
@@ -85,11 +85,11 @@ long coveringSpreadPercent(const SIZE& picture, long shape) {
       if (picture.cy % 2 != 0) factor = std::max(factor, (picture.cy + 1.0) / picture.cy);
       break;
     case ellipse:
-      factor = ellipseDivisor * std::sqrt(2.0) * (shortSide + 4.0) / shortSide;
+      factor = ellipseDivisor * std::sqrt(2.0) * (shortSide + 6.0) / shortSide;
       break;
     case roundedRectangle:
       // The rounding, an eighth of the extent, cuts off less than a twelfth of it at the diagonal.
-      factor = std::max(factor, roundedDivisor * 13.0 / 12.0 * (shortSide + 4.0) / shortSide);
+      factor = std::max(factor, roundedDivisor * 13.0 / 12.0 * (shortSide + 6.0) / shortSide);
       break;
     default:
       break;
@@ -98,11 +98,6 @@ long coveringSpreadPercent(const SIZE& picture, long shape) {
 }
 
 }  // namespace dibkit
-
-void CSmoothSpreadEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
-}
 
 BOOL CSmoothSpreadEffect::GenerateFrame(EffectOutput* output) {
   using namespace dibkit;

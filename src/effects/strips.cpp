@@ -78,19 +78,9 @@ OwnedRegion slats(const SIZE& picture, bool columns, long percent) {
 }  // namespace
 }  // namespace dibkit
 
-void CNarrowBarEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
-}
-
 BOOL CNarrowBarEffect::GenerateFrame(EffectOutput* output) {
   using namespace dibkit;
   return cutPiece(m_pSrcDib, narrowBars(sizeOf(m_pSrcDib), m_nStyle, m_nAmount), *output);
-}
-
-void CJalousieEffect::SetParameters(long a, long b) {
-  m_nStyle = a;
-  m_nAmount = b;
 }
 
 BOOL CJalousieEffect::GenerateFrame(EffectOutput* output) {

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "effects/stage.h"
 
 namespace {
@@ -20,7 +23,7 @@ TEST(Catalogue, NamesAreUniqueAndStylesExist) {
     SCOPED_TRACE(effect.name);
     EXPECT_EQ(dibkit::findEffect(effect.name), &effect);
     EXPECT_EQ(effect.isWholeFrame(), effect.number < 0);
-    EXPECT_EQ(effect.styles.empty(), effect.styleParameter == StyleParameter::none);
+    EXPECT_EQ(effect.styleParameter == StyleParameter::none, effect.isWholeFrame() || effect.styles.empty());
     EXPECT_LT(effect.defaultStyle, std::max<int>(1, static_cast<int>(effect.styles.size())));
     for (std::size_t i = 0; i < effect.styles.size(); ++i) {
       EXPECT_EQ(dibkit::findStyle(effect, effect.styles[i].name), static_cast<int>(i));
@@ -33,6 +36,14 @@ TEST(Catalogue, RoutesStyleAndAmount) {
   const auto stage = dibkit::findEffect("slide")->parameters(0.305, size, 3);
   EXPECT_EQ(stage.a, 3);
   EXPECT_EQ(stage.b, 31);  // 30.5 rounds away from zero
+}
+
+TEST(Catalogue, HoldsEveryNumberedEffectOnce) {
+  for (int number = 0; number < 18; ++number) {
+    const auto all = dibkit::effects();
+    EXPECT_EQ(std::count_if(all.begin(), all.end(), [&](const Effect& e) { return e.number == number; }), 1)
+        << number;
+  }
 }
 
 TEST(Catalogue, ProgressOutsideItsRangeCountsAsTheNearerEnd) {

@@ -1,0 +1,117 @@
+#include "effects/clock.h"
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "effects/angles.h"
+#include "effects/piece.h"
+#include "effects/region_canvas.h"
+
+namespace dibkit {
+namespace {
+
+double tangent(int degrees) { return std::tan(radians(degrees)); }
+
+int diagonalAngle(const SIZE& box) {
+  return static_cast<int>(std::atan(static_cast<double>(box.cx) / box.cy) / eightDigitPi * 180.0);
+}
+
+/// Where the hand ends on a vertical side of the box. A hand that points almost along such a side of a very
+/// thin box ends far away; it is stopped where moving it further changes no pixel of the box.
+int heightOnSide(double tangentOfHand, const SIZE& box) {
+  const double limit = (box.cx + 2.0) * box.cy;
+  return static_cast<int>(std::clamp(tangentOfHand * (box.cx / 2.0) + box.cy / 2.0, -limit, limit));
+}
+
+/// The part of a box that a hand, at twelve o'clock at first, has passed: the centre, the middle of the top
+/// side, the corners passed, and the end of the hand. Which side the hand ends on is told by the diagonal's
+/// angle in whole degrees, so that just before the second and the fourth corner its end lies a little outside
+/// the box, on purpose.
+std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int diagonal) {
+  const auto [w, h] = box;
+  const double hw = w / 2.0;
+  const double hh = h / 2.0;
+  const LONG nearSide = clockwise ? w : 0;
+  const LONG farSide = clockwise ? 0 : w;
+  const int side = clockwise ? 1 : -1;
+  const std::array<POINT, 4> corners = {{{nearSide, 0}, {nearSide, h}, {farSide, h}, {farSide, 0}}};
+  if (angle >= 360) return {corners.begin(), corners.end()};
+
+  std::vector<POINT> points = {{w / 2, h / 2}, {w / 2, 0}};
+  const auto pass = [&](int cornersPassed, POINT end) {
+    points.insert(points.end(), corners.begin(), corners.begin() + cornersPassed);
+    points.push_back(end);
+  };
+  if (angle <= diagonal) {
+    // Only here the halves are whole numbers and the distance alone is truncated.
+    pass(0, {w / 2 + side * static_cast<int>(tangent(angle) * hh), 0});
+  } else if (angle <= 180 - diagonal) {
+    pass(1, {nearSide, heightOnSide(tangent(angle - 90), box)});
+  } else if (angle <= 180 + diagonal) {
+    pass(2, {static_cast<int>(tangent(side * (180 - angle)) * hh + hw), h});
+  } else if (angle <= 360 - diagonal) {
+    pass(3, {farSide, heightOnSide(tangent(270 - angle), box)});
+  } else {
+    pass(4, {static_cast<int>(hw - side * (tangent(360 - angle) * hh)), 0});
+  }
+  return points;
+}
+
+OwnedRegion clockRegion(const SIZE& box, int angle, bool clockwise, int diagonal) {
+  const std::vector<POINT> points = clockPolygon(box, angle, clockwise, diagonal);
+  return OwnedRegion(CreatePolygonRgn(points.data(), static_cast<int>(points.size()), ALTERNATE));
+}
+
+OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
+  // A picture too small for ten tiles has tiles of one pixel.
+  const int tileWidth = std::max<int>(picture.cx / 10, 1);
+  const int tileHeight = std::max<int>(picture.cy / 10, 1);
+  // All tiles are alike but for those that the right and the bottom side cut off.
+  std::array<OwnedRegion, 4> clocks;
+  const auto clockOf = [&](const SIZE& tile) {
+    OwnedRegion& clock = clocks[(tile.cx < tileWidth ? 1U : 0U) + (tile.cy < tileHeight ? 2U : 0U)];
+    if (!clock) clock = clockRegion(tile, angle, clockwise, diagonalAngle(tile));
+    return clock.get();
+  };
+  RegionCanvas canvas(picture);
+  for (int y = 0; y < picture.cy; y += tileHeight) {
+    for (int x = 0; x < picture.cx; x += tileWidth) {
+      canvas.add(
+          clockOf({std::min<int>(tileWidth, picture.cx - x), std::min<int>(tileHeight, picture.cy - y)}), x,
+          y);
+    }
+  }
+  return canvas.region();
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CSweepClockEffect::SetParameters(long a, long b) {
+  m_nDirection = a;
+  m_nAngle = b;
+  m_nDiagonal = dibkit::diagonalAngle(dibkit::sizeOf(m_pSrcDib));
+}
+
+BOOL CSweepClockEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  const SIZE picture = sizeOf(m_pSrcDib);
+  const OwnedRegion region =
+      clockRegion(picture, clampAmount(m_nAngle, 0, 360), m_nDirection != 0, static_cast<int>(m_nDiagonal));
+  if (!region) return FALSE;
+  // The place is that of the hand's polygon before it is clipped, unlike all other effects': where the hand's
+  // end lies outside the picture, it is larger than the piece. Hosts know and clip it themselves.
+  RECT box{};
+  GetRgnBox(region.get(), &box);
+  clipToPicture(region, picture);
+  const BOOL made = cutPiece(m_pSrcDib, region, *output);
+  output->rect = box;
+  return made;
+}
+
+BOOL CMultiSweepClock::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  const OwnedRegion region = manyClocks(sizeOf(m_pSrcDib), clampAmount(m_nAngle, 0, 360), m_nDirection != 0);
+  return cutPiece(m_pSrcDib, region, *output);
+}

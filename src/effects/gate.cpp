@@ -1,0 +1,233 @@
+#include "effects/gate.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "dib/allocate.h"
+#include "dib/pixel_format.h"
+#include "effects/angles.h"
+#include "effects/piece.h"
+
+namespace dibkit {
+namespace {
+
+/// The edge that stays fixed.
+enum Hinge : long { left, top, right, bottom };
+
+/// A door of w x h, opened. Sine and cosine have single precision and so have `t` and the projected corners;
+/// all else is double. Halves are whole numbers in two places and have their fraction in the others: edges
+/// land on their pixels only that way.
+struct Door {
+  long hinge;
+  int w;
+  int h;
+  double s;
+  double c;
+  double distance;
+};
+
+struct Projected {
+  float x;
+  float y;  ///< upward from the centre
+};
+
+/// Where a point of the picture is seen when the door is open.
+Projected project(const Door& door, int x, int y) {
+  const auto [hinge, w, h, s, c, distance] = door;
+  double z = 0;
+  double turnedX = 0;
+  double turnedY = 0;
+  switch (hinge) {
+    case left:
+      z = -x * s;
+      turnedX = -w / 2.0 + x * c;
+      turnedY = h / 2.0 - y;
+      break;
+    case top:
+      z = -y * s;
+      turnedX = x - w / 2.0;
+      turnedY = h / 2.0 - y * c;
+      break;
+    case right:
+      z = -(w - x) * s;
+      turnedX = w / 2.0 - (w - x) * c;
+      turnedY = h / 2.0 - y;
+      break;
+    default:
+      z = -(h - y) * s;
+      turnedX = x - w / 2;
+      turnedY = (h - y) * c - h / 2.0;
+      break;
+  }
+  return {static_cast<float>(turnedX / (1 - z / distance)), static_cast<float>(turnedY / (1 - z / distance))};
+}
+
+/// The frame coordinates of the opened door.
+struct Outline {
+  double left;
+  double top;
+  int width;
+  int height;
+};
+
+/// How many times as many pixels as the picture's an opened door may have. One that swings away from the
+/// viewer gets smaller; one that swings toward him, at a negative angle, grows beyond all bounds.
+constexpr std::int64_t largestGrowth = 64;
+
+/// Nothing for a door that comes too near to the viewer.
+std::optional<Outline> outlineOf(const Door& door) {
+  const std::array<Projected, 4> corners = {project(door, 0, 0), project(door, door.w, 0),
+                                            project(door, door.w, door.h), project(door, 0, door.h)};
+  const auto byX = [](const Projected& a, const Projected& b) { return a.x < b.x; };
+  const auto byY = [](const Projected& a, const Projected& b) { return a.y < b.y; };
+  const auto [leastX, greatestX] = std::minmax_element(corners.begin(), corners.end(), byX);
+  const auto [leastY, greatestY] = std::minmax_element(corners.begin(), corners.end(), byY);
+  const double boxLeft = door.w / 2.0 + leastX->x;
+  const double boxRight = door.w / 2.0 + greatestX->x;
+  const double boxTop = door.h / 2.0 - greatestY->y;
+  const double boxBottom = door.h / 2.0 - leastY->y;
+  for (const double side : {boxLeft, boxRight, boxTop, boxBottom}) {
+    if (!(std::abs(side) < 1 << 29)) return std::nullopt;
+  }
+  const auto extent = [](double from, double to) {
+    const int length = static_cast<int>(to) - static_cast<int>(from);
+    return length == 0 ? 1 : length;
+  };
+  const Outline box{boxLeft, boxTop, extent(boxLeft, boxRight), extent(boxTop, boxBottom)};
+  const std::int64_t largest = largestGrowth * door.w * door.h;
+  return box.width <= largest / box.height ? std::optional(box) : std::nullopt;
+}
+
+/// The way back from a line of the piece that runs along the hinge: the source line that it shows, and by
+/// how much distances from the middle of that line grow.
+struct LineMap {
+  double source;
+  double factor;
+};
+
+/// \param position the line's distance from the frame's centre: X to the right for vertical lines, Y upward
+/// for
+///        horizontal ones
+LineMap lineMap(const Door& door, double position) {
+  const auto [hinge, w, h, s, c, distance] = door;
+  float t = 0;
+  double source = 0;
+  switch (hinge) {
+    case left:
+      t = static_cast<float>((w / 2.0 + position) / (position / distance - c / s));
+      source = -t / s;
+      break;
+    case top:
+      t = static_cast<float>((position - h / 2.0) / (position / distance + c / s));
+      source = -t / s;
+      break;
+    case right:
+      t = static_cast<float>((position - w / 2) / (c / s + position / distance));
+      source = t / s + w;
+      break;
+    default:
+      t = static_cast<float>((h / 2 + position) / (position / distance - c / s));
+      source = t / s + h;
+      break;
+  }
+  return {source, 1 - t / distance};
+}
+
+/// A coordinate that may be anything, no number included, as a whole one; what truncation doesn't bring into
+/// [0, limit) comes out as -1 or `limit`.
+int truncated(double coordinate, int limit) {
+  return static_cast<int>(std::max(-1.0, std::min<double>(coordinate, limit)));
+}
+
+bool columnExists(int x, int width) { return x >= 0 && x < width; }
+
+/// The picture's top row is never shown, on purpose: the door has always been drawn without it.
+bool rowExists(int y, int height) { return y > 0 && y < height; }
+
+/// Every column of the piece shows one column of the source.
+void swingAboutVertical(const Door& door, const Outline& box, const ConstView& from, const View& to) {
+  const auto columns = static_cast<std::size_t>(to.width());
+  std::vector<int> sourceX(columns);
+  std::vector<double> factor(columns);
+  for (std::size_t i = 0; i < columns; ++i) {
+    const LineMap map = lineMap(door, static_cast<double>(i) + box.left - door.w / 2.0);
+    const int x = truncated(map.source, door.w);
+    const bool shows = columnExists(x, door.w);
+    sourceX[i] = shows ? x : 0;
+    factor[i] = shows ? map.factor : std::numeric_limits<double>::quiet_NaN();  // leads to no row
+  }
+  std::vector<int> sourceY(columns);
+  for (int j = 0; j < to.height(); ++j) {
+    const double y = door.h / 2.0 - j - box.top;
+    for (std::size_t i = 0; i < columns; ++i) sourceY[i] = truncated(door.h / 2.0 - factor[i] * y, door.h);
+    BYTE* row = to.row(j);
+    for (std::size_t i = 0; i < columns; ++i) {
+      if (!rowExists(sourceY[i], door.h)) continue;
+      Bgra32::put(row, static_cast<int>(i), Bgra32::get(from.row(sourceY[i]), sourceX[i]));
+    }
+  }
+}
+
+/// Every row of the piece shows one row of the source.
+void swingAboutHorizontal(const Door& door, const Outline& box, const ConstView& from, const View& to) {
+  const auto columns = static_cast<std::size_t>(to.width());
+  std::vector<double> x(columns);
+  for (std::size_t i = 0; i < columns; ++i) x[i] = static_cast<double>(i) + box.left - door.w / 2.0;
+  std::vector<int> sourceX(columns);
+  for (int j = 0; j < to.height(); ++j) {
+    const LineMap map = lineMap(door, door.h / 2.0 - j - box.top);
+    const int y = truncated(map.source, door.h);
+    if (!rowExists(y, door.h)) continue;
+    for (std::size_t i = 0; i < columns; ++i)
+      sourceX[i] = truncated(door.w / 2.0 + map.factor * x[i], door.w);
+    const BYTE* source = from.row(y);
+    BYTE* row = to.row(j);
+    for (std::size_t i = 0; i < columns; ++i) {
+      if (columnExists(sourceX[i], door.w))
+        Bgra32::put(row, static_cast<int>(i), Bgra32::get(source, sourceX[i]));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace dibkit
+
+void CGate3DEffect::SetParameters(long a, long b) {
+  m_nOrientation = a;
+  m_nAngle = b;
+  const double angle = dibkit::radians(static_cast<double>(b));
+  m_fSine = static_cast<float>(std::sin(angle));
+  m_fCosine = static_cast<float>(std::cos(angle));
+  m_nDistance = a == dibkit::left || a == dibkit::right ? m_pSrcDib->biWidth : m_pSrcDib->biHeight;
+}
+
+BOOL CGate3DEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  if (m_nOrientation < left || m_nOrientation > bottom) return FALSE;
+  const auto [w, h] = sizeOf(m_pSrcDib);
+  if (m_fSine == 0) {
+    // A shut door has no way back that could be calculated, and shows the picture as it is.
+    output->image = copyOf(m_pSrcDib).release();
+    output->rect = {0, 0, w, h};
+    return output->image != nullptr ? TRUE : FALSE;
+  }
+  const Door door{m_nOrientation, w, h, m_fSine, m_fCosine, static_cast<double>(m_nDistance)};
+  const std::optional<Outline> box = outlineOf(door);
+  if (!box) return FALSE;
+  const int width = box->width;
+  const int height = box->height;
+  OwnedDib piece = createDib(width, height, 32, 0);
+  if (!piece) return FALSE;
+  const bool vertical = m_nOrientation == left || m_nOrientation == right;
+  (vertical ? swingAboutVertical : swingAboutHorizontal)(door, *box, ConstView(m_pSrcDib), View(piece.get()));
+
+  const LONG x = m_nOrientation == right ? w - width : 0;
+  const LONG y = m_nOrientation == bottom ? h - height : 0;
+  output->image = piece.release();
+  output->rect = {x, y, x + width, y + height};
+  return TRUE;
+}

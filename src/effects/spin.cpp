@@ -1,0 +1,61 @@
+#include "effects/spin.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "dib/allocate.h"
+#include "dib/pixel_format.h"
+#include "effects/angles.h"
+#include "effects/piece.h"
+
+namespace dibkit {
+namespace {
+
+/// The source place that a place of the squashed picture shows.
+int stretched(int place, double squash, int extent) {
+  return static_cast<int>(std::clamp<double>(place / squash, 0, extent - 1));
+}
+
+/// Turned about the horizontal centre line: rows are left out.
+void squashRows(const ConstView& from, const View& to, double squash) {
+  for (int y = 0; y < to.height(); ++y) {
+    std::memcpy(to.row(y), from.row(stretched(y, squash, from.height())),
+                static_cast<std::size_t>(to.stride()));
+  }
+}
+
+/// Turned about the vertical centre line: columns are left out.
+void squashColumns(const ConstView& from, const View& to, double squash) {
+  std::vector<int> column(static_cast<std::size_t>(to.width()));
+  for (int x = 0; x < to.width(); ++x)
+    column[static_cast<std::size_t>(x)] = stretched(x, squash, from.width());
+  for (int y = 0; y < to.height(); ++y) {
+    const BYTE* source = from.row(y);
+    BYTE* row = to.row(y);
+    for (int x = 0; x < to.width(); ++x)
+      Bgra32::put(row, x, Bgra32::get(source, column[static_cast<std::size_t>(x)]));
+  }
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BOOL CSpinEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  if (m_nAxis != 0 && m_nAxis != 1) return FALSE;
+  const auto [w, h] = sizeOf(m_pSrcDib);
+  const bool rows = m_nAxis == 0;
+  const double squash = std::cos(radians(static_cast<double>(m_nAngle)));
+  // Between 90 and 270 degrees the size is negative, and no image can be had.
+  const auto seen = static_cast<int>((rows ? h : w) * squash);
+  OwnedDib piece = createDib(rows ? w : seen, rows ? seen : h, 32, 0, Pixels::unwritten);
+  if (!piece) return FALSE;
+  (rows ? squashRows : squashColumns)(ConstView(m_pSrcDib), View(piece.get()), squash);
+
+  const int margin = ((rows ? h : w) - seen) / 2;
+  output->image = piece.release();
+  output->rect = rows ? RECT{0, margin, w, margin + seen} : RECT{margin, 0, margin + seen, h};
+  return TRUE;
+}

@@ -1,0 +1,102 @@
+#include "effects/spiral.h"
+
+#include <cmath>
+#include <vector>
+
+#include "effects/angles.h"
+#include "effects/piece.h"
+#include "effects/region_canvas.h"
+
+namespace dibkit {
+namespace {
+
+/// How far the arm's tip runs ahead, so that the first triangle already has a width.
+constexpr int lead = 20;
+
+double halfDiagonal(const SIZE& picture) {
+  const std::int64_t w = picture.cx;
+  const std::int64_t h = picture.cy;
+  return std::sqrt(static_cast<double>(w * w + h * h)) / 2.0;
+}
+
+/// Twice the area of the triangle centre, a, b; its sign is the sense of rotation.
+std::int64_t turn(const POINT& centre, const POINT& a, const POINT& b) {
+  return (std::int64_t{a.x} - centre.x) * (std::int64_t{b.y} - centre.y) -
+         (std::int64_t{a.y} - centre.y) * (std::int64_t{b.x} - centre.x);
+}
+
+/// Triangles that share the centre. Neighbours that turn the same way are gathered into one polygon, which
+/// holds just the pixels of its triangles: the sides that two of them share are crossed twice.
+class Fan {
+ public:
+  Fan(RegionCanvas& canvas, const POINT& centre) : canvas_(canvas), centre_(centre) {}
+
+  void addTriangle(const POINT& from, const POINT& to) {
+    const std::int64_t sense = turn(centre_, from, to);
+    if (sense == 0) return;
+    if (!continuesWith(from, to, sense)) {
+      close();
+      outline_.push_back(from);
+      sense_ = sense;
+    }
+    outline_.push_back(to);
+  }
+
+  void close() {
+    if (outline_.empty()) return;
+    outline_.push_back(centre_);
+    const OwnedRegion region(CreatePolygonRgn(outline_.data(), static_cast<int>(outline_.size()), ALTERNATE));
+    canvas_.add(region.get());
+    outline_.clear();
+  }
+
+ private:
+  /// Whether the next triangle starts where the fan ends, turns the same way and leaves the fan less than
+  /// half a turn wide, so that its triangles lie side by side.
+  bool continuesWith(const POINT& from, const POINT& to, std::int64_t sense) const {
+    if (outline_.empty() || from.x != outline_.back().x || from.y != outline_.back().y) return false;
+    const std::int64_t span = turn(centre_, outline_.front(), to);
+    return (sense > 0) == (sense_ > 0) && span != 0 && (span > 0) == (sense_ > 0);
+  }
+
+  RegionCanvas& canvas_;
+  POINT centre_;
+  std::vector<POINT> outline_;  ///< the outer ends so far
+  std::int64_t sense_ = 0;
+};
+
+OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
+  const POINT centre{picture.cx / 2, picture.cy / 2};
+  const double radius = halfDiagonal(picture);
+  const int angle = clampAmount(amount, 0, static_cast<int>(coveringSpiralAngle(picture)));
+  RegionCanvas canvas(picture);
+  canvas.add(RECT{centre.x, centre.y, centre.x + 1, centre.y + 1});
+  Fan fan(canvas, centre);
+  POINT last{centre.x + 1, centre.y};
+  for (int i = 0; i < angle; ++i) {
+    const int reached = std::min(i + lead, angle);
+    const double distance = reached * radius / 720.0;
+    const double direction = radians(clockwise ? 360 - reached : reached);
+    const POINT tip{static_cast<int>(std::cos(direction) * distance + picture.cx / 2.0),
+                    static_cast<int>(picture.cy / 2.0 - std::sin(direction) * distance)};
+    fan.addTriangle(last, tip);
+    last = tip;
+  }
+  fan.close();
+  return canvas.region();
+}
+
+}  // namespace
+
+long coveringSpiralAngle(const SIZE& picture) {
+  const double radius = halfDiagonal(picture);
+  // Three pixels beyond the corners make good for truncation and for the straight sides of the triangles.
+  return static_cast<long>(std::ceil(720.0 * (radius * 1.001 + 3.0) / radius)) + 360;
+}
+
+}  // namespace dibkit
+
+BOOL CSolenoidWipeEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  return cutPiece(m_pSrcDib, spiralRegion(sizeOf(m_pSrcDib), m_nAngle, m_nDirection == 1), *output);
+}

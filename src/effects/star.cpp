@@ -1,0 +1,138 @@
+#include "effects/star.h"
+
+#include <array>
+#include <cmath>
+
+#include "effects/piece.h"
+
+namespace dibkit {
+namespace {
+
+OwnedRegion irisRegion(const SIZE& picture, long amount) {
+  const auto [w, h] = picture;
+  const int r = clampAmount(amount, 0, static_cast<int>(coveringIris(picture)));
+  const int ry = static_cast<int>(static_cast<double>(r) * h / w);
+  const int cx = w / 2;
+  const int cy = h / 2;
+  const POINT points[] = {{cx - r, cy - ry}, {0, cy}, {cx - r, cy + ry}, {cx, h},
+                          {cx + r, cy + ry}, {w, cy}, {cx + r, cy - ry}, {cx, 0}};
+  return OwnedRegion(CreatePolygonRgn(points, 8, ALTERNATE));
+}
+
+struct UnitPoint {
+  double x;
+  double y;  ///< upward
+};
+
+/// y = m x + c
+struct Chord {
+  double m;
+  double c;
+};
+
+Chord chord(UnitPoint from, UnitPoint to) {
+  const double m = (to.y - from.y) / (to.x - from.x);
+  return {m, from.y - m * from.x};
+}
+
+UnitPoint crossing(Chord a, Chord b) {
+  const double x = (b.c - a.c) / (a.m - b.m);
+  return {x, a.m * x + a.c};
+}
+
+/// A five-pointed star of radius 1 about the origin, pointing up: outer and inner vertices in turn, counter-
+/// clockwise from the top.
+struct UnitStar {
+  std::array<UnitPoint, 10> vertices;
+  double width;   ///< between the inner vertices at the left and right
+  double height;  ///< from the upper points down to the lowest inner vertex
+};
+
+UnitStar unitStar() {
+  // 72 and 54 degrees with eight decimals; more would move vertices that lie on whole pixels.
+  constexpr double alpha = 1.25663704;
+  constexpr double beta = 0.94247778;
+  const UnitPoint top{0.0, 1.0};
+  const UnitPoint left{-std::sin(alpha), std::cos(alpha)};
+  const UnitPoint bottomLeft{-std::cos(beta), -std::sin(beta)};
+  const UnitPoint bottomRight{std::cos(beta), -std::sin(beta)};
+  const UnitPoint right{std::sin(alpha), std::cos(alpha)};
+
+  const Chord topToLeft = chord(top, bottomLeft);
+  const Chord leftToRight = chord(left, bottomRight);
+  const Chord rightToLeft = chord(bottomLeft, right);
+  const Chord across = chord(left, right);
+  const Chord topToRight = chord(top, bottomRight);
+
+  const UnitPoint inner1 = crossing(topToLeft, across);
+  const UnitPoint inner2 = crossing(topToLeft, leftToRight);
+  const UnitPoint inner3 = crossing(leftToRight, rightToLeft);
+  const UnitPoint inner4 = crossing(rightToLeft, topToRight);
+  const UnitPoint inner5 = crossing(across, topToRight);
+  return {{top, inner1, left, inner2, bottomLeft, inner3, bottomRight, inner4, right, inner5},
+          inner4.x - inner2.x,
+          std::cos(alpha) - inner3.y};
+}
+
+/// The factor of the unit star at which it spans `percent` of the picture's width or height, whichever is
+/// more.
+double starScale(const UnitStar& star, const SIZE& picture, std::int64_t percent) {
+  const auto scale = [percent](std::int64_t extent, double unit) {
+    return static_cast<double>(extent * percent) / 100 / unit;
+  };
+  return std::max(scale(picture.cx, star.width), scale(picture.cy, star.height));
+}
+
+OwnedRegion starRegion(const SIZE& picture, long amount) {
+  static const UnitStar star = unitStar();
+  // A negative amount turns the star upside down; it covers the picture at the same size.
+  const int covering = static_cast<int>(coveringStarPercent(picture));
+  const double s = starScale(star, picture, clampAmount(amount, -covering, covering));
+  std::array<POINT, 10> points;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    points[i].x = static_cast<int>(star.vertices[i].x * s + picture.cx / 2.0);
+    points[i].y = static_cast<int>(picture.cy / 2.0 - star.vertices[i].y * s);
+  }
+  return OwnedRegion(CreatePolygonRgn(points.data(), 10, ALTERNATE));
+}
+
+}  // namespace
+
+long coveringIris(const SIZE& picture) {
+  // The inner vertices have to reach the corners. Half of an odd extent loses its fraction on the right and
+  // bottom, and so does the vertical opening by truncation.
+  const std::int64_t halfWidth = (picture.cx + 1) / 2;
+  const std::int64_t halfHeight = (picture.cy + 1) / 2;
+  const double forHeight = std::ceil(static_cast<double>(halfHeight * picture.cx) / picture.cy);
+  const auto opening = std::max<std::int64_t>(halfWidth, static_cast<std::int64_t>(forHeight));
+  const bool reaches = static_cast<int>(static_cast<double>(opening) * picture.cy / picture.cx) >= halfHeight;
+  return static_cast<long>(reaches ? opening : opening + 1);
+}
+
+long coveringStarPercent(const SIZE& picture) {
+  // The pentagon of the inner vertices holds a circle of this radius; it has to hold the corners, and two
+  // pixels more make good for truncation.
+  constexpr double innerRadius = 0.309;
+  const double w = picture.cx;
+  const double h = picture.cy;
+  const double needed = (std::sqrt(w * w + h * h) / 2.0 + 2.0) / innerRadius;
+  return static_cast<long>(std::ceil(100.0 * needed / starScale(unitStar(), picture, 100)));
+}
+
+}  // namespace dibkit
+
+BOOL CIrisEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  const SIZE picture = sizeOf(m_pSrcDib);
+  const OwnedRegion region = irisRegion(picture, m_nAmount);
+  clipToPicture(region, picture);
+  return cutPiece(m_pSrcDib, region, *output);
+}
+
+BOOL CStarWipeEffect::GenerateFrame(EffectOutput* output) {
+  using namespace dibkit;
+  const SIZE picture = sizeOf(m_pSrcDib);
+  const OwnedRegion region = starRegion(picture, m_nAmount);
+  clipToPicture(region, picture);
+  return cutPiece(m_pSrcDib, region, *output);
+}

@@ -1,0 +1,132 @@
+#include <cmath>
+
+#include "effects/stage.h"
+
+namespace {
+
+using namespace test;
+
+double radiansOf(double degrees) { return degrees * 3.1415926 / 180.0; }
+double t(double degrees) { return std::tan(radiansOf(degrees)); }
+int whole(double value) { return static_cast<int>(value); }
+
+OwnedRegion clockPlainly(int w, int h, int angle, bool clockwise) {
+  const int d = whole(std::atan(static_cast<double>(w) / h) / 3.1415926 * 180.0);
+  const double hw = w / 2.0;
+  const double hh = h / 2.0;
+  std::vector<POINT> p = {{w / 2, h / 2}, {w / 2, 0}};
+  const auto add = [&p](std::initializer_list<POINT> more) { p.insert(p.end(), more); };
+  if (clockwise) {
+    if (angle <= d) {
+      add({{w / 2 + whole(t(angle) * hh), 0}});
+    } else if (angle <= 180 - d) {
+      add({{w, 0}, {w, whole(t(angle - 90) * hw + hh)}});
+    } else if (angle <= 180 + d) {
+      add({{w, 0}, {w, h}, {whole(t(180 - angle) * hh + hw), h}});
+    } else if (angle <= 360 - d) {
+      add({{w, 0}, {w, h}, {0, h}, {0, whole(t(270 - angle) * hw + hh)}});
+    } else {
+      add({{w, 0}, {w, h}, {0, h}, {0, 0}, {whole(hw - t(360 - angle) * hh), 0}});
+    }
+  } else {
+    if (angle <= d) {
+      add({{w / 2 - whole(t(angle) * hh), 0}});
+    } else if (angle <= 180 - d) {
+      add({{0, 0}, {0, whole(t(angle - 90) * hw + hh)}});
+    } else if (angle <= 180 + d) {
+      add({{0, 0}, {0, h}, {whole(t(angle - 180) * hh + hw), h}});
+    } else if (angle <= 360 - d) {
+      add({{0, 0}, {0, h}, {w, h}, {w, whole(t(270 - angle) * hw + hh)}});
+    } else {
+      add({{0, 0}, {0, h}, {w, h}, {w, 0}, {whole(t(360 - angle) * hh + hw), 0}});
+    }
+  }
+  return OwnedRegion(CreatePolygonRgn(p.data(), static_cast<int>(p.size()), ALTERNATE));
+}
+
+constexpr int angles[] = {0,   1,   20,  44,  45,  46,  60,  89,  90,  91,  120, 134, 135, 136, 150, 179,
+                          180, 181, 224, 225, 226, 240, 269, 270, 271, 300, 314, 315, 316, 340, 359, 360};
+
+TEST(SweepClock, MatchesItsPlainTwin) {
+  for (const auto& [w, h] : {std::pair{2, 2}, {7, 5}, {16, 33}, {100, 60}, {60, 100}, {101, 99}, {40, 40}}) {
+    const OwnedDib picture = numberedPicture(w, h);
+    for (const int angle : angles) {
+      for (const long direction : {0L, 1L, -3L}) {
+        SCOPED_TRACE(testing::Message() << w << 'x' << h << ' ' << angle << " direction " << direction);
+        const OwnedRegion region = clockPlainly(w, h, angle, direction != 0);
+        RECT box{};
+        GetRgnBox(region.get(), &box);
+        clip(region, picture);
+        Stage expected = cutPlainly(picture, region);
+        expected.rect = box;
+        expectStage(render(1, picture, direction, angle), expected);
+      }
+    }
+  }
+}
+
+TEST(SweepClock, QuarterIsTheTopRightOne) {
+  EXPECT_EQ(render(1, numberedPicture(100, 100), 1, 90).rect, (RECT{50, 0, 100, 50}));
+}
+
+TEST(SweepClock, PlaceIsThatOfTheHandBeforeClipping) {
+  // The diagonal stands at 45.7 degrees and counts as 45. At 180 - 45 degrees the hand therefore still ends
+  // on the right side, at tan 45 * 100 + 97.5 = 197, two rows below the picture.
+  const Stage stage = render(1, numberedPicture(200, 195), 1, 135);
+  EXPECT_EQ(stage.rect, (RECT{100, 0, 200, 197}));
+  EXPECT_EQ(stage.image->biHeight, 195);
+}
+
+TEST(SweepClock, PointsAlongTheSidesOfAVeryThinPicture) {
+  // The diagonal counts as 0 degrees, so that at 180 the hand ends far below on the right side: rows below
+  // the centre show what lies right of a line that leaves column 1 at once and reaches column 2 never.
+  const OwnedDib picture = numberedPicture(3, 200);
+  const Stage stage = render(1, picture, 1, 180);
+  ASSERT_EQ(stage.image->biWidth, 2);
+  ASSERT_EQ(stage.image->biHeight, 200);
+  for (int y = 0; y < 200; ++y) {
+    EXPECT_EQ(pixel(stage.image, 0, y), pixel(picture, 1, y) & (y <= 100 ? 0xFFFFFFFF : 0xFFFFFF));
+    EXPECT_EQ(pixel(stage.image, 1, y), pixel(picture, 2, y));
+  }
+  const Stage whole = render(1, picture, 1, 360);
+  EXPECT_EQ(whole.rect, (RECT{0, 0, 3, 200}));
+  EXPECT_EQ(pixelsOf(whole.image), pixelsOf(picture));
+}
+
+TEST(Clocks, StopAtTwelve) {
+  const OwnedDib picture = numberedPicture(30, 20);
+  for (const int effect : {1, 2}) {
+    for (const long amount : {361L, 1000L, LONG_MAX}) {
+      EXPECT_EQ(pixelsOf(render(effect, picture, 1, amount).image), pixelsOf(picture));
+    }
+    for (const long amount : {0L, -1L, LONG_MIN}) {
+      const Stage stage = render(effect, picture, 1, amount);
+      EXPECT_EQ(stage.result, 1);
+      EXPECT_EQ(stage.rect, RECT{});
+    }
+  }
+}
+
+TEST(MultiClock, MatchesItsPlainTwin) {
+  for (const auto& [w, h] : {std::pair{10, 10}, {19, 33}, {100, 60}, {105, 47}, {3, 9}}) {
+    const OwnedDib picture = numberedPicture(w, h);
+    const int tw = std::max(1, w / 10);
+    const int th = std::max(1, h / 10);
+    for (const int angle : angles) {
+      const bool clockwise = angle % 2 == 0;
+      SCOPED_TRACE(testing::Message() << w << 'x' << h << ' ' << angle);
+      OwnedRegion region;
+      for (int y = 0; y < h; y += th) {
+        for (int x = 0; x < w; x += tw) {
+          OwnedRegion tile = clockPlainly(std::min(tw, w - x), std::min(th, h - y), angle, clockwise);
+          OffsetRgn(tile.get(), x, y);
+          join(region, std::move(tile));
+        }
+      }
+      clip(region, picture);
+      expectStage(render(2, picture, clockwise ? 1 : 0, angle), cutPlainly(picture, region));
+    }
+  }
+}
+
+}  // namespace
