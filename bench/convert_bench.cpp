@@ -105,6 +105,26 @@ Map mapOf(const OwnedDib& source) {
   return map;
 }
 
+/// Onto a palette of 256 colours, by the platform's matching.
+void measureLogicalPalette(benchmark::State& state, const OwnedDib& source, UINT bitCount) {
+  std::vector<BYTE> block(4 + 4 * 256);
+  auto* description = reinterpret_cast<LOGPALETTE*>(block.data());
+  description->palVersion = 0x300;
+  description->palNumEntries = static_cast<WORD>(1U << bitCount);
+  for (int i = 0; i < 256; ++i) {
+    description->palPalEntry[i] = {static_cast<BYTE>(i & 0xE0), static_cast<BYTE>(i << 3 & 0xE0),
+                                   static_cast<BYTE>(i << 6 & 0xC0), 0};
+  }
+  CPalette palette;
+  palette.CreatePalette(description);
+  for (auto _ : state) {
+    const OwnedDib result(
+        ConvertDIBFormat(source.get(), bitCount, static_cast<HPALETTE>(palette.GetSafeHandle())));
+    benchmark::DoNotOptimize(result.get());
+  }
+  bench::countPixels(state, source->biWidth, source->biHeight);
+}
+
 /// Remapping onto a given palette by the quantising library; making the palette is not measured.
 void measureQuantiser(benchmark::State& state, const OwnedDib& source) {
   const dibkit::ConstView view(source.get());
@@ -177,6 +197,13 @@ const bool registered = [] {
   registerReduction("Convert/Convert24BitsDIBToLowerBitsDIB/cartoon", bench::cartoon24, shared);
   registerReduction("Convert/StandardMapLoop/cartoon", bench::cartoon24, standard);
   for (const auto& [width, height] : bench::sizes) {
+    for (const UINT bitCount : {8U, 4U, 1U}) {
+      const std::string name = "Convert/ConvertDIBFormat/photo/" + std::to_string(bitCount) + "Bits";
+      benchmark::RegisterBenchmark(bench::nameOf(name, width, height).c_str(),
+                                   [=, width = width, height = height](benchmark::State& state) {
+                                     measureLogicalPalette(state, bench::photo24(width, height), bitCount);
+                                   });
+    }
     benchmark::RegisterBenchmark(bench::nameOf("Convert/QuantiserRemap/photo", width, height).c_str(),
                                  [width = width, height = height](benchmark::State& state) {
                                    measureQuantiser(state, bench::photo24(width, height));

@@ -1,5 +1,8 @@
+#include <span>
+
 #include "convert/convert.h"
 #include "convert/palette_finish.h"
+#include "dib/device.h"
 #include "palette/palette.h"
 #include "support.h"
 
@@ -96,6 +99,29 @@ void paletteArrays(fuzz::Input& input, ColourMap& map) {
   CPaletteFuns::MakeGrayPalette(palette.data(), count);
 }
 
+/// By way of the platform: onto a logical palette, through a bitmap, and over the clipboard.
+OwnedDib throughThePlatform(BITMAPINFOHEADER* dib, fuzz::Input& input) {
+  std::vector<BYTE> block(4 + 4 * 256);
+  auto* description = reinterpret_cast<LOGPALETTE*>(block.data());
+  description->palVersion = 0x300;
+  description->palNumEntries = static_cast<WORD>(input.byte() % 17U * 16U);
+  for (BYTE& byte : std::span(block).subspan(4, 64)) byte = input.byte();
+  CPalette palette;
+  palette.CreatePalette(description);
+  static constexpr UINT depths[] = {1, 4, 8, 16, 24, 32, 2, 0};
+  const UINT depth = depths[input.byte() % 8];
+  OwnedDib converted(ConvertDIBFormat(dib, depth, static_cast<HPALETTE>(palette.GetSafeHandle())));
+  CBitmapConverter::CopyBitmapToClipboard(converted ? converted.get() : dib, nullptr);
+  return converted;
+}
+
+OwnedDib throughABitmap(fuzz::Input& input) {
+  const int width = input.byte() % 40;
+  const int height = input.byte() % 40;
+  const dibkit::OwnedBitmap bitmap(CreateBitmap(width, height, 1, input.byte() % 40U, nullptr));
+  return OwnedDib(CBitmapConverter::ConvertDDBToDIB(bitmap.get()));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -105,7 +131,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Image image(input, depths[input.byte() % 5]);
   Progress progress(input.byte());
   OwnedDib result;
-  switch (operation % 8) {
+  switch (operation % 10) {
     case 0:
     case 1:
       result.reset(choose(conversions, input)(image.get(), &progress));
@@ -136,8 +162,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       paletteArrays(input, map);
       break;
     }
-    default:
+    case 7:
       finishFrame(image.get(), input);
+      break;
+    case 8:
+      result = throughABitmap(input);
+      break;
+    default:
+      result = throughThePlatform(image.get(), input);
   }
   return 0;
 }

@@ -100,6 +100,18 @@ class DIBKIT_API CBitmapConverter {
   /// is at least `threshold` (CPaletteFuns::GetThreshValueForm8BitsGrayDib gives a good one).
   static BITMAPINFOHEADER* Convert8BitsGrayDibTo1BitsDib(BITMAPINFOHEADER* source, int threshold,
                                                          CQorCommonProgress* progress);
+
+  /// The packed DIB of a device-dependent bitmap or a section, at its own depth: pixels and colours
+  /// unchanged, its palette full (biClrUsed 0), its biSizeImage filled in. \return null for a null handle,
+  /// one of no bitmap, or when the platform fails
+  static BITMAPINFOHEADER* ConvertDDBToDIB(HBITMAP bitmap);
+
+  /// Puts an image on the clipboard, as CF_DIB, and before it the palette of an 8-bit one as CF_PALETTE. The
+  /// clipboard owns both copies.
+  /// \param owner window that the clipboard is opened for; may be null
+  /// \return FALSE for a null or unusable image or when there is no memory for the copy, otherwise TRUE, also
+  /// when the clipboard cannot be had
+  static int CopyBitmapToClipboard(BITMAPINFOHEADER* dib, HWND owner);
 };
 
 /// A 24-bit image onto the palette of a colour map, at the smallest depth that holds the map: 1 bit below 3
@@ -109,3 +121,10 @@ class DIBKIT_API CBitmapConverter {
 /// \return the new image, owned by the caller, with biClrUsed = the map's count; null as told above
 DIBKIT_API BITMAPINFOHEADER* Convert24BitsDIBToLowerBitsDIB(BITMAPINFOHEADER* source,
                                                             CMap<DWORD, DWORD&, int, int&>& map);
+
+/// An image of any depth at another one, colours matched by the platform: onto 1, 4 or 8 bits each pixel
+/// becomes the nearest colour of the palette, which is also the result's. To more bits the palette does not
+/// count. \param palette at most as many entries as the target can index; only so many are used of a larger
+/// one \return a new image that the caller owns, with biSizeImage filled in; null for a null or unusable
+/// image, a depth of no image, no palette where one is needed, or when the platform or memory fails
+DIBKIT_API BITMAPINFOHEADER* ConvertDIBFormat(BITMAPINFOHEADER* source, UINT bitCount, HPALETTE palette);

@@ -23,4 +23,30 @@ class CPoint : public POINT {
   bool operator!=(const POINT& other) const { return !(*this == other); }
 };
 
+/// A logical palette and its owner.
+class CPalette {
+ public:
+  CPalette() = default;
+  ~CPalette() { DeleteObject(); }
+  CPalette(const CPalette&) = delete;
+  CPalette& operator=(const CPalette&) = delete;
+
+  BOOL CreatePalette(LOGPALETTE* description) {
+    DeleteObject();
+    palette_ = ::CreatePalette(description);
+    return palette_ != nullptr ? TRUE : FALSE;
+  }
+  HGDIOBJ GetSafeHandle() const { return palette_; }
+  /// Hands the palette over to the caller.
+  HGDIOBJ Detach() {
+    const HGDIOBJ palette = palette_;
+    palette_ = nullptr;
+    return palette;
+  }
+  BOOL DeleteObject() { return palette_ != nullptr ? ::DeleteObject(Detach()) : FALSE; }
+
+ private:
+  HPALETTE palette_ = nullptr;
+};
+
 #endif

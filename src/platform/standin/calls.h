@@ -99,7 +99,46 @@ DIBKIT_API BOOL RoundRect(HDC context, int left, int top, int right, int bottom,
                           int ellipseHeight);
 /// @}
 
-/// Describes a bitmap (a BITMAP) or another graphics object.
+/// \name Palettes
+/// Logical palettes are made here and released with DeleteObject; none is ever realised, since the screen
+/// shows true colours. Colour tables are those of the DIB section that a context has selected.
+/// @{
+DIBKIT_API HPALETTE CreatePalette(const LOGPALETTE* description);
+/// Copies entries from `first` on, as many as there are; their number alone when `out` is null.
+DIBKIT_API UINT GetPaletteEntries(HPALETTE palette, UINT first, UINT count, PALETTEENTRY* out);
+/// \return the palette that was selected before
+DIBKIT_API HPALETTE SelectPalette(HDC context, HPALETTE palette, BOOL background);
+/// \return how many entries changed on the screen
+DIBKIT_API UINT RealizePalette(HDC context);
+/// \return how many entries were written or read
+DIBKIT_API UINT SetDIBColorTable(HDC context, UINT first, UINT count, const RGBQUAD* colours);
+DIBKIT_API UINT GetDIBColorTable(HDC context, UINT first, UINT count, RGBQUAD* colours);
+/// @}
+
+/// \name Global memory
+/// A handle is the address of its block. GlobalFree gives null when it has released the block.
+/// @{
+DIBKIT_API HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes);
+DIBKIT_API void* GlobalLock(HGLOBAL block);
+DIBKIT_API BOOL GlobalUnlock(HGLOBAL block);
+DIBKIT_API SIZE_T GlobalSize(HGLOBAL block);
+DIBKIT_API HGLOBAL GlobalFree(HGLOBAL block);
+/// @}
+
+/// \name Clipboard
+/// One for the process. It owns what was put on it: palettes and bitmaps are released with DeleteObject, all
+/// else with GlobalFree. What GetClipboardData gives stays the clipboard's.
+/// @{
+DIBKIT_API BOOL OpenClipboard(HWND owner);
+DIBKIT_API BOOL CloseClipboard(void);
+DIBKIT_API BOOL EmptyClipboard(void);
+DIBKIT_API HANDLE SetClipboardData(UINT format, HANDLE data);
+DIBKIT_API HANDLE GetClipboardData(UINT format);
+DIBKIT_API UINT EnumClipboardFormats(UINT format);
+DIBKIT_API BOOL IsClipboardFormatAvailable(UINT format);
+/// @}
+
+/// Describes a bitmap (a BITMAP), a palette (a WORD, the number of its entries) or another graphics object.
 /// \return the size of the description; 0 for failure
 DIBKIT_API int GetObjectW(HANDLE object, int byteCount, void* out);
 /// Releases a region or any other graphics object. One that is selected goes when it is deselected.

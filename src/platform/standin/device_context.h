@@ -29,6 +29,8 @@ class DeviceContext : public GdiObject {
   /// Puts an object in the place of the one of its kind and returns that; null when it can not be selected
   /// here.
   GdiObject* select(GdiObject* object);
+  /// Palettes have a way of their own to be selected.
+  GdiObject* selectPalette(GdiObject* palette) { return put(palette_, palette); }
 
   /// Paints the part of an area, in the surface's coordinates, that lies on the surface and in the clip
   /// region.
@@ -50,9 +52,12 @@ class DeviceContext : public GdiObject {
   std::optional<Region> clip;  ///< in the surface's coordinates, whatever the origin
 
  private:
+  static GdiObject* put(GdiObject*& place, GdiObject* object);
+
   GdiObject* bitmap_ = nullptr;
   GdiObject* pen_;
   GdiObject* brush_;
+  GdiObject* palette_;
 };
 
 }  // namespace dibkit::standin

@@ -28,12 +28,15 @@ HDC newContext(DeviceContext::Target target) {
 }  // namespace
 
 DeviceContext::DeviceContext(Target target)
-    : GdiObject(ownKind), pen_(stockObject(BLACK_PEN)), brush_(stockObject(WHITE_BRUSH)) {
+    : GdiObject(ownKind),
+      pen_(stockObject(BLACK_PEN)),
+      brush_(stockObject(WHITE_BRUSH)),
+      palette_(stockObject(DEFAULT_PALETTE)) {
   if (target == Target::memory) bitmap_ = placeholderBitmap();
 }
 
 DeviceContext::~DeviceContext() {
-  for (GdiObject* object : {bitmap_, pen_, brush_}) {
+  for (GdiObject* object : {bitmap_, pen_, brush_, palette_}) {
     if (object != nullptr) object->deselect();
   }
 }
@@ -60,9 +63,12 @@ GdiObject* DeviceContext::select(GdiObject* object) {
     default:
       break;
   }
-  if (place == nullptr) return nullptr;
+  return place != nullptr ? put(*place, object) : nullptr;
+}
+
+GdiObject* DeviceContext::put(GdiObject*& place, GdiObject* object) {
   object->select();
-  GdiObject* before = std::exchange(*place, object);
+  GdiObject* before = std::exchange(place, object);
   before->deselect();
   return before;
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/guard.h"
+#include "platform/standin/palette_object.h"
 
 namespace dibkit::standin {
 
@@ -34,6 +35,7 @@ HPEN newPen(int width, COLORREF colour, bool squareCaps, bool null) {
 
 GdiObject* stockObject(int number) {
   static StockTools tools;
+  if (number == DEFAULT_PALETTE) return defaultPalette();
   if (number >= WHITE_BRUSH && number <= NULL_BRUSH) return &tools.brushes[static_cast<std::size_t>(number)];
   if (number >= WHITE_PEN && number <= NULL_PEN)
     return &tools.pens[static_cast<std::size_t>(number - WHITE_PEN)];

@@ -30,7 +30,7 @@ class BrushObject : public GdiObject {
   bool null;  ///< fills nothing
 };
 
-/// The tools that belong to everybody; null for a number that has none.
+/// The tools and the palette that belong to everybody; null for a number that has none.
 GdiObject* stockObject(int number);
 
 }  // namespace dibkit::standin

@@ -13,6 +13,7 @@ using COLORREF = std::uint32_t;
 using LONG = std::int32_t;
 using UINT = unsigned int;
 using BOOL = int;
+using SIZE_T = std::size_t;
 using WCHAR = char16_t;
 
 #ifndef TRUE
@@ -169,6 +170,7 @@ constexpr int NULL_BRUSH = 5;
 constexpr int WHITE_PEN = 6;
 constexpr int BLACK_PEN = 7;
 constexpr int NULL_PEN = 8;
+constexpr int DEFAULT_PALETTE = 15;
 
 constexpr UINT BS_SOLID = 0;
 constexpr int PS_SOLID = 0;
@@ -177,6 +179,15 @@ constexpr int PS_ENDCAP_ROUND = 0;
 constexpr int PS_ENDCAP_SQUARE = 0x100;
 constexpr int PS_JOIN_ROUND = 0;
 constexpr int PS_GEOMETRIC = 0x10000;
+
+constexpr UINT GMEM_FIXED = 0x0000;
+constexpr UINT GMEM_MOVEABLE = 0x0002;
+constexpr UINT GMEM_ZEROINIT = 0x0040;
+
+constexpr UINT CF_BITMAP = 2;
+constexpr UINT CF_DIB = 8;
+constexpr UINT CF_PALETTE = 9;
+constexpr UINT CF_DIBV5 = 17;
 
 constexpr COLORREF RGB(int red, int green, int blue) {
   return static_cast<COLORREF>((red & 255) | (green & 255) << 8 | (blue & 255) << 16);

@@ -1,0 +1,67 @@
+#include <cstddef>
+#include <vector>
+
+#include "convert/convert.h"
+#include "dib/guard.h"
+#include "dib/view.h"
+
+namespace dibkit {
+namespace {
+
+/// The colours of an 8-bit image as a logical palette; none for images of other depths.
+void makePalette(const BITMAPINFOHEADER* dib, CPalette& palette) {
+  if (dib->biBitCount != 8) return;
+  const auto count = static_cast<WORD>(GetDIBPaletteSize(dib));
+  std::vector<BYTE> block(offsetof(LOGPALETTE, palPalEntry) + sizeof(PALETTEENTRY) * count);
+  auto* description = reinterpret_cast<LOGPALETTE*>(block.data());
+  description->palVersion = 0x300;
+  description->palNumEntries = count;
+  const BYTE* entry = reinterpret_cast<const BYTE*>(dib) + dib->biSize;
+  for (WORD i = 0; i < count; ++i, entry += sizeof(RGBQUAD)) {
+    description->palPalEntry[i] = {entry[2], entry[1], entry[0], 0};
+  }
+  palette.CreatePalette(description);
+}
+
+/// The bytes that go on the clipboard. The colour table of 1 and 4 bits and the masks of bit fields are left
+/// out of the sum on purpose, so that the copy of such an image ends that much short: what hosts paste has
+/// always had this size.
+std::size_t copiedBytes(const BITMAPINFOHEADER* dib) {
+  const DWORD colours = dib->biBitCount == 8 ? GetDIBPaletteSize(dib) : 0;
+  const std::int64_t rows = strideOf(dib->biWidth, dib->biBitCount) * dib->biHeight;
+  return dib->biSize + std::size_t{colours} * sizeof(RGBQUAD) + static_cast<std::size_t>(rows);
+}
+
+HGLOBAL copyToGlobal(const BITMAPINFOHEADER* dib) {
+  const std::size_t bytes = copiedBytes(dib);
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
+  if (block == nullptr) return nullptr;
+  if (void* memory = GlobalLock(block)) std::memcpy(memory, dib, bytes);
+  GlobalUnlock(block);
+  return block;
+}
+
+int copyToClipboard(const BITMAPINFOHEADER* dib, HWND owner) {
+  if (!layoutOf(dib)) return FALSE;
+  CPalette palette;
+  makePalette(dib, palette);
+  const HGLOBAL block = copyToGlobal(dib);
+  if (block == nullptr) return FALSE;
+  OpenClipboard(owner);
+  EmptyClipboard();
+  // What the clipboard takes is its own from then on; what it refuses stays ours to release.
+  if (palette.GetSafeHandle() != nullptr &&
+      SetClipboardData(CF_PALETTE, palette.GetSafeHandle()) != nullptr) {
+    palette.Detach();
+  }
+  if (SetClipboardData(CF_DIB, block) == nullptr) GlobalFree(block);
+  CloseClipboard();
+  return TRUE;
+}
+
+}  // namespace
+}  // namespace dibkit
+
+int CBitmapConverter::CopyBitmapToClipboard(BITMAPINFOHEADER* dib, HWND owner) {
+  return dibkit::orOutOfMemory(FALSE, [&] { return dibkit::copyToClipboard(dib, owner); });
+}

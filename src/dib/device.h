@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/win32.h"
+
+/// \file
+/// Owners for what the drawing calls need.
+
+namespace dibkit {
+
+struct BitmapDeleter {
+  using pointer = HBITMAP;
+  void operator()(HBITMAP bitmap) const noexcept { DeleteObject(bitmap); }
+};
+
+/// Sole owner of a bitmap, which must not be selected any more when the owner goes.
+using OwnedBitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
+
+struct MemoryContextDeleter {
+  using pointer = HDC;
+  void operator()(HDC context) const noexcept { DeleteDC(context); }
+};
+
+/// Sole owner of a context from CreateCompatibleDC.
+using MemoryContext = std::unique_ptr<HDC, MemoryContextDeleter>;
+
+struct ScreenContextDeleter {
+  using pointer = HDC;
+  void operator()(HDC context) const noexcept { ReleaseDC(nullptr, context); }
+};
+
+/// Sole owner of the screen's context from GetDC(nullptr).
+using ScreenContext = std::unique_ptr<HDC, ScreenContextDeleter>;
+
+/// Has an object selected for as long as it lives, then selects the one before again.
+class Selection {
+ public:
+  Selection(HDC context, HGDIOBJ object) : context_(context), before_(SelectObject(context, object)) {}
+  ~Selection() {
+    if (before_ != nullptr) SelectObject(context_, before_);
+  }
+  Selection(const Selection&) = delete;
+  Selection& operator=(const Selection&) = delete;
+
+ private:
+  HDC context_;
+  HGDIOBJ before_;
+};
+
+}  // namespace dibkit
