@@ -1,6 +1,4 @@
 #include <functional>
-#include <sstream>
-#include <string_view>
 
 #include "dib/region_spans.h"
 #include "dib32/dib32.h"
@@ -179,26 +177,9 @@ void measure(benchmark::State& state, const Operation& operation, int width, int
     benchmark::ClobberMemory();
   }
   const double pixels = operation.connected ? areaOf(dib.get()) : static_cast<double>(width) * height;
-  state.counters["ns/pixel"] = benchmark::Counter(
-      pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  bench::reportPixels(state, pixels);
 }
 
-std::string nameOf(std::string_view operation, int width, int height) {
-  std::ostringstream name;
-  name << "Dib32/" << operation << '/' << width << 'x' << height;
-  return name.str();
-}
-
-const bool registered = [] {
-  for (const auto& [width, height] : {std::pair{320, 240}, std::pair{1920, 1080}}) {
-    for (const Operation& operation : operations) {
-      benchmark::RegisterBenchmark(nameOf(operation.name, width, height).c_str(), measure, operation, width,
-                                   height);
-    }
-    const auto bytes = static_cast<std::size_t>(width * height) * 4;
-    benchmark::RegisterBenchmark(nameOf("Copy", width, height).c_str(), bench::copyBytes, bytes);
-  }
-  return true;
-}();
+const bool registered = bench::registerAll("Dib32", operations, measure);
 
 }  // namespace

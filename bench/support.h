@@ -2,6 +2,8 @@
 
 #include <cstring>
 #include <random>
+#include <sstream>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -56,6 +58,31 @@ inline void copyBytes(benchmark::State& state, std::size_t bytes) {
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(bytes) *
                           2);
+}
+
+/// Reports the time for each of the pixels that an iteration works on.
+inline void reportPixels(benchmark::State& state, double pixels) {
+  state.counters["ns/pixel"] = benchmark::Counter(
+      pixels / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+/// Registers measure(state, operation, width, height) for operations with a name at a small and a large size,
+/// and next to them a copy of as many bytes as a 32-bit picture has.
+template <class Operation, std::size_t count, class Measure>
+bool registerAll(const char* room, const Operation (&operations)[count], Measure measure) {
+  for (const auto& [width, height] : {std::pair{320, 240}, std::pair{1920, 1080}}) {
+    const auto nameOf = [&, w = width, h = height](const char* operation) {
+      std::ostringstream name;
+      name << room << '/' << operation << '/' << w << 'x' << h;
+      return name.str();
+    };
+    for (const Operation& operation : operations) {
+      benchmark::RegisterBenchmark(nameOf(operation.name).c_str(), measure, operation, width, height);
+    }
+    benchmark::RegisterBenchmark(nameOf("Copy").c_str(), copyBytes,
+                                 static_cast<std::size_t>(width * height) * 4);
+  }
+  return true;
 }
 
 }  // namespace bench
