@@ -1,4 +1,4 @@
-#include <functional>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -65,35 +65,6 @@ struct MaskBytes {
   }
 };
 
-/// The fill as a stack of points, one pixel at a time.
-/// \param enter whether the fill may enter an unpainted pixel by its value
-/// \param mask null for none; a pixel that it shuts out is not marked as visited
-RECT plainFill(BITMAPINFOHEADER* image, POINT seed, const std::function<bool(DWORD)>& enter,
-               const std::function<void(int, int)>& paint, const MaskBytes* mask) {
-  std::vector<bool> visited(static_cast<std::size_t>(image->biWidth * image->biHeight));
-  const auto index = [&](POINT p) { return static_cast<std::size_t>(p.y * image->biWidth + p.x); };
-  std::vector<POINT> stack{seed};
-  visited[index(seed)] = true;
-  RECT bounds{seed.x, seed.y, seed.x + 1, seed.y + 1};
-  while (!stack.empty()) {
-    const POINT at = stack.back();
-    stack.pop_back();
-    paint(at.x, at.y);
-    bounds = {std::min(bounds.left, at.x), std::min(bounds.top, at.y), std::max(bounds.right, at.x + 1),
-              std::max(bounds.bottom, at.y + 1)};
-    for (const POINT& next :
-         {POINT{at.x, at.y + 1}, POINT{at.x + 1, at.y}, POINT{at.x, at.y - 1}, POINT{at.x - 1, at.y}}) {
-      if (next.x < 0 || next.x >= image->biWidth || next.y < 0 || next.y >= image->biHeight) continue;
-      if (visited[index(next)]) continue;
-      const bool like = enter(pixel(image, next.x, next.y));
-      if (like && mask != nullptr && mask->covered(next.x, next.y) <= 0) continue;
-      if (like) stack.push_back(next);
-      visited[index(next)] = true;
-    }
-  }
-  return bounds;
-}
-
 /// A random picture of few colours and opacities, so that areas form, with a random mask and arguments.
 struct Scene {
   OwnedDib image, expected, mask;
@@ -131,18 +102,47 @@ struct Scene {
     opacity = draw({0, 1, 77, 128, 254, 255, 256, 511, -1});
     tolerance = draw({0, 0, 1, 5, 255, -1, INT32_MAX, INT32_MIN});
   }
-  CPoint maskOrigin() const { return CPoint(maskBytes.origin); }
   void lay(int x, int y, int scale) {
     setPixel(expected, x, y, layOver(pixel(expected, x, y), fill, (opacity & 255) * scale / 255));
   }
   void put(int x, int y, int scale) {
     setPixel(expected, x, y, colourWithAlpha(fill, (opacity & 255) * scale / 255));
   }
-  int seedOr(int x, int y) const {
-    return x == seed.x && y == seed.y ? maskBytes.byAddress(x, y) : maskBytes.covered(x, y);
+
+  /// The fill as a stack of points. A pixel that only the mask shuts out is not marked as visited.
+  template <class Enter, class Paint>
+  RECT plainFill(const Enter& enter, bool masked, const Paint& paint) {
+    const int width = image->biWidth;
+    std::vector<bool> visited(static_cast<std::size_t>(width * image->biHeight));
+    const auto index = [&](POINT p) { return static_cast<std::size_t>(p.y * width + p.x); };
+    std::vector<POINT> stack{seed};
+    visited[index(seed)] = true;
+    RECT bounds{seed.x, seed.y, seed.x + 1, seed.y + 1};
+    while (!stack.empty()) {
+      const POINT at = stack.back();
+      stack.pop_back();
+      const bool isSeed = at.x == seed.x && at.y == seed.y;
+      paint(at.x, at.y,
+            !masked  ? 255
+            : isSeed ? maskBytes.byAddress(at.x, at.y)
+                     : maskBytes.covered(at.x, at.y));
+      bounds = {std::min(bounds.left, at.x), std::min(bounds.top, at.y), std::max(bounds.right, at.x + 1),
+                std::max(bounds.bottom, at.y + 1)};
+      for (const auto& [dx, dy] : {std::pair{0, 1}, std::pair{1, 0}, std::pair{0, -1}, std::pair{-1, 0}}) {
+        const POINT next{at.x + dx, at.y + dy};
+        if (next.x < 0 || next.x >= width || next.y < 0 || next.y >= image->biHeight) continue;
+        if (visited[index(next)]) continue;
+        const bool like = enter(pixel(expected, next.x, next.y));
+        if (like && masked && maskBytes.covered(next.x, next.y) <= 0) continue;
+        if (like) stack.push_back(next);
+        visited[index(next)] = true;
+      }
+    }
+    return bounds;
   }
-  template <class Paint>
-  void paintEverywhere(const std::function<bool(DWORD)>& enter, bool masked, Paint&& paint) {
+
+  template <class Enter, class Paint>
+  void paintEverywhere(const Enter& enter, bool masked, const Paint& paint) {
     for (int y = 0; y < image->biHeight; ++y) {
       for (int x = 0; x < image->biWidth; ++x) {
         const int scale = masked ? maskBytes.covered(x, y) : 255;
@@ -150,91 +150,68 @@ struct Scene {
       }
     }
   }
-  void expectSame(int round) const {
-    ASSERT_EQ(test::bytesOf(image), test::bytesOf(expected)) << "round " << round;
-  }
 };
 
-constexpr int rounds = 1500;
+bool transparent(DWORD value) { return value >> 24 == 0; }
 
-TEST(ConnectedFills, EqualTheStackOfPoints) {
+TEST(Fills, EqualTheStackOfPointsAndTheLookAtEveryPixel) {
   Random random(11);
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < 3000; ++round) {
     Scene s(random);
     const auto like = [&](DWORD value) { return isLike(value, s.target, s.tolerance); };
-    const auto transparent = [](DWORD value) { return value >> 24 == 0; };
-    const int erase = round % 5 == 0 ? 7 : 0;
-    RECT bounds{};
-    switch (round % 4) {
-      case 0: {
-        const RECT expectedBounds = plainFill(
-            s.expected.get(), s.seed, like,
-            [&](int x, int y) {
-              if (erase != 0) {
-                setPixel(s.expected, x, y, pixel(s.expected, x, y) & 0xFFFFFF);
-              } else {
-                s.lay(x, y, 255);
-              }
-            },
-            nullptr);
-        ASSERT_TRUE(CDIB32::ExtFillConnectedPixels(s.image.get(), s.target, s.fill, erase, s.opacity,
-                                                   s.tolerance, s.seed, &bounds));
-        ASSERT_TRUE(EqualRect(&bounds, &expectedBounds));
-        break;
-      }
-      case 1:
-        plainFill(
-            s.expected.get(), s.seed, like, [&](int x, int y) { s.lay(x, y, s.seedOr(x, y)); }, &s.maskBytes);
-        ASSERT_TRUE(CDIB32::ExtFillConnectedPixels_Mask(s.image.get(), s.target, s.fill, s.opacity,
-                                                        s.tolerance, s.seed, s.mask.get(), s.maskOrigin()));
-        break;
-      case 2:
-        plainFill(
-            s.expected.get(), s.seed, transparent, [&](int x, int y) { s.put(x, y, 255); }, nullptr);
-        ASSERT_TRUE(CDIB32::ExtFillConnectedTransPixels(s.image.get(), s.fill, s.opacity, s.seed));
-        break;
-      default:
-        plainFill(
-            s.expected.get(), s.seed, transparent,
-            [&](int x, int y) {
-              if (s.seedOr(x, y) != 0) s.put(x, y, s.seedOr(x, y));
-            },
-            &s.maskBytes);
-        ASSERT_TRUE(CDIB32::ExtFillConnectedTransPixels_Mask(s.image.get(), s.fill, s.opacity, s.seed,
-                                                             s.mask.get(), s.maskOrigin()));
-    }
-    s.expectSame(round);
-  }
-}
-
-TEST(SimilarFills, EqualALookAtEveryPixel) {
-  Random random(12);
-  for (int round = 0; round < rounds; ++round) {
-    Scene s(random);
-    const auto like = [&](DWORD value) { return isLike(value, s.target, s.tolerance); };
-    const auto transparent = [](DWORD value) { return value >> 24 == 0; };
     const auto lay = [&](int x, int y, int scale) { s.lay(x, y, scale); };
     const auto put = [&](int x, int y, int scale) { s.put(x, y, scale); };
+    const int erase = round % 5 == 0 ? 7 : 0;
+    const auto eraseOrLay = [&](int x, int y, int scale) {
+      if (erase == 0) return s.lay(x, y, scale);
+      setPixel(s.expected, x, y, pixel(s.expected, x, y) & 0xFFFFFF);
+    };
+    const auto putUnlessMasked = [&](int x, int y, int scale) {
+      if (scale != 0) s.put(x, y, scale);
+    };
     BITMAPINFOHEADER* const image = s.image.get();
-    switch (round % 4) {
+    BITMAPINFOHEADER* const mask = s.mask.get();
+    const CPoint origin(s.maskBytes.origin);
+    RECT bounds{}, expectedBounds{};
+    BOOL done = FALSE;
+    switch (round % 8) {
       case 0:
-        s.paintEverywhere(like, false, lay);
-        ASSERT_TRUE(CDIB32::ExtFill32BitsDIB(image, s.target, s.fill, s.opacity, s.tolerance));
+        expectedBounds = s.plainFill(like, false, eraseOrLay);
+        done = CDIB32::ExtFillConnectedPixels(image, s.target, s.fill, erase, s.opacity, s.tolerance, s.seed,
+                                              &bounds);
         break;
       case 1:
-        s.paintEverywhere(like, true, lay);
-        ASSERT_TRUE(CDIB32::ExtFill32BitsDIB_Mask(image, s.target, s.fill, s.opacity, s.tolerance,
-                                                  s.mask.get(), s.maskOrigin()));
+        s.plainFill(like, true, lay);
+        done = CDIB32::ExtFillConnectedPixels_Mask(image, s.target, s.fill, s.opacity, s.tolerance, s.seed,
+                                                   mask, origin);
         break;
       case 2:
+        s.plainFill(transparent, false, put);
+        done = CDIB32::ExtFillConnectedTransPixels(image, s.fill, s.opacity, s.seed);
+        break;
+      case 3:
+        s.plainFill(transparent, true, putUnlessMasked);
+        done = CDIB32::ExtFillConnectedTransPixels_Mask(image, s.fill, s.opacity, s.seed, mask, origin);
+        break;
+      case 4:
+        s.paintEverywhere(like, false, lay);
+        done = CDIB32::ExtFill32BitsDIB(image, s.target, s.fill, s.opacity, s.tolerance);
+        break;
+      case 5:
+        s.paintEverywhere(like, true, lay);
+        done = CDIB32::ExtFill32BitsDIB_Mask(image, s.target, s.fill, s.opacity, s.tolerance, mask, origin);
+        break;
+      case 6:
         s.paintEverywhere(transparent, false, put);
-        ASSERT_TRUE(CDIB32::ExtFillTransBlock(image, s.fill, s.opacity));
+        done = CDIB32::ExtFillTransBlock(image, s.fill, s.opacity);
         break;
       default:
         s.paintEverywhere(transparent, true, put);
-        ASSERT_TRUE(CDIB32::ExtFillTransBlock_Mask(image, s.fill, s.opacity, s.mask.get(), s.maskOrigin()));
+        done = CDIB32::ExtFillTransBlock_Mask(image, s.fill, s.opacity, mask, origin);
     }
-    s.expectSame(round);
+    ASSERT_TRUE(done);
+    ASSERT_TRUE(EqualRect(&bounds, &expectedBounds));
+    ASSERT_EQ(test::bytesOf(s.image), test::bytesOf(s.expected)) << "round " << round;
   }
 }
 
@@ -250,96 +227,53 @@ TEST(SimilarFills, TakeLongRowsPieceByPiece) {
   }
 }
 
-constexpr DWORD a = 0xFF102030;  // the target
-constexpr DWORD n = 0xFF112130;  // one step away in red and green
-constexpr DWORD t = 0xFE102030;  // the target's colour, another opacity
-constexpr DWORD F = 0xFF030201;  // the fill, laid at full opacity
-constexpr DWORD e = 0x00102030;  // the target, erased
+/// A picture of 3 x 3 pixels from letters: a, the target; n, one step away in red and green; t, the target at
+/// another opacity; F, the fill at full opacity; e, the target erased; 0, nothing at all.
+std::vector<DWORD> picture(std::string_view letters) {
+  std::vector<DWORD> pixels;
+  for (const char letter : letters) {
+    pixels.push_back(letter == 'a'   ? 0xFF102030
+                     : letter == 'n' ? 0xFF112130
+                     : letter == 't' ? 0xFE102030
+                     : letter == 'F' ? 0xFF030201
+                     : letter == 'e' ? 0x00102030
+                                     : 0);
+  }
+  return pixels;
+}
 
 TEST(ExtFillConnectedPixels, KeepsToTheRulesOfItsNeighbourhood) {
   struct Case {
     const char* what;
-    std::vector<DWORD> before;  // 3 x 3
+    std::string_view before;
     POINT seed;
     int erase, opacity, tolerance;
-    std::vector<DWORD> after;
+    std::string_view after;
     RECT bounds;
   };
   const Case cases[] = {
-      {"corners do not join",
-       {a, n, a, n, a, n, a, n, a},
-       {1, 1},
-       0,
-       255,
-       0,
-       {a, n, a, n, F, n, a, n, a},
-       {1, 1, 2, 2}},
-      {"one step of tolerance",
-       {a, n, a, n, a, t, t, t, a},
-       {0, 0},
-       0,
-       255,
-       1,
-       {F, F, F, F, F, t, t, t, a},
-       {0, 0, 3, 2}},
-      {"opacity knows no tolerance",
-       {t, t, t, t, a, t, t, t, t},
-       {1, 1},
-       0,
-       255,
-       255,
-       {t, t, t, t, F, t, t, t, t},
-       {1, 1, 2, 2}},
-      {"a seed unlike the target",
-       {a, a, n, a, n, n, t, n, a},
-       {2, 0},
-       0,
-       255,
-       0,
-       {F, F, F, F, n, n, t, n, a},
-       {0, 0, 3, 2}},
-      {"erasing keeps the colour",
-       {a, n, a, a, n, a, a, a, a},
-       {0, 0},
-       1,
-       255,
-       0,
-       {e, n, e, e, n, e, e, e, e},
-       {0, 0, 3, 3}},
-      {"no opacity changes nothing",
-       {a, a, a, n, n, n, t, t, t},
-       {1, 0},
-       0,
-       0,
-       0,
-       {a, a, a, n, n, n, t, t, t},
-       {0, 0, 3, 1}},
-      {"a negative tolerance is met by nothing",
-       {a, a, a, a, a, a, a, a, a},
-       {1, 2},
-       0,
-       255,
-       -1,
-       {a, a, a, a, a, a, a, F, a},
-       {1, 2, 2, 3}},
-      {"no opacity over none takes the colour",
-       {0x00102030, n, n, n, n, n, n, n, n},
-       {0, 0},
-       0,
-       256,
-       0,
-       {0, n, n, n, n, n, n, n, n},
-       {0, 0, 1, 1}},
+      {"corners do not join", "anananana", {1, 1}, 0, 255, 0, "ananFnana", {1, 1, 2, 2}},
+      {"one step of tolerance", "ananattta", {0, 0}, 0, 255, 1, "FFFFFttta", {0, 0, 3, 2}},
+      {"opacity knows no tolerance", "ttttatttt", {1, 1}, 0, 255, 255, "ttttFtttt", {1, 1, 2, 2}},
+      {"a seed unlike the target", "aananntna", {2, 0}, 0, 255, 0, "FFFFnntna", {0, 0, 3, 2}},
+      {"erasing keeps the colour", "anaanaaaa", {0, 0}, 1, 255, 0, "eneeneeee", {0, 0, 3, 3}},
+      {"no opacity changes nothing", "aaannnttt", {1, 0}, 0, 0, 0, "aaannnttt", {0, 0, 3, 1}},
+      {"nothing meets a negative tolerance", "aaaaaaaaa", {1, 2}, 0, 255, -1, "aaaaaaaFa", {1, 2, 2, 3}},
+      {"no opacity over none takes the colour", "ennnnnnnn", {0, 0}, 0, 256, 0, "0nnnnnnnn", {0, 0, 1, 1}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    const OwnedDib image = test::imageOf(3, 3, 32, c.before);
+    const OwnedDib image = test::imageOf(3, 3, 32, picture(c.before));
+    const OwnedDib again = test::imageOf(3, 3, 32, picture(c.before));
     RECT bounds{-1, -1, -1, -1};
-    EXPECT_TRUE(CDIB32::ExtFillConnectedPixels(image.get(), a, RGB(3, 2, 1), c.erase, c.opacity, c.tolerance,
-                                               c.seed, &bounds));
-    EXPECT_EQ(test::pixelsOf(image), c.after);
+    const auto fill = [&](const OwnedDib& dib, RECT* out) {
+      return CDIB32::ExtFillConnectedPixels(dib.get(), 0xFF102030, RGB(3, 2, 1), c.erase, c.opacity,
+                                            c.tolerance, c.seed, out);
+    };
+    EXPECT_TRUE(fill(image, &bounds) && fill(again, nullptr));
+    EXPECT_EQ(test::pixelsOf(image), picture(c.after));
+    EXPECT_EQ(test::pixelsOf(again), picture(c.after));
     EXPECT_TRUE(EqualRect(&bounds, &c.bounds));
-    EXPECT_TRUE(CDIB32::ExtFillConnectedPixels(image.get(), a, RGB(3, 2, 1), c.erase, 0, 0, c.seed, nullptr));
   }
 }
 
@@ -413,41 +347,38 @@ TEST(Fill32DIBOpacityArea, KeepsToTheImageAndTheRegion) {
             (std::vector<DWORD>{0x01050607, 0x00050607, 0x01050607, 0x00050607, 0x00050607, 0x01050607}));
 }
 
-TEST(Fills, LeaveWrongArgumentsAlone) {
-  const OwnedDib image(CDIB32::CreateSimple32BitsDIB(4, 3, RGB(5, 6, 7), 0));
-  const OwnedDib before(CBitmapCreator::Clone(image.get()));
+/// How many of the eight fills call themselves complete.
+int completed(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const POINT& seed, const CPoint& at = {}) {
+  return CDIB32::ExtFillConnectedPixels(image, 0, 0, 0, 0, 0, seed, nullptr) +
+         CDIB32::ExtFillConnectedPixels_Mask(image, 0, 0, 0, 0, seed, mask, at) +
+         CDIB32::ExtFillConnectedTransPixels(image, 0, 0, seed) +
+         CDIB32::ExtFillConnectedTransPixels_Mask(image, 0, 0, seed, mask, at) +
+         CDIB32::ExtFill32BitsDIB(image, 0, 0, 0, 0) + CDIB32::ExtFillTransBlock(image, 0, 0) +
+         CDIB32::ExtFill32BitsDIB_Mask(image, 0, 0, 0, 0, mask, at) +
+         CDIB32::ExtFillTransBlock_Mask(image, 0, 0, mask, at);
+}
+
+TEST(Fills, RefuseWrongArguments) {
+  const OwnedDib image = test::image(4, 3, 32);
   const OwnedDib mask = test::image(4, 3, 8);
   const OwnedDib empty = test::image(0, 0, 32);
-  const CPoint at(0, 0);
+  EXPECT_EQ(completed(image.get(), mask.get(), {3, 2}), 8);
+  EXPECT_EQ(completed(image.get(), mask.get(), {3, 2}, CPoint(INT32_MAX, INT32_MIN)), 8);
+  EXPECT_EQ(completed(nullptr, mask.get(), {0, 0}), 0);
+  EXPECT_EQ(completed(mask.get(), mask.get(), {0, 0}), 0);
+  EXPECT_EQ(completed(image.get(), nullptr, {0, 0}), 4);  // those without a mask
+  EXPECT_EQ(completed(image.get(), image.get(), {0, 0}), 4);
+  EXPECT_EQ(completed(empty.get(), mask.get(), {0, 0}), 4);  // those without a seed
+  for (const POINT& outside : {POINT{-1, 0}, POINT{4, 0}, POINT{0, 3}, POINT{0, INT32_MIN}}) {
+    EXPECT_EQ(completed(image.get(), mask.get(), outside), 4);
+    RECT bounds{1, 2, 3, 4};
+    EXPECT_FALSE(CDIB32::ExtFillConnectedPixels(image.get(), 0, 0, 0, 255, 0, outside, &bounds));
+    EXPECT_EQ(bounds.left * 1000 + bounds.top * 100 + bounds.right * 10 + bounds.bottom, 1234);
+  }
   for (BITMAPINFOHEADER* wrong : {static_cast<BITMAPINFOHEADER*>(nullptr), mask.get()}) {
-    EXPECT_FALSE(CDIB32::ExtFillConnectedPixels(wrong, 0, 0, 0, 255, 0, {0, 0}, nullptr));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedPixels_Mask(wrong, 0, 0, 255, 0, {0, 0}, mask.get(), at));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels(wrong, 0, 255, {0, 0}));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels_Mask(wrong, 0, 255, {0, 0}, mask.get(), at));
-    EXPECT_FALSE(CDIB32::ExtFill32BitsDIB(wrong, 0, 0, 255, 0));
-    EXPECT_FALSE(CDIB32::ExtFill32BitsDIB_Mask(wrong, 0, 0, 255, 0, mask.get(), at));
-    EXPECT_FALSE(CDIB32::ExtFillTransBlock(wrong, 0, 255));
-    EXPECT_FALSE(CDIB32::ExtFillTransBlock_Mask(wrong, 0, 255, mask.get(), at));
     EXPECT_FALSE(CDIB32::Fill32DIBOpacityArea(wrong, RECT{0, 0, 1, 1}, 1));
   }
-  for (BITMAPINFOHEADER* wrong : {static_cast<BITMAPINFOHEADER*>(nullptr), image.get()}) {
-    EXPECT_FALSE(CDIB32::ExtFillConnectedPixels_Mask(image.get(), 0, 0, 255, 0, {0, 0}, wrong, at));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels_Mask(image.get(), 0, 255, {0, 0}, wrong, at));
-    EXPECT_FALSE(CDIB32::ExtFill32BitsDIB_Mask(image.get(), 0, 0, 255, 0, wrong, at));
-    EXPECT_FALSE(CDIB32::ExtFillTransBlock_Mask(image.get(), 0, 255, wrong, at));
-  }
-  RECT bounds{1, 2, 3, 4};
-  for (const POINT& outside : {POINT{-1, 0}, POINT{4, 0}, POINT{0, 3}, POINT{0, INT32_MIN}}) {
-    EXPECT_FALSE(CDIB32::ExtFillConnectedPixels(image.get(), 0, 0, 0, 255, 0, outside, &bounds));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels(image.get(), 0, 255, outside));
-    EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels_Mask(image.get(), 0, 255, outside, mask.get(), at));
-  }
-  EXPECT_EQ(bounds.left * 1000 + bounds.top * 100 + bounds.right * 10 + bounds.bottom, 1234);
-  EXPECT_FALSE(CDIB32::ExtFillConnectedTransPixels(empty.get(), 0, 255, {0, 0}));
   EXPECT_FALSE(CDIB32::Fill32DIBOpacityArea(image.get(), static_cast<HRGN>(nullptr), 1));
-  // A mask that lies elsewhere is no wrong argument.
-  EXPECT_TRUE(CDIB32::ExtFillTransBlock_Mask(image.get(), 0, 255, mask.get(), CPoint(INT32_MAX, INT32_MIN)));
-  EXPECT_EQ(test::bytesOf(image), test::bytesOf(before));
 }
 
 }  // namespace

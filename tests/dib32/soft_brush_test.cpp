@@ -89,15 +89,13 @@ TEST(SoftBrushes, EqualBoxesCountedOneByOne) {
   }
 }
 
-/// Opacities of an image of one colour after a touch of a full brush of 4 x 3 at (1, 0).
-template <class Touch>
-std::vector<int> touched(int before, Touch&& touch) {
+/// Opacities of an image of 6 x 3 pixels of one colour after a touch of a full brush of 4 x 3 at (1, 0).
+std::vector<int> touched(int before, bool fill, int amount, int size) {
   const OwnedDib image(CDIB32::CreateSimple32BitsDIB(6, 3, RGB(1, 2, 3), static_cast<BYTE>(before)));
-  const OwnedDib mask = test::image(4, 3, 8);
-  for (int y = 0; y < 3; ++y) {
-    for (int x = 0; x < 4; ++x) test::setPixel(mask, x, y, 1);
-  }
-  touch(image.get(), mask.get(), POINT{1, 0});
+  const OwnedDib mask = test::imageOf(4, 3, 8, std::vector<DWORD>(12, 1));
+  (fill ? static_cast<void (*)(BITMAPINFOHEADER*, BITMAPINFOHEADER*, const POINT&, int, int, HRGN)>(
+              &CDIB32::SmoothFillBlock)
+        : &CDIB32::SmoothBlock)(image.get(), mask.get(), {1, 0}, amount, size, nullptr);
   std::vector<int> alphas;
   for (const DWORD value : test::pixelsOf(image)) {
     EXPECT_EQ(value & 0xFFFFFF, 0x010203U);
@@ -109,43 +107,26 @@ std::vector<int> touched(int before, Touch&& touch) {
 TEST(SoftBrushes, FeatherOverTheWholeAreaAtTheEdgesToo) {
   using Alphas = std::vector<int>;
   // Size 2: the box has the pixel, its left, its upper and its upper left neighbour. 100 x 1, 2 or 4 / 4.
-  EXPECT_EQ(touched(200, [](auto image, auto mask,
-                            auto at) { CDIB32::SmoothBlock(image, mask, at, 100, 2, nullptr); }),
-            (Alphas{200, 175, 150, 150, 150, 200,  //
-                    200, 150, 100, 100, 100, 200,  //
-                    200, 150, 100, 100, 100, 200}));
+  EXPECT_EQ(touched(200, false, 100, 2), (Alphas{200, 175, 150, 150, 150, 200,  //
+                                                 200, 150, 100, 100, 100, 200,  //
+                                                 200, 150, 100, 100, 100, 200}));
   // 255 - 155 = 100 a byte of the brush, size 3: 4, 6 or 9 of 9 give 44, 66 and 100; 255 is the limit.
-  EXPECT_EQ(touched(190, [](auto image, auto mask,
-                            auto at) { CDIB32::SmoothFillBlock(image, mask, at, 155, 3, nullptr); }),
-            (Alphas{190, 234, 255, 255, 234, 190,  //
-                    190, 255, 255, 255, 255, 190,  //
-                    190, 234, 255, 255, 234, 190}));
-  // The strongest amounts at size 1, and those that do nothing.
-  const auto row = [](int value) { return Alphas{9, value, value, value, value, 9}; };
-  const auto erased = touched(
-      9, [](auto image, auto mask, auto at) { CDIB32::SmoothBlock(image, mask, at, 255, 1, nullptr); });
-  EXPECT_EQ(Alphas(erased.begin(), erased.begin() + 6), row(0));
-  const auto filled = touched(
-      9, [](auto image, auto mask, auto at) { CDIB32::SmoothFillBlock(image, mask, at, 0, 1, nullptr); });
-  EXPECT_EQ(Alphas(filled.begin(), filled.begin() + 6), row(255));
-  EXPECT_EQ(touched(9,
-                    [](auto image, auto mask, auto at) {
-                      CDIB32::SmoothBlock(image, mask, at, 0, 2, nullptr);
-                      CDIB32::SmoothFillBlock(image, mask, at, 255, 2, nullptr);
-                    }),
-            Alphas(18, 9));
+  EXPECT_EQ(touched(190, true, 155, 3), (Alphas{190, 234, 255, 255, 234, 190,  //
+                                                190, 255, 255, 255, 255, 190,  //
+                                                190, 234, 255, 255, 234, 190}));
+  // The strongest amounts, and those that do nothing.
+  const auto rows = [](int v) { return Alphas{9, v, v, v, v, 9, 9, v, v, v, v, 9, 9, v, v, v, v, 9}; };
+  EXPECT_EQ(touched(9, false, 255, 1), rows(0));
+  EXPECT_EQ(touched(9, true, 0, 1), rows(255));
+  EXPECT_EQ(touched(9, false, 0, 2), rows(9));
+  EXPECT_EQ(touched(9, true, 255, 2), rows(9));
 }
 
 TEST(SoftBrushes, WrapLargeProducts) {
   // A full box of four times 0x40000001 is 4 in 32 bits, and 4 / 4 = 1.
-  const auto alphas = touched(50, [](auto image, auto mask, auto at) {
-    CDIB32::SmoothBlock(image, mask, at, 0x40000001, 2, nullptr);
-  });
-  EXPECT_EQ(alphas[2 * 6 + 2], 49);
-  // -8 erases -8, and 250 + 8 is 2 in a byte.
-  const auto raised = touched(
-      250, [](auto image, auto mask, auto at) { CDIB32::SmoothBlock(image, mask, at, -8, 1, nullptr); });
-  EXPECT_EQ(raised[1], 2);
+  EXPECT_EQ(touched(50, false, 0x40000001, 2)[2 * 6 + 2], 49);
+  // Erasing -8 raises, and 250 + 8 is 2 in a byte.
+  EXPECT_EQ(touched(250, false, -8, 1)[1], 2);
 }
 
 TEST(SoftBrushes, LeaveWrongArgumentsAlone) {
@@ -157,8 +138,7 @@ TEST(SoftBrushes, LeaveWrongArgumentsAlone) {
   const std::vector<BYTE> before = test::bytesOf(image);
   const std::vector<BYTE> maskBefore = test::bytesOf(mask);
   const OwnedRegion outside(CreateRectRgn(50, 50, 60, 60));
-  const auto* none = static_cast<BITMAPINFOHEADER*>(nullptr);
-  auto* const null = const_cast<BITMAPINFOHEADER*>(none);
+  auto* const null = static_cast<BITMAPINFOHEADER*>(nullptr);
   for (const int size : {0, -1, INT32_MIN}) {
     CDIB32::SmoothBlock(image.get(), mask.get(), {0, 0}, 255, size, nullptr);
     CDIB32::SmoothFillBlock(image.get(), mask.get(), {0, 0}, 0, size, nullptr);
