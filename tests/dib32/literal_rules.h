@@ -11,6 +11,19 @@ namespace test {
 inline BYTE byteOf(int value) { return static_cast<BYTE>(value); }
 inline int reducedAlpha(const BYTE* s, int reduction) { return s[3] > reduction ? s[3] - reduction : 0; }
 
+/// Exact compositing.
+inline void combine(BYTE* d, BYTE* s, int reduction, int = 255) {
+  const int as = reducedAlpha(s, reduction);
+  const int ad = d[3];
+  const int ao = 255 - (255 - ad) * (255 - as) / 255;
+  for (int i = 0; i < 3; ++i) {
+    int value = d[i] * ad * (255 - as) / 255 + s[i] * as;
+    if (ao > 0) value /= ao;
+    d[i] = byteOf(std::min(value, 255));
+  }
+  d[3] = byteOf(ao);
+}
+
 /// Opaque pixels are copied, translucent ones mixed into the source.
 inline void shade(BYTE* d, BYTE* s, int reduction, int = 255) {
   const int a = reducedAlpha(s, reduction);

@@ -1,273 +1,222 @@
 #include <gtest/gtest.h>
 
 #include "dib32/dib32.h"
+#include "dib32/literal_rules.h"
 #include "dib32/placed.h"
 
 namespace {
 
 using dibkit::OwnedDib;
 using test::Guarded;
+using Dib = BITMAPINFOHEADER*;
 using Pixels = std::vector<DWORD>;
 
 struct Result {
   BOOL made = FALSE;
   OwnedDib dib;
-  POINT origin{-7, -7};
+  POINT origin{-777, -777};
 };
 
-/// Calls merge(out, outOrigin) with out parameters that show whether they were written.
+/// Calls merge(out, outOrigin). Failure may leave out parameters alone, both or none.
 template <class Merge>
 Result resultOf(Merge&& merge) {
   static BITMAPINFOHEADER untouched;
-  BITMAPINFOHEADER* out = &untouched;
+  Dib out = &untouched;
   Result result;
   result.made = merge(&out, &result.origin);
-  if (out != &untouched) {
-    result.dib.reset(out);
-    EXPECT_EQ(out != nullptr, result.made == TRUE);
-  } else {
-    EXPECT_FALSE(result.made);
-    EXPECT_EQ(result.origin.x, -7);
-  }
+  EXPECT_EQ(result.origin.x == -777, out == &untouched);
+  if (out != &untouched) result.dib.reset(out);
+  EXPECT_EQ(result.dib != nullptr, result.made == TRUE);
   return result;
 }
 
-/// Placed input of the twins: the pixel at a point of the common space, if it covers it.
+/// Placed input of the twins: the pixel at a point of the common space, 0 where it covers none.
 struct Layer {
   Guarded image;
   POINT at;
-  std::optional<DWORD> pixel(int x, int y) {
-    if (!image.has(x - at.x, y - at.y)) return std::nullopt;
-    return dibkit::Bgra32::get(image.at(x - at.x, y - at.y), 0);
+
+  Layer(test::Random& random, int reach) : image(random, 32), at(test::randomPoint(random, reach)) {}
+  bool covers(int x, int y) { return image.has(x - at.x, y - at.y); }
+  DWORD pixel(int x, int y) {
+    return covers(x, y) ? dibkit::Bgra32::get(image.at(x - at.x, y - at.y), 0) : 0;
   }
-  RECT rect() { return {at.x, at.y, at.x + image.dib()->biWidth, at.y + image.dib()->biHeight}; }
+  Dib dib() { return image.dib(); }
+  RECT rect() { return {at.x, at.y, at.x + dib()->biWidth, at.y + dib()->biHeight}; }
 };
 
-RECT boxOf(const RECT& a, const RECT& b) {
-  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-          std::max(a.bottom, b.bottom)};
-}
-
-/// A canvas over a box, every pixel of it from pixelAt(x, y) of the common space.
+/// Compares with pixelAt(x, y) over the box of both rectangles.
 template <class PixelAt>
-Pixels literally(const RECT& box, PixelAt&& pixelAt) {
+void expectTwin(const RECT& a, const RECT& b, const Result& result, PixelAt&& pixelAt) {
+  const RECT box{std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+                 std::max(a.bottom, b.bottom)};
+  ASSERT_TRUE(result.made);
+  ASSERT_EQ(result.origin.x, box.left);
+  ASSERT_EQ(result.origin.y, box.top);
+  ASSERT_EQ(result.dib->biWidth, box.right - box.left);
+  ASSERT_EQ(result.dib->biHeight, box.bottom - box.top);
   Pixels pixels;
   for (int y = box.top; y < box.bottom; ++y) {
     for (int x = box.left; x < box.right; ++x) pixels.push_back(pixelAt(x, y));
   }
-  return pixels;
+  ASSERT_EQ(test::pixelsOf(result.dib), pixels);
 }
-
-Layer randomLayer(test::Random& random, int limit) {
-  const int width = 1 + test::below(random, limit);
-  const int height = 1 + test::below(random, limit);
-  return {Guarded(width, height, 32, random), test::randomPoint(random, limit)};
-}
-
-void expectImage(const Result& result, const RECT& box, const Pixels& pixels) {
-  ASSERT_TRUE(result.made);
-  EXPECT_EQ(result.origin.x, box.left);
-  EXPECT_EQ(result.origin.y, box.top);
-  EXPECT_EQ(result.dib->biWidth, box.right - box.left);
-  EXPECT_EQ(result.dib->biHeight, box.bottom - box.top);
-  EXPECT_EQ(test::pixelsOf(result.dib), pixels);
-}
-
-BYTE channel(DWORD pixel, int index) { return static_cast<BYTE>(pixel >> (8 * index)); }
 
 TEST(CombineDIBs, EqualsItsTwin) {
   test::Random random(11);
-  for (int round = 0; round < 200; ++round) {
-    Layer bottom = randomLayer(random, 25);
-    Layer top = randomLayer(random, 25);
-    const BYTE bottomReduction = static_cast<BYTE>(round % 3 == 0 ? 0 : test::below(random, 256));
-    const BYTE topReduction = static_cast<BYTE>(round % 4 == 0 ? 255 : test::below(random, 256));
-    const RECT box = boxOf(bottom.rect(), top.rect());
-    const Pixels expected = literally(box, [&](int x, int y) {
-      const DWORD below = bottom.pixel(x, y).value_or(0);
-      const BYTE ab = static_cast<BYTE>(std::max(channel(below, 3) - bottomReduction, 0));
-      const auto above = top.pixel(x, y);
-      if (!above) return (below & 0xFFFFFF) | DWORD{ab} << 24;
-      const BYTE at = static_cast<BYTE>(std::max(channel(*above, 3) - topReduction, 0));
-      const BYTE ao = CDIB32::CalcuOpacity(ab, at);
-      DWORD pixel = DWORD{ao} << 24;
-      for (int i = 0; i < 3; ++i) {
-        pixel |= DWORD{CDIB32::CalcuRGBValue(ab, at, channel(below, i), channel(*above, i), ao)} << (8 * i);
-      }
-      return pixel;
+  for (int round = 0; round < 100; ++round) {
+    // Far enough apart, now and then, for a gap between them.
+    Layer bottom(random, 40), top(random, 40);
+    const std::vector<BYTE> before = bottom.image.block();
+    const BYTE bottomReduction = test::byteOf(round % 3 == 0 ? 0 : test::below(random, 256));
+    const BYTE topReduction = test::byteOf(round % 4 == 0 ? 255 : test::below(random, 256));
+    const Result result = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::CombineDIBs(bottom.dib(), bottom.at, bottomReduction, top.dib(), top.at, topReduction,
+                                 out, origin);
     });
-    const Guarded bottomBefore = bottom.image;
-    const Guarded topBefore = top.image;
-    const Result result = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-      return CDIB32::CombineDIBs(bottom.image.dib(), bottom.at, bottomReduction, top.image.dib(), top.at,
-                                 topReduction, out, origin);
+    expectTwin(bottom.rect(), top.rect(), result, [&](int x, int y) {
+      DWORD below = bottom.pixel(x, y);
+      DWORD above = top.pixel(x, y);
+      auto* d = reinterpret_cast<BYTE*>(&below);
+      d[3] = test::byteOf(std::max(d[3] - bottomReduction, 0));
+      if (top.covers(x, y)) test::combine(d, reinterpret_cast<BYTE*>(&above), topReduction);
+      return below;
     });
-    expectImage(result, box, expected);
-    EXPECT_EQ(bottom.image.block(), bottomBefore.block());
-    EXPECT_EQ(top.image.block(), topBefore.block());
-    if (HasFailure()) FAIL() << "round " << round;
+    ASSERT_EQ(bottom.image.block(), before);
+    if (HasFatalFailure()) FAIL() << "round " << round;
   }
 }
 
-TEST(Merge32DIBs, EqualsItsTwinWithByteTwelve) {
+TEST(Merge32DIBs, EqualsItsTwin) {
   test::Random random(12);
-  for (int round = 0; round < 300; ++round) {
-    Layer first = randomLayer(random, round % 3 == 0 ? 2 : 12);
-    Layer second = randomLayer(random, round % 3 == 0 ? 2 : 12);
-    const RECT box = boxOf(first.rect(), second.rect());
-    const int width = box.right - box.left;
-    const int height = box.bottom - box.top;
-    // Step by step on the raw bytes, bottom row first in memory.
-    std::vector<BYTE> bits(static_cast<std::size_t>(width * height) * 4, 0);
-    for (int j = 0; j < height; ++j) {
-      const std::size_t row = static_cast<std::size_t>((height - 1 - j) * width) * 4;
-      for (int i = 0; i < width; ++i) {
-        BYTE* pixel = &bits[row + static_cast<std::size_t>(i) * 4];
-        bool secondVisible = false;
-        for (Layer* layer : {&first, &second}) {
-          const auto from = layer->pixel(box.left + i, box.top + j);
-          secondVisible = from && *from >> 24 > 0;
-          if (!secondVisible) continue;
-          std::memcpy(pixel, &*from, 3);
-          if (row + 12 < bits.size()) bits[row + 12] = 255;
-        }
-        if (!secondVisible) pixel[3] = 0;
-      }
-    }
-    const Result result = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-      return CDIB32::Merge32DIBs(first.image.dib(), first.at, second.image.dib(), second.at, out, origin);
+  for (int round = 0; round < 100; ++round) {
+    Layer first(random, 20), second(random, 20);
+    const Result result = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::Merge32DIBs(first.dib(), first.at, second.dib(), second.at, out, origin);
     });
-    ASSERT_TRUE(result.made);
-    EXPECT_EQ(result.origin.x, box.left);
-    EXPECT_EQ(result.origin.y, box.top);
-    const std::vector<BYTE> block = test::bytesOf(result.dib);
-    ASSERT_EQ(std::vector<BYTE>(block.begin() + 40, block.end()), bits) << "round " << round;
+    const int left = std::min(first.at.x, second.at.x);
+    const int right = std::max(first.rect().right, second.rect().right);
+    if (right - left < 4) continue;  // the rows of the table below
+    expectTwin(first.rect(), second.rect(), result, [&](int x, int y) {
+      const DWORD above = second.pixel(x, y), below = first.pixel(x, y);
+      const DWORD colour = (above >> 24 != 0 ? above : below >> 24 != 0 ? below : 0) & 0xFFFFFF;
+      bool marked = false;
+      for (int i = left; i < right && x == left + 3; ++i) {
+        marked |= first.pixel(i, y) >> 24 != 0 || second.pixel(i, y) >> 24 != 0;
+      }
+      return marked ? colour | 0xFF : colour;
+    });
+    if (HasFatalFailure()) FAIL() << "round " << round;
   }
 }
 
-TEST(Merge32DIBs, MarksByteTwelve) {
-  const auto merged = [](int width, const Pixels& pixels) {
-    const OwnedDib image = test::imageOf(width, static_cast<int>(pixels.size()) / width, 32, pixels);
-    const OwnedDib empty = test::image(0, 0, 32);
-    const Result result = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-      return CDIB32::Merge32DIBs(image.get(), {0, 0}, empty.get(), {0, 0}, out, origin);
-    });
-    return test::pixelsOf(result.dib);
+TEST(Merge32DIBs, MarksByteTwelveOfEachRowWithAVisiblePixel) {
+  const struct {
+    int width;
+    Pixels pixels, merged;
+  } cases[] = {
+      // A visible pixel of any column marks the fourth pixel's blue; colours without opacity are not taken.
+      {5, {0x01111111, 0x00222222, 0, 0x00444444, 0}, {0x111111, 0, 0, 0x0000FF, 0}},
+      {4, {0, 0, 0, 0xFF445566}, {0, 0, 0, 0x4455FF}},
+      {4, {0, 0, 0, 0x00445566}, {0, 0, 0, 0}},
+      // Narrow rows: the mark lands on the first pixel of the row above, on its second, three rows up; that
+      // of the top row nowhere.
+      {3, {0, 0xFF101010, 0, 0, 0, 0xFF202020}, {0xFF, 0x101010, 0, 0, 0, 0x202020}},
+      {3, {0xFF101010, 0, 0, 0xFF202020, 0, 0}, {0x1010FF, 0, 0, 0x202020, 0, 0}},
+      {2, {0, 0, 0xFF000000, 0}, {0, 0xFF, 0, 0}},
+      {1, {0xFF000000, 0, 0, 0, 0xFF000000}, {0, 0xFF, 0, 0, 0}},
   };
-  // A visible pixel of any column marks the fourth pixel's blue; colours without opacity are not taken.
-  EXPECT_EQ(merged(5, {0x01111111, 0x00222222, 0, 0x00444444, 0}), (Pixels{0x111111, 0, 0, 0x0000FF, 0}));
-  EXPECT_EQ(merged(4, {0, 0, 0, 0xFF445566}), (Pixels{0, 0, 0, 0x4455FF}));
-  EXPECT_EQ(merged(4, {0, 0, 0, 0x00445566}), Pixels(4, 0));
-  // Three columns: the mark of a row lands on the first pixel of the row above, that of the top row nowhere.
-  EXPECT_EQ(merged(3, {0, 0xFF101010, 0, 0, 0, 0xFF202020}), (Pixels{0xFF, 0x101010, 0, 0, 0, 0x202020}));
-  // Two columns: on the second pixel of the row above. One column: three rows up.
-  EXPECT_EQ(merged(2, {0, 0, 0xFF000000, 0}), (Pixels{0, 0xFF, 0, 0}));
-  EXPECT_EQ(merged(1, {0xFF000000, 0, 0, 0, 0xFF000000}), (Pixels{0, 0xFF, 0, 0, 0}));
+  const OwnedDib empty = test::image(0, 0, 32);
+  for (const auto& expected : cases) {
+    const int height = static_cast<int>(expected.pixels.size()) / expected.width;
+    const OwnedDib image = test::imageOf(expected.width, height, 32, expected.pixels);
+    for (const bool swapped : {false, true}) {
+      const Result result = resultOf([&](Dib* out, POINT* origin) {
+        return CDIB32::Merge32DIBs(swapped ? empty.get() : image.get(), {0, 0},
+                                   swapped ? image.get() : empty.get(), {0, 0}, out, origin);
+      });
+      EXPECT_EQ(test::pixelsOf(result.dib), expected.merged) << expected.width;
+    }
+  }
 }
 
 TEST(Merge32BitsDIB, EqualsItsTwins) {
   test::Random random(13);
-  for (int round = 0; round < 200; ++round) {
-    Layer bottom = randomLayer(random, 20);
-    Layer top = randomLayer(random, 20);
-    const RECT rect = randomLayer(random, 20).rect();
+  for (int round = 0; round < 100; ++round) {
+    Layer bottom(random, 40), top(random, 40);
+    const RECT rect = Layer(random, 40).rect();
     const auto inside = [&](int x, int y) {
       return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
     };
-    RECT box = boxOf(bottom.rect(), top.rect());
-    expectImage(resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-                  return CDIB32::Merge32BitsDIB(bottom.image.dib(), bottom.at, top.image.dib(), top.at, out,
-                                                origin);
-                }),
-                box, literally(box, [&](int x, int y) {
-                  const DWORD above = top.pixel(x, y).value_or(0);
-                  return above >> 24 != 0 ? above : bottom.pixel(x, y).value_or(0);
-                }));
-    box = boxOf(bottom.rect(), rect);
-    expectImage(
-        resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-          return CDIB32::Merge32BitsDIB(bottom.image.dib(), bottom.at, rect, out, origin);
-        }),
-        box, literally(box, [&](int x, int y) { return inside(x, y) ? 0 : bottom.pixel(x, y).value_or(0); }));
-    expectImage(resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-                  return CDIB32::Merge32BitsDIB(bottom.image.dib(), bottom.at, 0x00302010, rect, out, origin);
-                }),
-                box, literally(box, [&](int x, int y) {
-                  return bottom.pixel(x, y).value_or(inside(x, y) ? 0xFF102030 : 0);
-                }));
-    if (HasFailure()) FAIL() << "round " << round;
+    const Result two = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::Merge32BitsDIB(bottom.dib(), bottom.at, top.dib(), top.at, out, origin);
+    });
+    expectTwin(bottom.rect(), top.rect(), two, [&](int x, int y) {
+      return top.pixel(x, y) >> 24 != 0 ? top.pixel(x, y) : bottom.pixel(x, y);
+    });
+    const Result hole = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::Merge32BitsDIB(bottom.dib(), bottom.at, rect, out, origin);
+    });
+    expectTwin(bottom.rect(), rect, hole,
+               [&](int x, int y) { return inside(x, y) ? 0 : bottom.pixel(x, y); });
+    // The image's transparent pixels are kept: the colour shows around it only.
+    const Result backed = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::Merge32BitsDIB(bottom.dib(), bottom.at, 0x00302010, rect, out, origin);
+    });
+    expectTwin(bottom.rect(), rect, backed, [&](int x, int y) {
+      return bottom.covers(x, y) ? bottom.pixel(x, y) : inside(x, y) ? 0xFF102030 : 0;
+    });
+    if (HasFatalFailure()) FAIL() << "round " << round;
   }
 }
 
-TEST(Merging, SpansTheGapBetweenTwoImages) {
-  const OwnedDib left = test::imageOf(1, 1, 32, {0xFF112233});
-  const OwnedDib right = test::imageOf(1, 1, 32, {0xFF445566});
-  const Result result = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-    return CDIB32::CombineDIBs(left.get(), {0, 0}, 0, right.get(), {2, 0}, 0, out, origin);
-  });
-  expectImage(result, {0, 0, 3, 1}, {0xFF112233, 0, 0xFF445566});
-}
-
-TEST(Merging, TreatsAnEmptyUnionEachInItsWay) {
+TEST(Merging, TreatsEmptyUnionsAndWrongArgumentsEachInItsWay) {
+  const OwnedDib one = test::imageOf(1, 1, 32, {0xFF112233});
   const OwnedDib empty = test::image(0, 0, 32);
-  POINT at{4, 5};
-  const auto combined = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-    return CDIB32::CombineDIBs(empty.get(), at, 0, empty.get(), at, 0, out, origin);
-  });
-  expectImage(combined, {0, 0, 0, 0}, {});
-  const auto merged = resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-    return CDIB32::Merge32DIBs(empty.get(), at, empty.get(), at, out, origin);
-  });
-  expectImage(merged, {0, 0, 0, 0}, {});
-  // These three write a null image and the origin of the empty box.
+  const OwnedDib shallow = test::image(1, 1, 24);
+  POINT near{4, 5}, far{INT32_MAX, INT32_MAX};
   const RECT none{3, 3, 3, 9};
-  const Result results[] = {
-      resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-        return CDIB32::Merge32BitsDIB(empty.get(), at, empty.get(), at, out, origin);
-      }),
-      resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-        return CDIB32::Merge32BitsDIB(empty.get(), at, none, out, origin);
-      }),
-      resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-        return CDIB32::Merge32BitsDIB(empty.get(), at, 1, none, out, origin);
-      }),
-  };
-  for (const Result& result : results) {
-    EXPECT_FALSE(result.made);
-    EXPECT_EQ(result.dib, nullptr);
-    EXPECT_EQ(result.origin.x, 0);
-    EXPECT_EQ(result.origin.y, 0);
+  const struct {
+    Dib first, second;
+    POINT secondAt;
+    BOOL made;
+  } cases[] = {{empty.get(), empty.get(), near, TRUE},  // an image of 0 x 0
+               {one.get(), nullptr, near, FALSE},
+               {shallow.get(), one.get(), near, FALSE},
+               {one.get(), one.get(), far, FALSE}};  // too large
+  for (const auto& expected : cases) {
+    POINT secondAt = expected.secondAt;
+    const auto combined = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::CombineDIBs(expected.first, near, 0, expected.second, secondAt, 0, out, origin);
+    });
+    const auto merged = resultOf([&](Dib* out, POINT* origin) {
+      return CDIB32::Merge32DIBs(expected.first, near, expected.second, secondAt, out, origin);
+    });
+    for (const Result* result : {&combined, &merged}) {
+      EXPECT_EQ(result->made, expected.made);
+      EXPECT_EQ(result->origin.x, expected.made ? 0 : -777);  // left alone on failure
+    }
+    // These refuse the empty one too, and write their out parameters in every case.
+    const Result always[] = {
+        resultOf([&](Dib* out, POINT* origin) {
+          return CDIB32::Merge32BitsDIB(expected.first, near, expected.second, secondAt, out, origin);
+        }),
+        resultOf([&](Dib* out, POINT* origin) {
+          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, near, none, out, origin);
+        }),
+        resultOf([&](Dib* out, POINT* origin) {
+          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, near, 1, none, out, origin);
+        })};
+    for (const Result& result : always) {
+      EXPECT_FALSE(result.made);
+      EXPECT_NE(result.origin.x, -777);
+    }
+    EXPECT_EQ(always[1].origin.x, 0);
   }
-}
-
-TEST(Merging, FailsCleanly) {
-  const OwnedDib image = test::imageOf(1, 1, 32, {0xFF112233});
-  const OwnedDib shallow = test::imageOf(1, 1, 24, {0});
-  POINT near{0, 0};
-  POINT far{INT32_MAX, INT32_MAX};
-  for (BITMAPINFOHEADER* wrong : {static_cast<BITMAPINFOHEADER*>(nullptr), shallow.get()}) {
-    EXPECT_FALSE(resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-                   return CDIB32::CombineDIBs(image.get(), near, 0, wrong, near, 0, out, origin);
-                 }).made);
-    EXPECT_FALSE(resultOf([&](BITMAPINFOHEADER** out, POINT* origin) {
-                   return CDIB32::Merge32DIBs(wrong, near, image.get(), near, out, origin);
-                 }).made);
-    BITMAPINFOHEADER* out = image.get();
-    POINT origin{1, 1};
-    EXPECT_FALSE(CDIB32::Merge32BitsDIB(image.get(), near, wrong, near, &out, &origin));
-    EXPECT_EQ(out, nullptr);
-    EXPECT_FALSE(CDIB32::Merge32BitsDIB(wrong, near, RECT{0, 0, 2, 2}, &out, &origin));
-    EXPECT_FALSE(CDIB32::Merge32BitsDIB(wrong, near, 7, RECT{0, 0, 2, 2}, &out, &origin));
-  }
-  // Too large a canvas.
-  BITMAPINFOHEADER* out = image.get();
-  POINT origin{1, 1};
-  EXPECT_FALSE(CDIB32::Merge32BitsDIB(image.get(), near, image.get(), far, &out, &origin));
-  EXPECT_EQ(out, nullptr);
-  EXPECT_FALSE(CDIB32::Merge32BitsDIB(image.get(), near, RECT{INT32_MIN, 0, INT32_MAX, 1}, &out, &origin));
-  EXPECT_FALSE(CDIB32::CombineDIBs(image.get(), near, 0, image.get(), far, 0, &out, &origin));
-  EXPECT_FALSE(CDIB32::CombineDIBs(image.get(), near, 0, image.get(), near, 0, nullptr, &origin));
-  EXPECT_FALSE(CDIB32::Merge32BitsDIB(image.get(), near, image.get(), near, &out, nullptr));
+  Dib out = nullptr;
+  POINT origin{0, 0};
+  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), near, RECT{INT32_MIN, 0, INT32_MAX, 1}, &out, &origin));
+  EXPECT_FALSE(CDIB32::CombineDIBs(one.get(), near, 0, one.get(), near, 0, nullptr, &origin));
+  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), near, one.get(), near, &out, nullptr));
 }
 
 }  // namespace

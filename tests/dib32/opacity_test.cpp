@@ -2,25 +2,16 @@
 
 #include "dib32/blend.h"
 #include "dib32/dib32.h"
-#include "support/images.h"
+#include "dib32/literal_rules.h"
 
 namespace {
 
-using dibkit::OwnedDib;
-
-BYTE byteOf(int value) { return static_cast<BYTE>(value); }
-
-int literalChannel(int ad, int as, int cd, int cs, int ao) {
-  int value = cd * ad * (255 - as) / 255 + cs * as;
-  if (ao > 0) value /= ao;
-  return std::min(value, 255);
-}
+using test::byteOf;
 
 TEST(CalcuOpacity, IsExactForEveryPair) {
   for (int a = 0; a < 256; ++a) {
     for (int b = 0; b < 256; ++b) {
-      ASSERT_EQ(CDIB32::CalcuOpacity(byteOf(a), byteOf(b)), 255 - (255 - a) * (255 - b) / 255)
-          << a << " " << b;
+      ASSERT_EQ(CDIB32::CalcuOpacity(byteOf(a), byteOf(b)), 255 - (255 - a) * (255 - b) / 255);
     }
   }
   EXPECT_EQ(CDIB32::CalcuOpacity(128, 128), 192);
@@ -37,15 +28,6 @@ TEST(CalcuRGBValue, TakesAnyOpacityOfTheResult) {
 }
 
 constexpr int levels[] = {0, 1, 2, 17, 51, 84, 85, 100, 127, 128, 170, 200, 240, 253, 254, 255};
-
-dibkit::Bgra literalOver(const dibkit::Bgra& below, const dibkit::Bgra& above) {
-  const int ad = below.alpha;
-  const int as = above.alpha;
-  const int ao = 255 - (255 - ad) * (255 - as) / 255;
-  return {byteOf(literalChannel(ad, as, below.blue, above.blue, ao)),
-          byteOf(literalChannel(ad, as, below.green, above.green, ao)),
-          byteOf(literalChannel(ad, as, below.red, above.red, ao)), byteOf(ao)};
-}
 
 TEST(OverRow, IsExactForEveryAlphaPair) {
   // One row per pair of opacities: every pair of 16 channel levels, three pairs a pixel.
@@ -67,7 +49,8 @@ TEST(OverRow, IsExactForEveryAlphaPair) {
       result = below;
       dibkit::overRow(result.data(), above.data(), count, {});
       for (std::size_t i = 0; i < count; ++i) {
-        const dibkit::Bgra expected = literalOver(below[i], above[i]);
+        dibkit::Bgra expected = below[i];
+        test::combine(reinterpret_cast<BYTE*>(&expected), reinterpret_cast<BYTE*>(&above[i]), 0);
         if (result[i] != expected) FAIL() << ad << " " << as << " " << i;
         if (i < 2 && dibkit::over(below[i], above[i]) != expected) FAIL() << ad << " " << as << " " << i;
       }
@@ -85,18 +68,6 @@ TEST(OverRow, DividesExactlyByMultiplying) {
       }
     }
   }
-}
-
-TEST(CombineBlock, ComposesTheOverlapOnly) {
-  const OwnedDib below = test::imageOf(2, 2, 32, {0xFF000000, 0x00463C32, 0x00463C32, 0xFF102030});
-  const OwnedDib above = test::imageOf(2, 2, 32, {0x80FFFFFF, 0x001E140A, 0xFF010203, 0xC8010203});
-  // The source's left column falls outside: (1, y) of the source lies over (0, y + 1) of the destination.
-  CDIB32::CombineBlock(below.get(), {5, 5}, above.get(), {4, 6}, 0);
-  // Two transparent pixels give transparent black, and the row above stays.
-  EXPECT_EQ(test::pixelsOf(below), (std::vector<DWORD>{0xFF000000, 0x00463C32, 0, 0xFF102030}));
-  // White of 128, less 100, over opaque black: 255 * 28 / 255 = 28.
-  CDIB32::CombineBlock(below.get(), {0, 0}, above.get(), {0, 0}, 100);
-  EXPECT_EQ(test::pixel(below, 0, 0), 0xFF1C1C1CU);
 }
 
 }  // namespace

@@ -12,8 +12,9 @@ namespace test {
 class Guarded {
  public:
   explicit Guarded(const OwnedDib& dib) : Guarded(bytesOf(dib)) {}
-  Guarded(int width, int height, int bitCount, Random& random)
-      : Guarded(randomImage(width, height, bitCount, random)) {}
+  /// Random pixels, 1 to 40 in each direction.
+  Guarded(Random& random, int bitCount)
+      : Guarded(randomImage(1 + below(random, 40), 1 + below(random, 40), bitCount, random)) {}
   /// A copy of its own, so that the twin has the same to work on.
   Guarded(const Guarded&) = default;
 
