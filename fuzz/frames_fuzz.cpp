@@ -172,6 +172,3 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   operations[operation](arguments);
   return 0;
 }
-
-/// ExtFillBkgnd leaves its trim region behind on purpose.
-extern "C" const char* __lsan_default_suppressions() { return "leak:giveTrimmed\n"; }

@@ -112,8 +112,9 @@ int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN region, BITM
 
   const Cut cut(spans.box(), source.view());
   OwnedDib piece = cropPixels(frame, source.view(), cut);
+  if (!piece) return 0;
   OwnedDib pieceMask = createMask(cut.width(), cut.height());
-  if (!piece || !pieceMask) return 0;
+  if (!pieceMask) return 0;
   if (!cropMask(source, spans, cut, View(pieceMask.get()))) pieceMask.reset();
   *outImage = piece.release();
   *outMask = pieceMask.release();
