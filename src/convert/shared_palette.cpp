@@ -25,7 +25,7 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
   withFormat(target.bitCount(), 0, [&](auto format) {
     using Format = decltype(format);
     if constexpr (Format::bits <= 8) {
-      for (int y = 0; y < source.height(); ++y) {
+      for (int y = 0; y < source.lines(); ++y) {
         const BYTE* from = source.row(y);
         BYTE indexes[indexChunk];
         for (int left = 0; left < source.width(); left += indexChunk) {

@@ -12,8 +12,8 @@ class Frame {
   Frame(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
       : view_(dib), palette_(dib), mask_(mask, view_.width()) {}
 
-  /// False for an unusable image or mask.
-  explicit operator bool() const { return static_cast<bool>(view_) && mask_.usable(); }
+  /// False for an unusable image or mask; pixels of 0 bits are none.
+  explicit operator bool() const { return view_ && view_.bitCount() > 0 && mask_.usable(); }
   const ConstView& view() const { return view_; }
   const PaletteTable& palette() const { return palette_; }
   const FrameMask& mask() const { return mask_; }

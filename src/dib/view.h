@@ -63,6 +63,9 @@ class BasicView {
   explicit operator bool() const { return bits_ != nullptr; }
   int width() const { return width_; }
   int height() const { return height_; }
+  /// How many lines hold pixels: none in an image without width, however high it is. Loops run over these, so
+  /// that a header of 0 x 2147483647 pixels costs nothing.
+  int lines() const { return width_ > 0 ? height_ : 0; }
   int bitCount() const { return bitCount_; }
   /// Bytes from one row to the next one in memory, which is the picture's line above it.
   std::ptrdiff_t stride() const { return stride_; }

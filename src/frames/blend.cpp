@@ -38,7 +38,7 @@ std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour
   BitGrid shows(width, 2);
   FrameColours colours;
   MaskOnDemand leftOut(width, height);
-  for (int y = 0; y < height; ++y) {
+  for (int y = 0; y < target.lines(); ++y) {
     BYTE* row = target.row(y);
     const std::int64_t canvasY = area.top + y;
     upper.opaqueBits(canvasY, area, shows.row(0));

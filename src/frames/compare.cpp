@@ -30,7 +30,7 @@ int CompareFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, BITMAPINFOHE
   const Frame b(frameB, maskB);
   if (!a || !b || a.width() != b.width() || a.height() != b.height()) return 0;
   const FrameDifference difference(a, b);
-  for (int y = 0; y < a.height(); ++y) {
+  for (int y = 0; y < a.view().lines(); ++y) {
     if (difference.first({0, y, 0, y}, a.width()) != a.width()) return 0;
   }
   return 1;

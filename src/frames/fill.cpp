@@ -22,6 +22,7 @@ class FillWork {
   bool usable() const { return static_cast<bool>(rows_); }
   int width() const { return frame_.frame().width(); }
   int height() const { return frame_.frame().height(); }
+  int lines() const { return rows_.lines(); }
   BYTE* row(int y) const { return rows_.row(y); }
 
   /// Bits of the opaque pixels of a line; valid until the next call.
@@ -74,7 +75,7 @@ int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, 
     const Tint tint(fromColorRef(fill), percent, work.width());
     BitGrid matched(work.width(), 1);
     std::vector<BYTE> flags(matched.wordsPerRow() * 64);
-    for (int y = 0; y < work.height(); ++y) {
+    for (int y = 0; y < work.lines(); ++y) {
       work.decodeRow(y);
       work.match(y, range, flags.data());
       packFlags(flags.data(), matched.wordsPerRow(), matched.row(0));
@@ -99,7 +100,7 @@ int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD t
     FillWork work(frame, mask);
     if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
     if (seed.x < 0 || seed.x >= work.width() || seed.y < 0 || seed.y >= work.height()) return 0;
-    for (int y = 0; y < work.height(); ++y) work.decodeRow(y);
+    for (int y = 0; y < work.lines(); ++y) work.decodeRow(y);
 
     // What a walk that runs out of memory leaves behind.
     *outImage = nullptr;
@@ -110,7 +111,7 @@ int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD t
         work.width(), work.height(), seed, [&](int y, BYTE* flags) { work.match(y, range, flags); },
         [&](int y, int left, int right) { tint.apply(work.row(y), left, right); });
 
-    for (int y = 0; y < work.height(); ++y) work.noteRow(y);
+    for (int y = 0; y < work.lines(); ++y) work.noteRow(y);
     OwnedDib image = work.finish();
     if (!image) return 0;
     OwnedDib maskCopy(CBitmapCreator::Clone(mask));

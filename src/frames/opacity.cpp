@@ -37,7 +37,7 @@ OwnedRegion opaqueRegion(const ConstView& mask) {
   if (!mask) return nullptr;
   OpaqueRows opaque(mask);
   SpanCollector spans;
-  for (int y = 0; y < mask.height(); ++y) {
+  for (int y = 0; y < mask.lines(); ++y) {
     forEachRun(opaque(y), mask.width(), [&](int left, int right) { spans.add(y, left, right); });
   }
   return spans.empty() ? nullptr : spans.region();
@@ -57,6 +57,7 @@ struct Margins {
 Margins transparentMargins(const ConstView& mask) {
   const int width = mask.width();
   const int height = mask.height();
+  if (width == 0) return {width, height, width, height};
   OpaqueRows opaque(mask);
   int top = 0;
   while (top < height && findBit(opaque(top), 0, width, true) == width) ++top;

@@ -128,7 +128,7 @@ OwnedDib removeNoise(BITMAPINFOHEADER* dib, BITMAPINFOHEADER* maskDib, CQorCommo
   OwnedDib result(CBitmapCreator::Clone(dib));
   if (!result) return nullptr;
   NoiseFilter filter(source, mask, View(result.get(), Bgr24::bits));
-  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) { filter.filterRow(y); });
+  const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) { filter.filterRow(y); });
   return finished ? std::move(result) : nullptr;
 }
 

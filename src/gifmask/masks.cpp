@@ -78,7 +78,7 @@ BITMAPINFOHEADER* CMaskedBitmapTransform::MarkedMaskDIB(BITMAPINFOHEADER* mask, 
   if (!marked) return nullptr;
   const View below(marked.get());
   const int width = std::min(below.width(), above.width());
-  for (int y = 0; y < std::min(below.height(), above.height()); ++y) {
+  for (int y = 0; y < std::min(below.lines(), above.lines()); ++y) {
     std::memcpy(below.row(y), above.row(y), static_cast<std::size_t>(width / 8));
     for (int x = width / 8 * 8; x < width; ++x) Set1BitPixel(below.row(y), Get1BitPixel(above.row(y), x), x);
   }

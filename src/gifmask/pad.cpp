@@ -28,7 +28,7 @@ Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, cons
   const View mask(padded.mask.get());
   const Box area = placedBox(size->cx, size->cy, POINT{0, 0});
   BitGrid opaque(image.width(), 1);
-  for (int y = 0; y < image.height(); ++y) {
+  for (int y = 0; y < image.lines(); ++y) {
     fillMaskRow(mask.row(y), 0, mask.width(), true);
     frame.opaqueBits(y, area, opaque.row(0));
     forEachRun(opaque.row(0), image.width(), [&](int left, int right) {

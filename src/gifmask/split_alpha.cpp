@@ -73,7 +73,7 @@ int CMaskedBitmapTransform::Spilt32BitsDIBForGIF(BITMAPINFOHEADER* source, DWORD
   if (!image) return 0;
   const View target(image.get());
   MaskOnDemand mask(rows.width, rows.height);
-  for (int y = 0; y < rows.height; ++y) {
+  for (int y = 0; y < target.lines(); ++y) {
     splitRow(rows.row(y), rows.width, fromColorRef(background), fromColorRef(transparent), y, target.row(y),
              mask);
   }

@@ -42,7 +42,7 @@ struct Scan {
 Scan sameTopRows(const Pair& pair) {
   const int width = pair.reference.width();
   const int common = std::min(pair.reference.height(), pair.next.height());
-  int y = 0;
+  int y = width == 0 ? common : 0;  // rows without pixels are all the same
   while (y < common && pair.difference.first({0, y, 0, y}, width) == width) ++y;
   return {y, y == common && common < pair.reference.height() && width > 0};
 }
