@@ -50,11 +50,13 @@ int run(int argc, char** argv) {
       "  dibkit transition morning.jpg evening.jpg -o day.gif\n"
       "  dibkit transition a.png b.png c.png --effect spread --style circle --back -o abc.gif\n"
       "  dibkit gallery pages\n"
+      "  dibkit convert photo.jpg --bits 8 -o photo.bmp\n"
       "  dibkit effects\n"
       "  dibkit info day.gif\n"
       "\n"
       "Reads PNG, JPEG, GIF, BMP and WebP. A file named - is standard input or output.");
   host::addTransitionCommand(program, settings);
+  host::addConvertCommand(program, settings);
   host::addGalleryCommand(program, settings);
   host::addEffectsCommand(program);
   host::addInfoCommand(program);

@@ -74,14 +74,15 @@ using Owned = std::unique_ptr<T, Destroyer<Destroy>>;
 /// How often each colour shows, over at most about two million pixels spread evenly over all frames.
 std::vector<liq_histogram_entry> histogramOf(std::span<const Frame> frames) {
   constexpr std::int64_t mostSamples = 2'000'000;
-  const Size size = frames.front().picture.size();
-  const std::int64_t pixels = size.pixels() * static_cast<std::int64_t>(frames.size());
+  std::int64_t pixels = 0;
+  for (const Frame& frame : frames) pixels += frame.picture.size().pixels();
   const int step = static_cast<int>(std::max<std::int64_t>(1, pixels / mostSamples));
   std::unordered_map<std::uint32_t, std::uint32_t> counts;
   std::vector<std::uint32_t> order;
   int offset = 0;
   for (const Frame& frame : frames) {
     throwIfInterrupted();
+    const Size size = frame.picture.size();
     const auto weight = static_cast<std::uint32_t>(std::clamp(frame.delay, 1, 200));
     for (int y = 0; y < size.height; ++y) {
       const Pixel* row = frame.picture.row(y);
@@ -104,7 +105,9 @@ std::vector<liq_histogram_entry> histogramOf(std::span<const Frame> frames) {
   return entries;
 }
 
-std::vector<RGBQUAD> quantised(std::span<const Frame> frames, int mostColours) {
+}  // namespace
+
+std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours) {
   // The library adds up in as many parts as it has threads, which changes the last bit of its sums: with one,
   // the same pictures give the same palette on every machine.
   omp_set_num_threads(1);
@@ -129,7 +132,11 @@ std::vector<RGBQUAD> quantised(std::span<const Frame> frames, int mostColours) {
   return colours;
 }
 
-}  // namespace
+std::vector<RGBQUAD> coloursOf(const Picture& picture) {
+  ColourCollector collector;
+  collector.add(picture);
+  return collector.colours();
+}
 
 Palette paletteFor(std::span<const Frame> frames) {
   ColourCollector collector;
@@ -137,7 +144,7 @@ Palette paletteFor(std::span<const Frame> frames) {
   const int room = Palette::most - (collector.sawTransparent() ? 1 : 0);
   if (static_cast<int>(collector.colours().size()) <= room) return {collector.colours(), true};
   // One index stays free for pixels that are transparent, or that a frame leaves as they were.
-  return {quantised(frames, Palette::most - 1), false};
+  return {bestPalette(frames, Palette::most - 1), false};
 }
 
 PaletteIndex::PaletteIndex(const Palette& palette)

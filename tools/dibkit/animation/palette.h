@@ -31,6 +31,12 @@ struct Palette {
 /// ones that the quantising library finds, each frame weighing as much as the time that it shows.
 Palette paletteFor(std::span<const Frame> frames);
 
+/// The best palette for all frames that the quantising library finds, of any sizes.
+std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours);
+
+/// The colours of a picture in order of first appearance, up to 257 of them; transparent pixels have none.
+std::vector<RGBQUAD> coloursOf(const Picture& picture);
+
 /// Finds palette indices for pixels. Colours that are in the palette map to themselves. Remembers what it has
 /// found, so use one object for many pixels, on one thread.
 class PaletteIndex {

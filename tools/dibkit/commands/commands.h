@@ -13,6 +13,7 @@ struct Settings {
 };
 
 void addTransitionCommand(CLI::App& program, const Settings& settings);
+void addConvertCommand(CLI::App& program, const Settings& settings);
 void addGalleryCommand(CLI::App& program, const Settings& settings);
 void addEffectsCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -96,6 +97,9 @@ const BYTE* lineOf(const BITMAPINFOHEADER* dib, int y) {
 IndexedPicture indicesOf(const BITMAPINFOHEADER* dib) {
   const auto* entry = reinterpret_cast<const RGBQUAD*>(reinterpret_cast<const BYTE*>(dib) + dib->biSize);
   IndexedPicture picture{{dib->biWidth, dib->biHeight}, {}, {entry, entry + GetDIBPaletteSize(dib)}, {}};
+  // A PNG's depth follows from its palette: black entries keep it from being less than the image's.
+  const std::size_t leastForDepth = dib->biBitCount == 8 ? 17 : dib->biBitCount == 4 ? 5 : 1;
+  picture.palette.resize(std::max(picture.palette.size(), leastForDepth));
   picture.indices.reserve(static_cast<std::size_t>(picture.size.pixels()));
   for (int y = 0; y < dib->biHeight; ++y) {
     const BYTE* line = lineOf(dib, y);
