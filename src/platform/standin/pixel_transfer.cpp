@@ -15,9 +15,15 @@ bool isVerbatim(const Pixels& from, const Pixels& to) {
 /// True colours are matched with 256 entries by their top five bits, each channel from the middle of its
 /// step.
 constexpr Colour coarse(Colour colour) { return (colour & 0xF8F8F8) + 0x040404; }
-constexpr std::size_t coarseIndex(Colour colour) {
+constexpr std::size_t coarseSlot(Colour colour) {
   return (colour >> 9 & 0x7C00) | (colour >> 6 & 0x03E0) | (colour >> 3 & 0x001F);
 }
+
+/// Sixteen entries are matched with exact colours, which share places.
+constexpr std::size_t exactSlot(Colour colour) { return colour * 0x9E3779B1U >> 17; }
+
+/// Two entries are compared sooner than remembered.
+constexpr bool remembers(int bitCount) { return bitCount == 4 || bitCount == 8; }
 
 }  // namespace
 
@@ -26,21 +32,25 @@ PixelTransfer::PixelTransfer(const Pixels& from, const Pixels& to)
   if (verbatim_) return;
   if (from.bitCount <= 8) {
     for (const Colour colour : from.colours) indexes_.push_back(to.rawOfColour(colour));
-  } else if (to.bitCount == 8) {
-    known_.assign(std::size_t{1} << 15, -1);
+  } else if (remembers(to.bitCount)) {
+    known_.assign(std::size_t{1} << 15, 0);
+    // A place that nothing was put in looks like black's, so black is never searched for again.
+    known_[exactSlot(black)] = to.rawOfColour(black);
   }
 }
 
 DWORD PixelTransfer::indexOf(Colour colour) {
-  int& index = known_[coarseIndex(colour)];
-  if (index < 0) index = static_cast<int>(to_.rawOfColour(coarse(colour)));
-  return static_cast<DWORD>(index);
+  const bool isCoarse = to_.bitCount == 8;
+  if (isCoarse) colour = coarse(colour);
+  DWORD& known = known_[isCoarse ? coarseSlot(colour) : exactSlot(colour)];
+  if (known >> 8 != colour) known = colour << 8 | to_.rawOfColour(colour);
+  return known & 0xFF;
 }
 
 DWORD PixelTransfer::translated(DWORD raw) {
   if (from_.bitCount <= 8) return indexes_[raw];
   const Colour colour = from_.colourOfRaw(raw);
-  return to_.bitCount == 8 ? indexOf(colour) : to_.rawOfColour(colour);
+  return remembers(to_.bitCount) ? indexOf(colour) : to_.rawOfColour(colour);
 }
 
 void PixelTransfer::copy(int fromX, int fromY, int toX, int toY, int count) {

@@ -22,7 +22,7 @@ class PixelTransfer {
   Pixels to_;
   bool verbatim_;
   std::vector<DWORD> indexes_;  ///< what each index of a source with a colour table becomes
-  std::vector<int> known_;      ///< the nearest entry for each coarse colour, -1 while nobody has asked
+  std::vector<DWORD> known_;    ///< true colours found in the table: the colour above its index, by place
 };
 
 }  // namespace dibkit::standin

@@ -91,20 +91,21 @@ DWORD Pixels::rawOfColour(Colour colour) const {
   if (bitCount == 16) return (colour >> 9 & 0x7C00) | (colour >> 6 & 0x03E0) | (colour >> 3 & 0x001F);
   if (bitCount > 8) return colour;
   const auto channel = [](Colour of, int shift) { return static_cast<int>(of >> shift & 255); };
-  DWORD nearest = 0;
-  int smallest = std::numeric_limits<int>::max();
-  for (std::size_t i = 0; i < colours.size(); ++i) {
-    int distance = 0;
-    for (const int shift : {0, 8, 16}) {
-      const int difference = channel(colours[i], shift) - channel(colour, shift);
-      distance += difference * difference;
-    }
-    if (distance < smallest) {
-      smallest = distance;
-      nearest = static_cast<DWORD>(i);
-    }
+  const int red = channel(colour, 16);
+  const int green = channel(colour, 8);
+  const int blue = channel(colour, 0);
+  // A distance takes 18 bits. With the index below it one minimum finds the nearest entry and the first of
+  // several, and no branch depends on a colour.
+  int best = std::numeric_limits<int>::max() & ~0xFF;
+  const int count = static_cast<int>(colours.size());
+  for (int i = 0; i < count; ++i) {
+    const Colour entry = colours[static_cast<std::size_t>(i)];
+    const int r = channel(entry, 16) - red;
+    const int g = channel(entry, 8) - green;
+    const int b = channel(entry, 0) - blue;
+    best = std::min(best, (r * r + g * g + b * b) << 8 | i);
   }
-  return nearest;
+  return static_cast<DWORD>(best) & 0xFF;
 }
 
 const std::array<Colour, 256>& systemColours256() {
