@@ -9,19 +9,26 @@
 namespace dibkit {
 namespace {
 
-constexpr DWORD opaque = 0xFF000000;
-
-/// What the inner pixels of a line show: the place of a pixel in memory, counted from the picture's first
-/// one, and how much darker it is.
+/// What the pixels of a line show: the place of a pixel in memory, counted from the picture's first one, and
+/// what is taken from and added to each of its bytes.
 struct Displacement {
+  explicit Displacement(int width)
+      : place(static_cast<std::size_t>(width)), darker(place.size()), lighter(place.size()) {}
+
   std::vector<int> place;
-  std::vector<int> shade;
+  std::vector<DWORD> darker;
+  std::vector<DWORD> lighter;
 };
 
-/// \param level,below the heights on line y and the next one
+/// The same number in blue, green and red.
+constexpr DWORD inEachChannel(int value) { return static_cast<DWORD>(value) * 0x010101; }
+
+/// Fills in the inner pixels of line y.
+/// \param level,below the heights on it and on the next one
 void displaceLine(int w, int h, int y, const int* level, const int* below, Displacement& line) {
-  int* place = line.place.data();
-  int* shade = line.shade.data();
+  int* __restrict place = line.place.data();
+  DWORD* __restrict darker = line.darker.data();
+  DWORD* __restrict lighter = line.lighter.data();
   for (int x = 1; x < w - 1; ++x) {
     const int dx = wrapped(bitsOf(level[x]) - bitsOf(level[x + 1]));
     const int dy = wrapped(bitsOf(level[x]) - bitsOf(below[x]));
@@ -32,19 +39,18 @@ void displaceLine(int w, int h, int y, const int* level, const int* below, Displ
     const int moved = x + (dx >> 3);
     const int sx = moved > largest ? w - 1 : std::max(moved, 0);
     place[x] = (h - 1 - sy) * w + sx;
-    shade[x] = dx;
+    const int shade = std::clamp(dx, -255, 255);
+    const int whenNegative = shade >> 31;  // all bits or none: a choice without a branch
+    darker[x] = inEachChannel(shade & ~whenNegative);
+    lighter[x] = inEachChannel(-shade & whenNegative) | 0xFF000000;  // opaque
   }
 }
 
-/// channel - shade, kept within a byte; opaque
-void shadePixels(DWORD* pixels, const int* shade, int begin, int end) {
-  for (int x = begin; x < end; ++x) {
-    const int darker = std::clamp(shade[x], -255, 255);
-    const auto lit = [&](int shift) {
-      return static_cast<DWORD>(std::clamp(static_cast<int>(pixels[x] >> shift & 255) - darker, 0, 255))
-             << shift;
-    };
-    pixels[x] = opaque | lit(16) | lit(8) | lit(0);
+/// byte = byte - darker, not below 0, + lighter, not above 255; one of the two is 0
+void shadeBytes(BYTE* bytes, const BYTE* darker, const BYTE* lighter, int count) {
+  for (int i = 0; i < count; ++i) {
+    const auto left = static_cast<BYTE>(std::max(bytes[i], darker[i]) - darker[i]);
+    bytes[i] = static_cast<BYTE>(left + std::min(lighter[i], static_cast<BYTE>(255 - left)));
   }
 }
 
@@ -57,17 +63,20 @@ OwnedDib refract(const ConstView& picture, const HeightPage& page) {
   if (!frame || w == 0 || h == 0) return frame;
   const View to(frame.get());
   const BYTE* pixels = picture.row(h - 1);
-  const auto width = static_cast<std::size_t>(w);
-  Displacement line{std::vector<int>(width), std::vector<int>(width)};
+  Displacement line(w);
   for (int y = 0; y < h; ++y) {
-    auto* row = reinterpret_cast<DWORD*>(to.row(y));
-    const bool border = y == 0 || y == h - 1 || w < 3;
-    std::memcpy(row, picture.row(y), border ? width * 4 : 4);
-    if (border) continue;
+    BYTE* row = to.row(y);
+    if (y == 0 || y == h - 1 || w < 3) {
+      std::memcpy(row, picture.row(y), static_cast<std::size_t>(to.stride()));
+      continue;
+    }
     displaceLine(w, h, y, page.line(y), page.line(y + 1), line);
-    for (int x = 1; x < w - 1; ++x) row[x] = Bgra32::get(pixels, line.place[static_cast<std::size_t>(x)]);
-    shadePixels(row, line.shade.data(), 1, w - 1);
-    Bgra32::put(to.row(y), w - 1, Bgra32::get(picture.row(y), w - 1));
+    for (int x = 1; x < w - 1; ++x) {
+      Bgra32::put(row, x, Bgra32::get(pixels, line.place[static_cast<std::size_t>(x)]));
+    }
+    shadeBytes(row + 4, reinterpret_cast<const BYTE*>(&line.darker[1]),
+               reinterpret_cast<const BYTE*>(&line.lighter[1]), (w - 2) * 4);
+    for (const int x : {0, w - 1}) Bgra32::put(row, x, Bgra32::get(picture.row(y), x));
   }
   return frame;
 }

@@ -37,9 +37,10 @@ class DIBKIT_API CRippleEffect {
   void HeightBlob(int x, int y, int radius, int height, int page);
 
   /// One wave step: each cell of the page becomes a quarter of its eight neighbours' sum on the other page
-  /// less its own height, damped. The outermost cells stay. \param page the one that is written: 0 the first
-  /// field, else the second \param density the wave loses its height divided by 2 to the power of this, 0 to
-  /// 31
+  /// less its own height, damped. The outermost cells stay.
+  ///
+  /// \param page the one that is written: 0 the first field, else the second
+  /// \param density the wave loses its height divided by 2 to the power of this, 0 to 31
   void CalcWater(int page, int density);
   /// The same over 5 x 5 cells: rounder waves, for the application; the library takes CalcWater.
   void CalcWaterBigFilter(int page, int density);
@@ -47,12 +48,14 @@ class DIBKIT_API CRippleEffect {
   void FlattenWater();
 
   /// Renders the water as it is. Both arguments are ignored, and the first field is the one shown, whichever
-  /// was written last. The outermost pixels are the source's; all others are opaque. \return a new image,
-  /// owned by the caller; null for an idle object or when memory runs out
+  /// was written last. The outermost pixels are the source's; all others are opaque.
+  ///
+  /// \return a new image, owned by the caller; null for an idle object or when memory runs out
   BITMAPINFOHEADER* GenerateRippleEffect(int page, int flag);
   /// The picture under a small drop at its centre and drops every 100 pixels, after the given rounds. An
-  /// animation that runs is not disturbed. \return a new image, owned by the caller; null for a source that
-  /// is not 32-bit or when memory runs out
+  /// animation that runs is not disturbed.
+  ///
+  /// \return a new image, owned by the caller; null for a source that is not 32-bit or when memory runs out
   BITMAPINFOHEADER* GenerateRippleEffect();
 
   /// Takes `shift` from each channel, kept within 0 to 255.

@@ -40,12 +40,13 @@ void layDrops(const HeightPage& page) {
 }
 
 void stepWave(const HeightPage& page, const HeightPage& other, int density) {
+  const int w = page.width;  // a copy that the cells written below cannot be taken for
   for (int y = 1; y < page.height - 1; ++y) {
     int* __restrict to = page.line(y);
     const int* above = other.line(y - 1);
     const int* level = other.line(y);
     const int* below = other.line(y + 1);
-    for (int x = 1; x < page.width - 1; ++x) {
+    for (int x = 1; x < w - 1; ++x) {
       const std::uint32_t sum = bitsOf(above[x - 1]) + bitsOf(above[x]) + bitsOf(above[x + 1]) +
                                 bitsOf(level[x - 1]) + bitsOf(level[x + 1]) + bitsOf(below[x - 1]) +
                                 bitsOf(below[x]) + bitsOf(below[x + 1]);
@@ -55,12 +56,15 @@ void stepWave(const HeightPage& page, const HeightPage& other, int density) {
 }
 
 void stepBroadWave(const HeightPage& page, const HeightPage& other, int density) {
+  const int w = page.width;
   for (int y = 2; y < page.height - 2; ++y) {
     int* __restrict to = page.line(y);
-    const int* lines[5];
-    for (int i = 0; i < 5; ++i) lines[i] = other.line(y - 2 + i);
-    const auto [a, b, c, d, e] = lines;
-    for (int x = 2; x < page.width - 2; ++x) {
+    const int* a = other.line(y - 2);
+    const int* b = other.line(y - 1);
+    const int* c = other.line(y);
+    const int* d = other.line(y + 1);
+    const int* e = other.line(y + 2);
+    for (int x = 2; x < w - 2; ++x) {
       const std::uint32_t straight = bitsOf(b[x]) + bitsOf(d[x]) + bitsOf(c[x - 1]) + bitsOf(c[x + 1]);
       const std::uint32_t diagonal =
           bitsOf(b[x - 1]) + bitsOf(b[x + 1]) + bitsOf(d[x - 1]) + bitsOf(d[x + 1]);

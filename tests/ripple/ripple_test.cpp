@@ -219,10 +219,10 @@ TEST_F(Basin, BroadWaveSpreadsAsFarAsAKnightMoves) {
     for (int x = 0; x < 21; ++x) {
       const int dx = std::abs(x - 10);
       const int dy = std::abs(y - 10);
-      const int near = std::min(dx, dy);
+      const int across = std::min(dx, dy);
       const int away = std::max(dx, dy);
-      if (away == 1) water.at(0, x, y) = near == 0 ? 1200 : 600;
-      if (away == 2 && near < 2) water.at(0, x, y) = near == 0 ? 300 : 150;
+      if (away == 1) water.at(0, x, y) = across == 0 ? 1200 : 600;
+      if (away == 2 && across < 2) water.at(0, x, y) = across == 0 ? 300 : 150;
     }
   }
   expectSame();
