@@ -13,13 +13,13 @@
 ///     } else {
 ///       const auto [a, b] = effect.parameters(progress, size, style);
 ///       if (GeneralEffectFrame(effect.number, incoming, a, b, &piece, &rect) == 1) {
-///         // Lay the piece over a copy of the outgoing frame at rect.left, rect.top.
+///         // Lay the piece over a copy of the outgoing frame at pieceOrigin(rect).
 ///       }
 ///     }
 namespace dibkit {
 
 /// What an amount counts.
-enum class AmountUnit { percent, degrees, pixels, rounds };
+enum class AmountUnit { percent, degrees, pixels };
 
 /// Which of its two parameters an effect takes as its style; the other one is its amount.
 enum class StyleParameter { none, a, b };
@@ -35,6 +35,12 @@ struct EffectParameters {
   long a = 0;
   long b = 0;
 };
+
+/// Where the top left pixel of a piece goes. It is the corner of the piece's place, but for the clock's:
+/// where that reaches out of the frame, the piece starts at the frame's edge.
+inline POINT pieceOrigin(const RECT& place) {
+  return {place.left > 0 ? place.left : 0, place.top > 0 ? place.top : 0};
+}
 
 /// A transition.
 struct DIBKIT_API Effect {

@@ -80,26 +80,29 @@ class DIBKIT_API CGeneralEffectFrame {
 /// roll = n x (100 - percent) / 1000 lines, rounded up, of the roll. Line k of it, with
 /// v = (2 k + 1 - roll) / roll, shows the picture's line flat + roll / 2 x (1 + pi - asin v), truncated, at
 /// most n - 1, its colours times light / 255, truncated, light = 64 + (191 x square root of (1 - v x v),
-/// truncated). The piece is these lines, at the side that they start at; opacity is the source's. \param
-/// effect number of the effect \param source the incoming frame, 32 bits; only read \param a,b style and
-/// amount, as the table says \param outImage receives the piece, owned by the caller \param outRect receives
-/// the piece's place in the frame \return 1; or 0 with neither pointer written for an unknown effect or
-/// style, a stage that shows nothing at
-///         all, an image that is not a 32-bit one with pixels, or when memory runs out
+/// truncated). The piece is these lines, at the side that they start at; opacity is the source's.
+///
+/// \param effect number of the effect
+/// \param source the incoming frame, 32 bits; only read
+/// \param a,b style and amount, as the table says
+/// \param outImage receives the piece, owned by the caller
+/// \param outRect receives the piece's place in the frame
+/// \return 1; or 0 with neither pointer written for an unknown effect or style, a stage that shows nothing
+///         at all, an image that is not a 32-bit one with pixels, or when memory runs out
 DIBKIT_API int GeneralEffectFrame(int effect, BITMAPINFOHEADER* source, long a, long b,
                                   BITMAPINFOHEADER** outImage, RECT* outRect);
 
 /// Makes one whole frame of a transition through concentric diamond bands. In the first half the bands fade
-/// from the outgoing picture to the incoming one, in the second half the gaps between them follow. \param
-/// incoming 32 bits; its opacity is not looked at \param outgoing 32 bits, with no fewer pixels than the
-/// incoming one, read as if it had its size; ignored when
-///        useColour is set
+/// from the outgoing picture to the incoming one, in the second half the gaps between them follow.
+///
+/// \param incoming 32 bits; its opacity is not looked at
+/// \param outgoing 32 bits, with no fewer pixels than the incoming one, read as if it had its size; ignored
+///        when useColour is set
 /// \param colour a COLORREF that stands for the outgoing picture
 /// \param useColour not 0 to fade from the colour
 /// \param percent 0 to 100; others still give a frame, with the low byte of their weight
 /// \return a new opaque image of the incoming one's size, owned by the caller; null for unusable images or
-/// when
-///         memory runs out
+///         when memory runs out
 DIBKIT_API BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                               unsigned long colour, int useColour, int percent);
 
@@ -107,13 +110,16 @@ DIBKIT_API BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAP
 /// frame.
 ///
 /// With dx = width x percent / 100 and dy = height x percent / 100, truncated, the incoming picture shows
-/// where effect 12 would show it, the part of it that effect 12 would show. Along each axis in which it
-/// moves, the outgoing picture is pushed the same way by dx or dy. From a corner, what lies beside the
-/// incoming picture is pushed sideways only, what lies above or below it up or down only, and the rest both
-/// ways, so that every pixel is one of a picture's, opacity and all. \param incoming,outgoing 32 bits, of one
-/// size \param direction 0 to 7, where the incoming picture comes from, numbered as for effect 12 \param
-/// percent 0 to 100; beyond it counts as the nearer end \return a new image, owned by the caller; null for an
-/// unknown direction, pictures that don't match, or when
-///         memory runs out
+/// where effect 12 would show it, the part of it that effect 12 would show. The outgoing picture moves the
+/// same way, by dx where the incoming one moves sideways and by dy where it moves up or down. From a corner
+/// it leaves room beside the incoming picture, and there its mirror image continues it: from the left, column
+/// dx - 1 is like column dx, dx - 2 like dx + 1 and so on, and the other sides likewise. So every pixel is
+/// one of a picture's, opacity and all.
+///
+/// \param incoming,outgoing 32 bits, of one size
+/// \param direction 0 to 7, where the incoming picture comes from, numbered as for effect 12
+/// \param percent 0 to 100; beyond it counts as the nearer end
+/// \return a new image, owned by the caller; null for an unknown direction, pictures that don't match, or
+///         when memory runs out
 DIBKIT_API BITMAPINFOHEADER* GenerateRunPushEffect(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                                    long direction, long percent);

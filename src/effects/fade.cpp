@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "dib/allocate.h"
-#include "dib/view.h"
+#include "dib/pixel_format.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -27,19 +27,22 @@ void fadeOpaqueRow(BYTE* to, const BYTE* in, const BYTE* out, int bytes, std::ui
 
 /// opacity = (weight of in + weight of out) / 255, a picture's weight being its share times its opacity;
 /// colour = the mean of both, by these weights. Opaque pixels come out as in fadeOpaqueRow.
-void fadeRow(BYTE* to, const BYTE* in, const BYTE* out, int width, int weight) {
-  for (int x = 0; x < width; ++x, to += 4, in += 4, out += 4) {
-    const int weightIn = weight * in[3];
-    const int weightOut = (255 - weight) * out[3];
+void fadeRow(BYTE* __restrict to, const BYTE* in, const BYTE* out, int width, int weight) {
+  for (int x = 0; x < width; ++x) {
+    const auto p = static_cast<std::int32_t>(Bgra32::get(in, x));
+    const auto q = static_cast<std::int32_t>(Bgra32::get(out, x));
+    const int weightIn = weight * (p >> 24 & 255);
+    const int weightOut = (255 - weight) * (q >> 24 & 255);
     const int sum = weightIn + weightOut;
     // Numerators stay below 2^24 and quotients below 256, so that the single-precision quotient truncates
     // to the exact one.
-    const float divisor = static_cast<float>(std::max(sum, 1));
-    for (int i = 0; i < 3; ++i) {
-      const int numerator = in[i] * weightIn + out[i] * weightOut + sum / 2;
-      to[i] = static_cast<BYTE>(static_cast<float>(numerator) / divisor);
-    }
-    to[3] = static_cast<BYTE>((sum + 127) / 255);
+    const float divisor = static_cast<float>(sum + (sum == 0 ? 1 : 0));
+    const auto mixed = [&](int shift) {
+      const int numerator = (p >> shift & 255) * weightIn + (q >> shift & 255) * weightOut + sum / 2;
+      return static_cast<DWORD>(static_cast<int>(static_cast<float>(numerator) / divisor)) << shift;
+    };
+    const DWORD opacity = static_cast<DWORD>((sum + 127) / 255) << 24;
+    Bgra32::put(to, x, opacity | mixed(16) | mixed(8) | mixed(0));
   }
 }
 

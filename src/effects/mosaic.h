@@ -42,7 +42,9 @@ class CThawingEffect : public CGeneralEffectFrame {
 namespace dibkit {
 
 /// The percentage at which a mosaic covers a picture: 100, or 101 for a small picture whose cells leave some
-/// of it over. \param sweeping whether it is CDirectionSenceMosaic
+/// of it over.
+///
+/// \param sweeping whether it is CDirectionSenceMosaic
 long coveringMosaicPercent(const SIZE& picture, bool sweeping);
 
 }  // namespace dibkit

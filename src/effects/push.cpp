@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "dib/allocate.h"
+#include "dib/pixel_format.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
 
@@ -19,7 +20,7 @@ constexpr std::array<Side, 8> sides = {
     {{-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}, {1, 1}, {0, 1}, {-1, 1}}};
 
 /// Places along one axis. Those of [begin, end) lie beside the incoming picture, whose places from `source`
-/// on they are; along the others the outgoing picture is pushed by `moved`.
+/// on they are; the others show the outgoing picture, pushed by `moved`.
 struct Axis {
   int begin;
   int end;
@@ -27,6 +28,12 @@ struct Axis {
   int moved;
 
   bool isBeside(int place) const { return place >= begin && place < end; }
+  /// The outgoing picture's place that shows. Where it has left room beside the incoming one, its mirror
+  /// image continues it; along an axis on which nothing moves it stays where it is.
+  int pushed(int place) const {
+    if (moved == 0) return place;
+    return isBeside(place) ? begin + end - 1 - place : place - moved;
+  }
 };
 
 /// \param side as in Side; 0 is an axis along which nothing is pushed
@@ -70,12 +77,12 @@ class CRunPushEffect {
 
  private:
   void composeRow(BYTE* to, int line, const Axis& x, const Axis& y) const {
-    const bool beside = y.isBeside(line);
-    const BYTE* pushed = outgoing_.row(beside ? line : line - y.moved);
-    if (beside) {
+    const BYTE* pushed = outgoing_.row(y.pushed(line));
+    if (y.isBeside(line)) {
       copyPixels(to, x.begin, incoming_.row(line - y.begin + y.source), x.source, x.end - x.begin);
     } else {
-      copyPixels(to, x.begin, pushed, x.begin, x.end - x.begin);
+      for (int place = x.begin; place < x.end; ++place)
+        Bgra32::put(to, place, Bgra32::get(pushed, x.pushed(place)));
     }
     // The rest of the row lies on one side only.
     const int restBegin = x.begin > 0 ? 0 : x.end;

@@ -43,6 +43,7 @@ std::vector<CarpetLine> carpetLines(int extent, int percent) {
 
 /// Colours times light / 255, truncated; the opacity stays.
 void putLit(BYTE* to, const BYTE* from, int light) {
+  if (light == fullLight) return Bgra32::put(to, 0, Bgra32::get(from, 0));
   for (int i = 0; i < 3; ++i) to[i] = static_cast<BYTE>(from[i] * light / fullLight);
   to[3] = from[3];
 }
@@ -65,6 +66,10 @@ void unrollRows(const ConstView& from, const View& to, const std::vector<CarpetL
     const CarpetLine& line = lines[static_cast<std::size_t>(y)];
     const BYTE* source = from.row(line.source);
     BYTE* row = to.row(y);
+    if (line.light == fullLight) {
+      std::memcpy(row, source, static_cast<std::size_t>(to.stride()));
+      continue;
+    }
     for (std::ptrdiff_t x = 0; x < to.stride(); x += 4) putLit(row + x, source + x, line.light);
   }
 }

@@ -20,8 +20,10 @@ class CSmoothSpreadEffect : public CGeneralEffectFrame {
 namespace dibkit {
 
 /// A percentage at which a shape covers the whole picture. A shape that is round or that loses its last
-/// column to rounding needs more than 100, the more the smaller the picture is. \param shape a style of
-/// CSmoothSpreadEffect \param picture at least 1 x 1
+/// column to rounding needs more than 100, the more the smaller the picture is.
+///
+/// \param shape a style of CSmoothSpreadEffect
+/// \param picture at least 1 x 1
 long coveringSpreadPercent(const SIZE& picture, long shape);
 
 }  // namespace dibkit

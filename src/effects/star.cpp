@@ -110,13 +110,26 @@ long coveringIris(const SIZE& picture) {
 }
 
 long coveringStarPercent(const SIZE& picture) {
-  // The pentagon of the inner vertices holds a circle of this radius; it has to hold the corners, and two
-  // pixels more make good for truncation.
-  constexpr double innerRadius = 0.309;
-  const double w = picture.cx;
-  const double h = picture.cy;
-  const double needed = (std::sqrt(w * w + h * h) / 2.0 + 2.0) / innerRadius;
-  return static_cast<long>(std::ceil(100.0 * needed / starScale(unitStar(), picture, 100)));
+  const UnitStar star = unitStar();
+  // Half the picture, and two pixels more to make good for truncation.
+  const double w = picture.cx / 2.0 + 2.0;
+  const double h = picture.cy / 2.0 + 2.0;
+  // Between two neighbouring vertices the scale at which the star reaches a point grows evenly along a side
+  // of the picture, so it is largest at a corner or in the direction of a vertex.
+  double scale = 0;
+  for (std::size_t i = 0; i < star.vertices.size(); ++i) {
+    const UnitPoint& a = star.vertices[i];
+    const UnitPoint& b = star.vertices[(i + 1) % star.vertices.size()];
+    scale = std::max(scale, std::min(w / std::max(std::abs(a.x), 1e-9), h / std::max(std::abs(a.y), 1e-9)));
+    for (const UnitPoint& corner : {UnitPoint{w, h}, {-w, h}, {w, -h}, {-w, -h}}) {
+      // corner = s a + t b
+      const double determinant = a.x * b.y - a.y * b.x;
+      const double s = (corner.x * b.y - corner.y * b.x) / determinant;
+      const double t = (a.x * corner.y - a.y * corner.x) / determinant;
+      if (s >= 0 && t >= 0) scale = std::max(scale, s + t);
+    }
+  }
+  return static_cast<long>(std::ceil(100.0 * scale / starScale(star, picture, 100)));
 }
 
 }  // namespace dibkit

@@ -118,8 +118,12 @@ TEST(Push, EveryPixelIsOneOfAPictures) {
             if (besideX && besideY) {
               expected = pixel(slid.image, x - slid.rect.left, y - slid.rect.top);
             } else {
-              const int fromX = besideX ? x : x + dx[direction] * (w * percent / 100);
-              const int fromY = besideY ? y : y + dy[direction] * (h * percent / 100);
+              // Places of the pushed picture; beyond its edge they count back.
+              const auto mirrored = [](int place, int extent) {
+                return place < 0 ? -1 - place : place >= extent ? 2 * extent - 1 - place : place;
+              };
+              const int fromX = mirrored(x + dx[direction] * (w * percent / 100), w);
+              const int fromY = mirrored(y + dy[direction] * (h * percent / 100), h);
               expected = pixel(out, fromX, fromY);
             }
             ASSERT_EQ(pixel(frame, x, y), expected) << x << ' ' << y;

@@ -81,7 +81,7 @@ Picture transitionFrame(const ChosenEffect& chosen, const Picture& incoming, con
   // Neither "nothing shows yet" nor a piece that is null is a failure.
   if (GeneralEffectFrame(effect.number, incoming.dib(), a, b, &made, &place) == 0) return frame;
   const dibkit::OwnedDib piece(made);
-  if (piece) CDIB32::CombineBlock(frame.dib(), POINT{0, 0}, piece.get(), POINT{place.left, place.top}, 0);
+  if (piece) CDIB32::CombineBlock(frame.dib(), POINT{0, 0}, piece.get(), dibkit::pieceOrigin(place), 0);
   return frame;
 }
 

@@ -18,8 +18,6 @@ std::string_view nameOf(dibkit::AmountUnit unit) {
       return "degrees";
     case dibkit::AmountUnit::pixels:
       return "pixels";
-    case dibkit::AmountUnit::rounds:
-      return "rounds";
     default:
       return "percent";
   }
