@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dib/dib.h"
+#include "platform/export.h"
 
 /// \file
 /// Changes of depth and kind of image. Every operation leaves its source alone and gives a new image of the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dib/framework.h"
+#include "platform/export.h"
 
 /// The toolkit for 32-bit images: packed DIBs of 32 bits without palette or masks, whose pixels hold blue,
 /// green, red and opacity in this order. Opacity 0 is transparent, 255 opaque; colour is straight, never

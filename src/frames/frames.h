@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dib/dib.h"
+#include "platform/export.h"
 
 /// \file
 /// Operations on animation frames. A frame is a packed DIB of 1, 4, 8, 16, 24 or 32 bits; its mask is a 1-bit
