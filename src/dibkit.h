@@ -10,6 +10,7 @@
 #include "effects/effects.h"
 #include "frames/frames.h"
 #include "gifmask/gifmask.h"
+#include "module/module.h"
 #include "palette/palette.h"
 #include "platform/win32.h"
 #include "ripple/ripple.h"
