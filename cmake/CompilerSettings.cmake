@@ -12,6 +12,10 @@ else()
   target_compile_options(dibkit_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
   # Gray values and the perspective of the gate are rounded step by step: a fused multiply-add changes bytes.
   target_compile_options(dibkit_settings INTERFACE -ffp-contract=off)
+  # The same for the wide registers of the x87 unit, which compilers for 32-bit x86 use unless told otherwise.
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
+    target_compile_options(dibkit_settings INTERFACE -msse2 -mfpmath=sse)
+  endif()
   if(DIBKIT_WERROR)
     target_compile_options(dibkit_settings INTERFACE -Werror)
   endif()
@@ -19,6 +23,14 @@ else()
     target_compile_options(dibkit_settings INTERFACE --coverage)
     target_link_options(dibkit_settings INTERFACE --coverage)
   endif()
+endif()
+
+if(WIN32)
+  target_compile_definitions(dibkit_settings INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
+if(MINGW)
+  # The compiler's own run-time libraries go into each binary, so that the DLL stands alone.
+  target_link_options(dibkit_settings INTERFACE -static)
 endif()
 
 if(DIBKIT_SANITIZE)
