@@ -65,8 +65,8 @@ void filterSliding(const View& image, int n) {
     if (y + rows.after < height) history.load(y + rows.after);
     window.clear();
     const int last = std::min(y + rows.after, height - 1);
-    for (int near = std::max(y - rows.before, 0); near <= last; ++near) {
-      window.push_back({history.lumas(near), history.pixels(near)});
+    for (int nearby = std::max(y - rows.before, 0); nearby <= last; ++nearby) {
+      window.push_back({history.lumas(nearby), history.pixels(nearby)});
     }
 
     MedianWindow sliding;

@@ -61,9 +61,9 @@ Bgra medianAtEdge(const RowHistory& rows, const View& image, int x, int y) {
   };
   std::array<Sample, 9> samples;
   auto end = samples.begin();
-  for (int near = std::max(y - 1, 0); near <= std::min(y + 1, image.height() - 1); ++near) {
+  for (int nearby = std::max(y - 1, 0); nearby <= std::min(y + 1, image.height() - 1); ++nearby) {
     for (int column = std::max(x - 1, 0); column <= std::min(x + 1, image.width() - 1); ++column) {
-      *end++ = {rows.lumas(near)[column], rows.pixels(near)[column]};
+      *end++ = {rows.lumas(nearby)[column], rows.pixels(nearby)[column]};
     }
   }
   const auto median = samples.begin() + (end - samples.begin()) / 2;

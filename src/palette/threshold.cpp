@@ -33,8 +33,8 @@ Histogram countLevels(const ConstView& view) {
 void smooth(Histogram& histogram) {
   for (int level = 0; level < 256; ++level) {
     std::int64_t sum = 0;
-    for (int near = level - 2; near <= level + 2; ++near) {
-      sum += histogram[static_cast<std::size_t>(std::clamp(near, 0, 255))];
+    for (int nearby = level - 2; nearby <= level + 2; ++nearby) {
+      sum += histogram[static_cast<std::size_t>(std::clamp(nearby, 0, 255))];
     }
     histogram[static_cast<std::size_t>(level)] = (sum + 2) / 5;
   }
