@@ -49,6 +49,8 @@ int run(int argc, char** argv) {
       "Examples:\n"
       "  dibkit transition morning.jpg evening.jpg -o day.gif\n"
       "  dibkit transition a.png b.png c.png --effect spread --style circle --back -o abc.gif\n"
+      "  dibkit optimize day.gif -o smaller.gif\n"
+      "  dibkit ripple pond.jpg -o waves.gif\n"
       "  dibkit gallery pages\n"
       "  dibkit convert photo.jpg --bits 8 -o photo.bmp\n"
       "  dibkit effects\n"
@@ -56,6 +58,8 @@ int run(int argc, char** argv) {
       "\n"
       "Reads PNG, JPEG, GIF, BMP and WebP. A file named - is standard input or output.");
   host::addTransitionCommand(program, settings);
+  host::addOptimizeCommand(program, settings);
+  host::addRippleCommand(program, settings);
   host::addConvertCommand(program, settings);
   host::addGalleryCommand(program, settings);
   host::addEffectsCommand(program);

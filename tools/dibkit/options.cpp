@@ -91,6 +91,14 @@ Pixel parseColour(const std::string& text) {
   throw UsageError("'" + text + "' is no colour; write it like #1e90ff or name one of: " + listed(names));
 }
 
+void requireRoomFor(Size size, int frames) {
+  try {
+    requireUsableAnimation(size, frames);
+  } catch (const FormatError& error) {
+    throw UsageError(std::string(error.what()) + "; choose a smaller --size or fewer --frames");
+  }
+}
+
 std::string listed(const std::vector<std::string>& names) {
   std::string all;
   for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;

@@ -1,7 +1,8 @@
 #include "animation/changes.h"
 
 #include <algorithm>
-#include <cstring>
+#include <new>
+#include <utility>
 
 #include "parallel.h"
 
@@ -9,95 +10,156 @@ namespace host {
 
 namespace {
 
-struct Box {
-  int left = 0;
-  int top = 0;
-  int right = 0;
-  int bottom = 0;
+using dibkit::OwnedDib;
+using dibkit::OwnedRegion;
 
-  bool empty() const { return left >= right || top >= bottom; }
-};
+constexpr POINT corner{0, 0};
 
-Box joined(const Box& a, const Box& b) {
-  if (a.empty()) return b;
-  if (b.empty()) return a;
-  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-          std::max(a.bottom, b.bottom)};
-}
-
-const std::uint8_t* lineOf(const Bytes& indices, Size canvas, int y) {
-  return indices.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(canvas.width);
-}
-
-/// The box of all positions in which differs(before, after) holds.
-template <class Differs>
-Box boxWhere(const Bytes& before, const Bytes& after, Size canvas, Differs differs) {
-  Box box{canvas.width, canvas.height, 0, 0};
-  for (int y = 0; y < canvas.height; ++y) {
-    const std::uint8_t* a = lineOf(before, canvas, y);
-    const std::uint8_t* b = lineOf(after, canvas, y);
-    if (std::memcmp(a, b, static_cast<std::size_t>(canvas.width)) == 0) continue;
-    int first = 0;
-    while (first < canvas.width && !differs(a[first], b[first])) ++first;
-    if (first == canvas.width) continue;
-    int last = canvas.width - 1;
-    while (!differs(a[last], b[last])) --last;
-    box = {std::min(box.left, first), std::min(box.top, y), std::max(box.right, last + 1), y + 1};
-  }
-  return box.empty() ? Box{} : box;
-}
-
-/// A frame to be stored, and what stands on the canvas before it.
+/// What is to be stored for a frame, and what stands on the canvas before it.
 struct Step {
-  Box box;
-  const Bytes* frame;
-  Bytes before;
+  const CanvasFrame* frame = nullptr;
+  BITMAPINFOHEADER* before = nullptr;  ///< null when nothing is known to be there: store all of `place`
+  OwnedDib beforeMask;
+  RECT place{};  ///< has to be covered
+  Disposal disposal = Disposal::keep;
 };
 
-GifImage cut(const Step& step, Size canvas) {
-  GifImage image;
-  image.left = step.box.left;
-  image.top = step.box.top;
-  image.size = {step.box.right - step.box.left, step.box.bottom - step.box.top};
-  image.indices.reserve(static_cast<std::size_t>(image.size.pixels()));
-  for (int y = step.box.top; y < step.box.bottom; ++y) {
-    const std::uint8_t* line = lineOf(*step.frame, canvas, y);
-    image.indices.insert(image.indices.end(), line + step.box.left, line + step.box.right);
+/// A piece of a frame with the mask of its transparent pixels, and its place.
+struct Piece {
+  OwnedDib image;
+  OwnedDib mask;
+  POINT place{};
+};
+
+RECT wholeOf(const BITMAPINFOHEADER* dib) { return {0, 0, dib->biWidth, dib->biHeight}; }
+
+OwnedRegion opaqueArea(const CanvasFrame& frame) {
+  const RECT whole = wholeOf(frame.image.get());
+  if (!frame.mask) return OwnedRegion(CreateRectRgn(0, 0, whole.right, whole.bottom));
+  OwnedRegion area(CalcOpacityAreaRgn(frame.mask.get()));
+  return area ? std::move(area) : OwnedRegion(CreateRectRgn(0, 0, 0, 0));
+}
+
+/// The box of the pixels that the next frame makes transparent again.
+RECT vanishingBox(const CanvasFrame& frame, const CanvasFrame& next) {
+  RECT box{};
+  if (!next.mask) return box;
+  const OwnedRegion gone = opaqueArea(frame);
+  const OwnedRegion staying = opaqueArea(next);
+  if (!gone || !staying) throw std::bad_alloc();
+  CombineRgn(gone.get(), gone.get(), staying.get(), RGN_DIFF);
+  GetRgnBox(gone.get(), &box);
+  return box;
+}
+
+/// The rectangle of the frame, whatever was there before.
+Piece cutRectangle(const CanvasFrame& frame, const RECT& place) {
+  const OwnedRegion area(CreateRectRgn(place.left, place.top, place.right, place.bottom));
+  BITMAPINFOHEADER* image = nullptr;
+  BITMAPINFOHEADER* mask = nullptr;
+  if (!area || CropFrame(frame.image.get(), frame.mask.get(), area.get(), &image, &mask) == 0)
+    throw std::bad_alloc();
+  return {OwnedDib(image), OwnedDib(mask), POINT{place.left, place.top}};
+}
+
+/// The smaller ones of a frame's pieces: its changed rectangle, whole or only what changed in it.
+std::vector<Piece> cutChanges(const Step& step, bool mayLeaveOut) {
+  CSpiltEmbededDIB byIndex;
+  CSpiltEmbededDIBEx byColour;
+  CSpiltEmbededDIB& splitter = step.frame->image->biBitCount == 8 ? byIndex : byColour;
+  splitter.Reset(step.before, step.beforeMask.get(), corner, step.frame->image.get(), step.frame->mask.get(),
+                 corner);
+  std::vector<Piece> pieces;
+  if (splitter.IsEqual() != 0) {
+    // A rectangle without pixels cannot be stored; one pixel of what is there already can.
+    pieces.push_back(cutRectangle(*step.frame, {0, 0, 1, 1}));
+    return pieces;
   }
+  BITMAPINFOHEADER* image = nullptr;
+  BITMAPINFOHEADER* mask = nullptr;
+  POINT place{};
+  int same = 0;
+  if (splitter.SplitOpacity(&image, &mask, &place, &same) == 0) throw std::bad_alloc();
+  pieces.push_back({OwnedDib(image), OwnedDib(mask), place});
+  if (same == 0 || !mayLeaveOut) return pieces;
+  if (splitter.SplitTransparency(&image, &mask, &place, nullptr) == 0) throw std::bad_alloc();
+  pieces.push_back({OwnedDib(image), OwnedDib(mask), place});
+  return pieces;
+}
+
+Bytes indicesOf(const BITMAPINFOHEADER* dib) {
+  Bytes indices;
+  indices.reserve(static_cast<std::size_t>(dib->biWidth) * static_cast<std::size_t>(dib->biHeight));
+  const std::size_t stride = (static_cast<std::size_t>(dib->biWidth) * dib->biBitCount + 31) / 32 * 4;
+  for (int y = dib->biHeight - 1; y >= 0; --y) {
+    const BYTE* line = GetDIBBits(dib) + static_cast<std::size_t>(y) * stride;
+    for (int x = 0; x < dib->biWidth; ++x) {
+      indices.push_back(dib->biBitCount == 8   ? Get8BitPixel(line, x)
+                        : dib->biBitCount == 4 ? Get4BitPixel(line, x)
+                                               : Get1BitPixel(line, x));
+    }
+  }
+  return indices;
+}
+
+/// The piece as the file has it; nothing when no palette holds its colours.
+std::optional<GifImage> imageOf(Piece piece, RGBQUAD transparent, bool sharedPalette) {
+  GifImage image;
+  if (piece.mask) {
+    // Marked pixels get the transparent colour, and the palette an entry for it if it has none.
+    const COLORREF colour = RGB(transparent.rgbRed, transparent.rgbGreen, transparent.rgbBlue);
+    piece.image.reset(CMaskedBitmapTransform::OutputDIBStream(piece.image.get(), piece.mask.get(), colour));
+    if (!piece.image) throw std::bad_alloc();
+  }
+  if (piece.image->biBitCount > 8) return std::nullopt;
+  std::vector<RGBQUAD> palette = paletteOf(piece.image.get());
+  if (piece.mask) image.transparent = entryOf(palette, transparent);
+  image.left = piece.place.x;
+  image.top = piece.place.y;
+  image.size = {piece.image->biWidth, piece.image->biHeight};
+  image.indices = indicesOf(piece.image.get());
+  if (!sharedPalette) image.palette = std::move(palette);
   return image;
 }
 
-/// The same with every pixel that is on the canvas already marked transparent.
-void leaveOutUnchanged(GifImage& image, const Step& step, Size canvas, int transparent) {
-  auto index = image.indices.begin();
-  for (int y = step.box.top; y < step.box.bottom; ++y) {
-    const std::uint8_t* before = lineOf(step.before, canvas, y);
-    for (int x = step.box.left; x < step.box.right; ++x, ++index) {
-      if (*index == before[x]) *index = static_cast<std::uint8_t>(transparent);
+GifImage smallestImage(const Step& step, const CanvasAnimation& animation, std::size_t paletteSize) {
+  std::vector<Piece> pieces;
+  if (step.before == nullptr) {
+    pieces.push_back(cutRectangle(*step.frame, step.place));
+    // A rectangle cut out of 24 bits is not reduced yet.
+    if (pieces.front().image->biBitCount > 8) {
+      OwnedDib reduced(CBitmapConverter::ConvertTrueDibToLowBitsDib(pieces.front().image.get(), nullptr));
+      if (reduced) pieces.front().image = std::move(reduced);
     }
+  } else {
+    pieces = cutChanges(step, animation.hasTransparent);
   }
+  std::optional<GifImage> best;
+  std::size_t bestSize = 0;
+  const bool shared = step.frame->image->biBitCount == 8;
+  for (Piece& piece : pieces) {
+    std::optional<GifImage> image = imageOf(std::move(piece), animation.transparent, shared);
+    if (!image) continue;
+    const std::size_t size = pieces.size() > 1 ? compressedSize(*image, shared ? paletteSize : 0) : 0;
+    if (best && size >= bestSize) continue;
+    best = std::move(image);
+    bestSize = size;
+  }
+  if (!best) throw TooManyColours("a frame changes more than 256 colours at once");
+  return std::move(*best);
 }
 
-GifImage smallest(const Step& step, Size canvas, int transparent, std::size_t paletteSize) {
-  GifImage whole = cut(step, canvas);
-  if (transparent < 0) return whole;
-  const auto marked = static_cast<std::uint8_t>(transparent);
-  if (std::find(whole.indices.begin(), whole.indices.end(), marked) != whole.indices.end()) {
-    whole.transparent = transparent;
-  }
-  GifImage changes = whole;
-  leaveOutUnchanged(changes, step, canvas, transparent);
-  if (changes.indices == whole.indices) return whole;
-  changes.transparent = transparent;
-  return compressedSize(changes, paletteSize) < compressedSize(whole, paletteSize) ? changes : whole;
-}
-
-void mergeEqual(std::vector<IndexedFrame>& frames) {
+void mergeEqual(std::vector<CanvasFrame>& frames) {
   constexpr int longestDelay = 65535;
-  std::vector<IndexedFrame> kept;
-  for (IndexedFrame& frame : frames) {
-    if (!kept.empty() && kept.back().indices == frame.indices &&
-        kept.back().delay + frame.delay <= longestDelay) {
+  // Viewers show frames of less than two hundredths for longer than that: their sum would not last as long.
+  constexpr int shortestTrueDelay = 2;
+  std::vector<CanvasFrame> kept;
+  for (CanvasFrame& frame : frames) {
+    const bool merges = !kept.empty() && std::min(kept.back().delay, frame.delay) >= shortestTrueDelay &&
+                        kept.back().delay + frame.delay <= longestDelay &&
+                        CompareFrame(kept.back().image.get(), kept.back().mask.get(), frame.image.get(),
+                                     frame.mask.get()) != 0;
+    if (merges) {
       kept.back().delay += frame.delay;
     } else {
       kept.push_back(std::move(frame));
@@ -106,51 +168,72 @@ void mergeEqual(std::vector<IndexedFrame>& frames) {
   frames = std::move(kept);
 }
 
-void clear(Bytes& indices, const Box& box, Size canvas, int transparent) {
-  for (int y = box.top; y < box.bottom; ++y) {
-    const std::ptrdiff_t line = std::ptrdiff_t{y} * canvas.width;
-    std::fill(indices.begin() + line + box.left, indices.begin() + line + box.right,
-              static_cast<std::uint8_t>(transparent));
+OwnedDib cloned(const OwnedDib& dib) { return OwnedDib(dib ? CBitmapCreator::Clone(dib.get()) : nullptr); }
+
+/// What is transparent on the canvas after the frame's rectangle was taken away.
+OwnedDib maskWithout(const CanvasFrame& frame, const RECT& taken) {
+  OwnedDib mask =
+      frame.mask
+          ? cloned(frame.mask)
+          : OwnedDib(CBitmapCreator::CreateDibImage(frame.image->biWidth, frame.image->biHeight, 1, 0));
+  if (!mask) throw std::bad_alloc();
+  CMaskedBitmapTransform::FillMaskDIBBits(mask.get(), taken, true);
+  return mask;
+}
+
+/// The rectangle that a frame would have, to know what taking it away clears.
+RECT changedBox(const Step& step) {
+  if (step.before == nullptr) return step.place;
+  CSpiltEmbededDIB splitter;
+  splitter.Reset(step.before, step.beforeMask.get(), corner, step.frame->image.get(), step.frame->mask.get(),
+                 corner);
+  if (splitter.IsEqual() != 0) return {0, 0, 1, 1};
+  const RECT whole = wholeOf(step.frame->image.get());
+  return {splitter.m_nLeftSame, splitter.m_nTopSame, whole.right - splitter.m_nRightSame,
+          whole.bottom - splitter.m_nBottomSame};
+}
+
+std::vector<Step> stepsFor(const std::vector<CanvasFrame>& frames) {
+  std::vector<Step> steps(frames.size());
+  for (std::size_t i = 0; i < frames.size(); ++i) {
+    Step& step = steps[i];
+    step.frame = &frames[i];
+    // A viewer starts with nothing on the canvas; the first frame covers all of it.
+    if (i == 0) step.place = wholeOf(frames[i].image.get());
+    if (i + 1 == frames.size()) break;
+    Step& next = steps[i + 1];
+    next.before = frames[i].image.get();
+    const RECT vanishing = vanishingBox(frames[i], frames[i + 1]);
+    if (IsRectEmpty(&vanishing) != 0) {
+      next.beforeMask = cloned(frames[i].mask);
+      continue;
+    }
+    // Only taking a frame away makes pixels transparent again, so this one has to cover them.
+    const RECT changed = changedBox(step);
+    RECT covered{};
+    UnionRect(&covered, &changed, &vanishing);
+    if (EqualRect(&covered, &changed) == 0) {
+      step.before = nullptr;
+      step.place = covered;
+    }
+    step.disposal = Disposal::toBackground;
+    next.beforeMask = maskWithout(frames[i], covered);
   }
+  return steps;
 }
 
 }  // namespace
 
-std::vector<GifImage> storeChanges(Size canvas, std::vector<IndexedFrame> frames, int transparent,
-                                   std::size_t paletteSize) {
-  mergeEqual(frames);
-  const auto differs = [](std::uint8_t a, std::uint8_t b) { return a != b; };
-  const auto vanishes = [transparent](std::uint8_t a, std::uint8_t b) { return a != b && b == transparent; };
-  std::vector<Step> steps(frames.size());
-  std::vector<GifImage> images(frames.size());
-  // A viewer starts with nothing on the canvas. Without a transparent index the first frame covers all of it.
-  Bytes shown(static_cast<std::size_t>(canvas.pixels()), static_cast<std::uint8_t>(transparent));
-  const Box whole{0, 0, canvas.width, canvas.height};
-  for (std::size_t i = 0; i < frames.size(); ++i) {
-    const Bytes& frame = frames[i].indices;
-    Step& step = steps[i];
-    step.frame = &frame;
-    step.box = i == 0 ? whole : boxWhere(shown, frame, canvas, differs);
-    step.before = i == 0 && transparent < 0 ? Bytes(shown.size()) : std::move(shown);
-    shown = frame;
-    images[i].delay = frames[i].delay;
-    // A pixel can only become transparent again when a frame that covers it is taken away.
-    const bool last = i + 1 == frames.size();
-    const Box vanishing = last ? Box{} : boxWhere(frame, frames[i + 1].indices, canvas, vanishes);
-    if (!vanishing.empty()) {
-      step.box = joined(step.box, vanishing);
-      images[i].disposal = Disposal::toBackground;
-      clear(shown, step.box, canvas, transparent);
-    }
-    // An empty rectangle cannot be stored; a frame that repeats what is shown already stores one pixel of it.
-    if (step.box.empty()) step.box = {0, 0, 1, 1};
-  }
-  forEachIndex(static_cast<int>(frames.size()), [&](int number) {
+std::vector<GifImage> storeChanges(CanvasAnimation animation) {
+  mergeEqual(animation.frames);
+  const std::size_t paletteSize = GetDIBPaletteSize(animation.frames.front().image.get());
+  const std::vector<Step> steps = stepsFor(animation.frames);
+  std::vector<GifImage> images(steps.size());
+  forEachIndex(static_cast<int>(steps.size()), [&](int number) {
     const auto i = static_cast<std::size_t>(number);
-    GifImage image = smallest(steps[i], canvas, transparent, paletteSize);
-    image.delay = images[i].delay;
-    image.disposal = images[i].disposal;
-    images[i] = std::move(image);
+    images[i] = smallestImage(steps[i], animation, paletteSize);
+    images[i].disposal = steps[i].disposal;
+    images[i].delay = animation.frames[i].delay;
   });
   return images;
 }

@@ -1,22 +1,22 @@
 #pragma once
 
+#include <stdexcept>
 #include <vector>
 
+#include "animation/canvas_frames.h"
 #include "formats/gif_writer.h"
 
 namespace host {
 
-/// A whole frame as palette indices, lines from the top.
-struct IndexedFrame {
-  Bytes indices;
-  int delay = 0;  ///< in hundredths of a second
+/// A frame changes more than 256 colours at once, so that no palette holds it.
+class TooManyColours : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 /// Stores of each frame only the rectangle in which it differs from what a viewer shows already, and in it
 /// marks unchanged pixels transparent where that makes the file smaller. What a viewer shows stays the same,
-/// pixel for pixel and in time; frames that show the same are one. \param transparent the index of
-/// transparent pixels, or below 0 when there is none
-std::vector<GifImage> storeChanges(Size canvas, std::vector<IndexedFrame> frames, int transparent,
-                                   std::size_t paletteSize);
+/// pixel for pixel and in time; frames that show the same become one. Frames of 24 bits get a palette each.
+std::vector<GifImage> storeChanges(CanvasAnimation animation);
 
 }  // namespace host

@@ -62,7 +62,7 @@ OwnedDib widened(OwnedDib dib, int bits, ColourMap& map) {
 
 /// A true-colour picture of nothing but the palette's colours, each pixel the nearest one.
 OwnedDib nearestColours(const Picture& picture, const std::vector<RGBQUAD>& colours) {
-  PaletteIndex index({colours, false});
+  PaletteIndex index(colours);
   Picture matched = picture.clone();
   CDIB32::MakeAllPixelsSameOpacity(matched.dib(), 255);
   const Bytes indices = index.indicesOf(matched, Dither::none);

@@ -1,11 +1,11 @@
 #include "animation/palette.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 #include <libimagequant.h>
 #include <omp.h>
@@ -20,46 +20,6 @@ namespace {
 constexpr std::uint32_t keyOf(const Pixel& pixel) {
   return std::uint32_t{pixel.red} << 16 | std::uint32_t{pixel.green} << 8 | pixel.blue;
 }
-
-/// Collects distinct colours in order of first appearance, up to one more than a palette holds.
-class ColourCollector {
- public:
-  bool full() const { return colours_.size() > static_cast<std::size_t>(Palette::most); }
-  bool sawTransparent() const { return sawTransparent_; }
-  const std::vector<RGBQUAD>& colours() const { return colours_; }
-
-  void add(const Picture& picture) {
-    for (int y = 0; y < picture.height() && !full(); ++y) {
-      const Pixel* row = picture.row(y);
-      for (int x = 0; x < picture.width() && !full(); ++x) add(row[x]);
-    }
-  }
-
- private:
-  void add(const Pixel& pixel) {
-    if (pixel.alpha < opaqueFrom) {
-      sawTransparent_ = true;
-      return;
-    }
-    const std::uint32_t key = keyOf(pixel) + 1;
-    if (key == last_) return;
-    last_ = key;
-    // Open addressing; four times as many slots as colours keep the searches short.
-    for (std::uint32_t slot = key * 2654435761U >> 22;; slot = (slot + 1) % slots) {
-      if (table_[slot] == key) return;
-      if (table_[slot] != 0) continue;
-      table_[slot] = key;
-      colours_.push_back(RGBQUAD{pixel.blue, pixel.green, pixel.red, 0});
-      return;
-    }
-  }
-
-  static constexpr std::uint32_t slots = 1024;
-  std::array<std::uint32_t, slots> table_{};
-  std::uint32_t last_ = 0;
-  std::vector<RGBQUAD> colours_;
-  bool sawTransparent_ = false;
-};
 
 template <auto Destroy>
 struct Destroyer {
@@ -132,27 +92,13 @@ std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours)
   return colours;
 }
 
-std::vector<RGBQUAD> coloursOf(const Picture& picture) {
-  ColourCollector collector;
-  collector.add(picture);
-  return collector.colours();
-}
-
-Palette paletteFor(std::span<const Frame> frames) {
-  ColourCollector collector;
-  for (const Frame& frame : frames) collector.add(frame.picture);
-  const int room = Palette::most - (collector.sawTransparent() ? 1 : 0);
-  if (static_cast<int>(collector.colours().size()) <= room) return {collector.colours(), true};
-  // One index stays free for pixels that are transparent, or that a frame leaves as they were.
-  return {bestPalette(frames, Palette::most - 1), false};
-}
-
-PaletteIndex::PaletteIndex(const Palette& palette)
-    : colours_(palette.colours), memory_(std::size_t{1} << 16), transparent_(palette.transparentIndex()) {
-  for (std::size_t i = 0; i < palette.colours.size(); ++i) {
-    const RGBQUAD& colour = palette.colours[i];
-    byGreen_.push_back({colour.rgbBlue, colour.rgbGreen, colour.rgbRed, static_cast<int>(i)});
-  }
+PaletteIndex::PaletteIndex(std::vector<RGBQUAD> colours)
+    : colours_(std::move(colours)),
+      memory_(std::size_t{1} << 16),
+      transparent_(static_cast<int>(colours_.size())) {
+  int index = 0;
+  for (const RGBQUAD& colour : colours_)
+    byGreen_.push_back({colour.rgbBlue, colour.rgbGreen, colour.rgbRed, index++});
   std::stable_sort(byGreen_.begin(), byGreen_.end(),
                    [](const Entry& a, const Entry& b) { return a.green < b.green; });
 }

@@ -15,33 +15,16 @@ enum class Dither {
 /// Half of a pixel's opacity decides what a GIF can show of it: all or nothing.
 constexpr BYTE opaqueFrom = 128;
 
-/// The colours of one animation: at most 256 together with the index that means transparent, if there is one.
-struct Palette {
-  std::vector<RGBQUAD> colours;  ///< without the transparent one
-  bool exact = false;            ///< every colour of the frames is in it
-
-  static constexpr int most = 256;
-  /// The index for transparent pixels, behind the colours; below 0 when the colours leave no room for it.
-  int transparentIndex() const {
-    return static_cast<int>(colours.size()) < most ? static_cast<int>(colours.size()) : -1;
-  }
-};
-
-/// One palette for all frames: their colours in order of first appearance if they fit, and otherwise the best
-/// ones that the quantising library finds, each frame weighing as much as the time that it shows.
-Palette paletteFor(std::span<const Frame> frames);
-
-/// The best palette for all frames that the quantising library finds, of any sizes.
+/// The best palette for all frames that the quantising library finds. Frames may have any sizes; each weighs
+/// as much as the time that it shows.
 std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours);
-
-/// The colours of a picture in order of first appearance, up to 257 of them; transparent pixels have none.
-std::vector<RGBQUAD> coloursOf(const Picture& picture);
 
 /// Finds palette indices for pixels. Colours that are in the palette map to themselves. Remembers what it has
 /// found, so use one object for many pixels, on one thread.
 class PaletteIndex {
  public:
-  explicit PaletteIndex(const Palette& palette);
+  /// \param colours at most 255 if there are transparent pixels, whose index is the one behind them
+  explicit PaletteIndex(std::vector<RGBQUAD> colours);
 
   /// The whole picture, lines from the top.
   Bytes indicesOf(const Picture& picture, Dither dither);

@@ -17,6 +17,8 @@ void addConvertCommand(CLI::App& program, const Settings& settings);
 void addGalleryCommand(CLI::App& program, const Settings& settings);
 void addEffectsCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
+void addOptimizeCommand(CLI::App& program, const Settings& settings);
+void addRippleCommand(CLI::App& program, const Settings& settings);
 void addSamplesCommand(CLI::App& program, const Settings& settings);
 
 }  // namespace host

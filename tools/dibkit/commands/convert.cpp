@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "animation/canvas_frames.h"
 #include "animation/depth.h"
 #include "animation/fit.h"
-#include "animation/palette.h"
 #include "commands/commands.h"
 #include "errors.h"
 #include "formats/formats.h"
@@ -65,9 +65,12 @@ std::vector<std::string> targetsOf(const Arguments& arguments) {
 std::vector<RGBQUAD> paletteOfFile(const std::string& path) {
   const Animation animation = readAnimationFile(path, Keep::firstFrame);
   if (!animation.palette.empty()) return animation.palette;
-  const std::vector<RGBQUAD> colours = coloursOf(animation.frames.front().picture);
-  if (colours.size() > 256) throw FileError(path, "the picture has no palette and more than 256 colours");
-  return colours;
+  const Picture& picture = animation.frames.front().picture;
+  const std::vector<dibkit::OwnedDib> reduced = atDepth({&picture, 1}, DepthOptions{});
+  if (reduced.front()->biBitCount > 8) {
+    throw FileError(path, "the picture has no palette and more than 256 colours, or transparent pixels");
+  }
+  return paletteOf(reduced.front().get());
 }
 
 std::optional<int> thresholdOf(const std::string& text) {

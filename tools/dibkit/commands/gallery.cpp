@@ -76,14 +76,18 @@ Size sizeOnPage(const Arguments& arguments, Size picture) {
 }
 
 /// The frames from the first picture to the second below each other.
-Bytes stripOf(const IndexedAnimation& animation, std::size_t frames) {
-  IndexedPicture strip{{animation.canvas.width, animation.canvas.height * static_cast<int>(frames)},
-                       {},
-                       animation.palette,
-                       animation.transparent};
-  for (std::size_t i = 0; i < frames; ++i) {
-    const Bytes& indices = animation.frames[i].indices;
-    strip.indices.insert(strip.indices.end(), indices.begin(), indices.end());
+Bytes stripOf(const CanvasAnimation& animation, int frames) {
+  const int height = animation.canvas.height;
+  IndexedPicture strip{
+      {animation.canvas.width, height * frames}, {}, paletteOf(animation.frames.front().image.get()), {}};
+  if (animation.hasTransparent) strip.transparent = entryOf(strip.palette, animation.transparent);
+  const std::ptrdiff_t stride = (std::ptrdiff_t{animation.canvas.width} + 3) / 4 * 4;
+  for (int i = 0; i < frames; ++i) {
+    const BYTE* bits = GetDIBBits(animation.frames[static_cast<std::size_t>(i)].image.get());
+    for (int y = height - 1; y >= 0; --y) {
+      strip.indices.insert(strip.indices.end(), bits + y * stride,
+                           bits + y * stride + animation.canvas.width);
+    }
   }
   return writePng(strip);
 }
@@ -106,10 +110,9 @@ GalleryCard makeCard(const Arguments& arguments, const ChosenEffect& chosen,
                  effect.name + (style != nullptr ? std::string(" --style ") + style->name : "") + " --size " +
                  toString(pictures.front().size()) + " --back -o " + card.gif;
   const auto nothing = [] {};
-  const IndexedAnimation animation =
-      indexFrames(renderTransitions(pictures, plan, nothing), Dither::none, nothing);
-  writeFile(arguments.folder + "/" + card.strip, stripOf(animation, static_cast<std::size_t>(card.frames)));
-  writeFile(arguments.folder + "/" + card.gif, writeGif(gifOf(animation, 0)));
+  CanvasAnimation animation = indexFrames(renderTransitions(pictures, plan, nothing), Dither::none, nothing);
+  writeFile(arguments.folder + "/" + card.strip, stripOf(animation, card.frames));
+  writeFile(arguments.folder + "/" + card.gif, writeGif(gifOf(std::move(animation), 0)));
   return card;
 }
 

@@ -39,14 +39,6 @@ Dither ditherNamed(const std::string& name) {
   throw UsageError(unknownName("dithering", name, {"none", "ordered"}));
 }
 
-void requireRoomFor(Size size, int frames) {
-  try {
-    requireUsableAnimation(size, frames);
-  } catch (const FormatError& error) {
-    throw UsageError(std::string(error.what()) + "; choose a smaller --size or fewer --frames");
-  }
-}
-
 std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPlan& plan) {
   const Fit fit = fitNamed(arguments.fit);
   const Pixel background = parseColour(arguments.background);

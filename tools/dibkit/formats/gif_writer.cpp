@@ -16,6 +16,8 @@ namespace {
 
 using OwnedColourMap = std::unique_ptr<ColorMapObject, void (*)(ColorMapObject*)>;
 
+OwnedColourMap noColourMap() { return {nullptr, GifFreeMapObject}; }
+
 OwnedColourMap colourMapOf(const std::vector<RGBQUAD>& palette) {
   // The format knows powers of two only.
   const auto entries = static_cast<int>(std::bit_ceil(std::max<std::size_t>(2, palette.size())));
@@ -41,7 +43,7 @@ class GifBytes {
   }
 
   void putScreen(Size canvas, const std::vector<RGBQUAD>& palette) {
-    const OwnedColourMap map = colourMapOf(palette);
+    const OwnedColourMap map = palette.empty() ? noColourMap() : colourMapOf(palette);
     check(EGifPutScreenDesc(gif_, canvas.width, canvas.height, 8, 0, map.get()));
   }
 
@@ -55,6 +57,8 @@ class GifBytes {
     check(EGifPutExtensionTrailer(gif_));
   }
 
+  void putComment(const std::string& comment) { check(EGifPutComment(gif_, comment.c_str())); }
+
   void putControl(const GifImage& image) {
     const GraphicsControlBlock control{static_cast<int>(image.disposal), false, image.delay,
                                        image.transparent.value_or(NO_TRANSPARENT_COLOR)};
@@ -64,7 +68,9 @@ class GifBytes {
   }
 
   void putImage(const GifImage& image) {
-    check(EGifPutImageDesc(gif_, image.left, image.top, image.size.width, image.size.height, false, nullptr));
+    const OwnedColourMap map = image.palette.empty() ? noColourMap() : colourMapOf(image.palette);
+    check(
+        EGifPutImageDesc(gif_, image.left, image.top, image.size.width, image.size.height, false, map.get()));
     Bytes pixels = image.indices;  // the encoder's argument is not const
     check(EGifPutLine(gif_, pixels.data(), static_cast<int>(pixels.size())));
   }
@@ -96,6 +102,7 @@ Bytes writeGif(const GifFile& file) {
   GifBytes gif;
   gif.putScreen(file.canvas, file.palette);
   if (file.loops) gif.putLoops(*file.loops);
+  if (!file.comment.empty()) gif.putComment(file.comment);
   const bool still =
       file.images.size() == 1 && !file.images.front().transparent && file.images.front().delay == 0;
   for (const GifImage& image : file.images) {
@@ -108,7 +115,10 @@ Bytes writeGif(const GifFile& file) {
 std::size_t compressedSize(const GifImage& image, std::size_t paletteSize) {
   GifBytes gif;
   gif.putScreen(image.size, std::vector<RGBQUAD>(paletteSize));
-  gif.putImage({0, 0, image.size, image.indices, {}, Disposal::keep, 0});
+  GifImage alone = image;
+  alone.left = 0;
+  alone.top = 0;
+  gif.putImage(alone);
   return gif.finish().size();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "formats/formats.h"
@@ -16,6 +17,7 @@ struct GifImage {
   int top = 0;
   Size size;
   Bytes indices;                   ///< lines from the top
+  std::vector<RGBQUAD> palette{};  ///< its own; empty when it uses the one for all
   std::optional<int> transparent;  ///< the index that leaves the canvas as it is
   Disposal disposal = Disposal::keep;
   int delay = 0;  ///< in hundredths of a second
@@ -23,15 +25,17 @@ struct GifImage {
 
 struct GifFile {
   Size canvas;
-  std::vector<RGBQUAD> palette;  ///< at most 256, for all images
+  std::vector<RGBQUAD> palette;  ///< at most 256, for all images; empty when each has its own
   std::optional<int> loops;      ///< 0 for ever; nothing for once
   std::vector<GifImage> images;
+  std::string comment{};  ///< for people; nothing when empty
 };
 
 /// The bytes of the file.
 Bytes writeGif(const GifFile& file);
 
-/// Bytes that an image's pixels take when they are compressed.
+/// Bytes that an image takes in a file.
+/// \param paletteSize entries of the palette for all images, if it uses that one
 std::size_t compressedSize(const GifImage& image, std::size_t paletteSize);
 
 }  // namespace host
