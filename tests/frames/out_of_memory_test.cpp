@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "plain_finish.h"
+#include "plain.h"
 
 namespace {
 

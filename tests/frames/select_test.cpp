@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include "plain.h"
+
+namespace {
+
+using dibkit::OwnedDib;
+using dibkit::OwnedRegion;
+using test::Shot;
+
+/// The pixels of a region inside width x height; the region must have no others.
+std::vector<bool> pixelsIn(HRGN region, int width, int height) {
+  std::vector<bool> pixels;
+  test::forEachPixel({0, 0, width, height},
+                     [&](int x, int y) { pixels.push_back(PtInRegion(region, x, y) != 0); });
+  RECT box;
+  GetRgnBox(region, &box);
+  EXPECT_TRUE(box.left >= 0 && box.top >= 0 && box.right <= width && box.bottom <= height);
+  return pixels;
+}
+
+TEST(CalcOpacityAreaRgn, HoldsExactlyTheOpaquePixels) {
+  test::Random random(57);
+  for (int round = 0; round < 200; ++round) {
+    const int width = 1 + test::below(random, 140), height = 1 + test::below(random, 12);
+    const OwnedDib mask = test::randomMask(width, height, round % 4 * 33, random);
+    const OwnedRegion region(CalcOpacityAreaRgn(mask.get()));
+    std::vector<bool> expected;
+    for (const DWORD bit : test::pixelsOf(mask)) expected.push_back(bit == 0);
+    ASSERT_EQ(region == nullptr, std::count(expected.begin(), expected.end(), true) == 0);
+    if (region) {
+      ASSERT_EQ(pixelsIn(region.get(), width, height), expected) << width << "x" << height;
+    }
+  }
+  EXPECT_EQ(CalcOpacityAreaRgn(nullptr), nullptr);
+  EXPECT_EQ(CalcOpacityAreaRgn(test::image(3, 2, 8).get()), nullptr);
+  const OwnedRegion one(CalcOpacityAreaRgn(test::image(70, 5, 1).get()));
+  EXPECT_EQ(GetRegionData(one.get(), 0, nullptr), 32U + 16U);  // a single rectangle
+}
+
+using Margins = std::array<int, 4>;  // left, top, right, bottom
+
+Margins measured(const OwnedDib& mask) {
+  Margins margins{-1, -1, -1, -1};
+  CaclOpaqueBoundary(mask.get(), &margins[0], &margins[1], &margins[2], &margins[3]);
+  return margins;
+}
+
+TEST(CaclOpaqueBoundary, CountsTopThenLeftThenRightThenBottom) {
+  test::Random random(59);
+  for (int round = 0; round < 300; ++round) {
+    const int width = 1 + test::below(random, 140), height = 1 + test::below(random, 10);
+    const OwnedDib mask = test::randomMask(width, height, 100, random);
+    for (int i = test::below(random, 5); i > 0; --i) {
+      test::setPixel(mask, test::below(random, width), test::below(random, height), 0);
+    }
+    const auto clear = [&](const RECT& box) {
+      bool all = true;
+      test::forEachPixel(box, [&](int x, int y) { all = all && test::marked(mask, x, y); });
+      return all;
+    };
+    Margins expected{width, 0, width, height};
+    auto& [left, top, right, bottom] = expected;
+    while (top < height && clear({0, top, width, top + 1})) ++top;
+    if (top < height) {
+      left = right = bottom = 0;
+      while (clear({left, top, left + 1, height})) ++left;
+      while (clear({width - 1 - right, top, width - right, height})) ++right;
+      while (clear({left, height - 1 - bottom, width - right, height - bottom})) ++bottom;
+    }
+    ASSERT_EQ(measured(mask), expected) << width << "x" << height;
+  }
+  EXPECT_EQ(measured(test::image(3, 0, 1)), (Margins{3, 0, 3, 0}));
+  EXPECT_EQ(measured(nullptr), (Margins{-1, -1, -1, -1}));
+  EXPECT_EQ(measured(test::image(3, 2, 8)), (Margins{-1, -1, -1, -1}));
+}
+
+TEST(MagicWandRegion, EqualsThePlainWalkOnTheCanvas) {
+  test::Random random(58);
+  for (int round = 0; round < 800; ++round) {
+    const Shot frame(random);
+    const int tolerance = test::below(random, 4) * 60 - 1;
+    const SIZE canvas{1 + test::below(random, 40), 1 + test::below(random, 14)};
+    const POINT seed{test::below(random, canvas.cx), test::below(random, canvas.cy)};
+    const auto compared = [&](int x, int y) {
+      const DWORD colour = frame.colour(x, y);
+      if (frame.dib->biBitCount != 16) return colour;
+      return (colour & 0xFFFF00) | (test::pixel(frame.dib, x - frame.at.x, y - frame.at.y) & 31);
+    };
+    const bool opaque = frame.shows(seed.x, seed.y);
+    const DWORD centre = opaque ? compared(seed.x, seed.y) : 0;
+    const auto qualifies = [&](int x, int y) {
+      bool near = frame.shows(x, y) == opaque;
+      for (int shift = 0; near && opaque && shift < 24; shift += 8) {
+        near = std::abs(test::channel(compared(x, y), shift) - test::channel(centre, shift)) <= tolerance;
+      }
+      return near;
+    };
+    std::vector<bool> selected(static_cast<std::size_t>(canvas.cx * canvas.cy));
+    std::vector<POINT> work{seed};
+    while (!work.empty()) {
+      const POINT p = work.back();
+      work.pop_back();
+      if (p.x < 0 || p.y < 0 || p.x >= canvas.cx || p.y >= canvas.cy) continue;
+      const auto index = static_cast<std::size_t>(p.y * canvas.cx + p.x);
+      if (selected[index] || (!qualifies(p.x, p.y) && (p.x != seed.x || p.y != seed.y))) continue;
+      selected[index] = true;
+      for (const POINT& step : {POINT{0, 1}, {1, 0}, {0, -1}, {-1, 0}})
+        work.push_back({p.x + step.x, p.y + step.y});
+    }
+    const OwnedRegion region(
+        MagicWandRegion(frame.dib.get(), frame.mask.get(), frame.at, seed, tolerance, canvas));
+    ASSERT_TRUE(region);
+    ASSERT_EQ(pixelsIn(region.get(), canvas.cx, canvas.cy), selected) << "round " << round;
+  }
+}
+
+TEST(MagicWandRegion, TakesAnyNumbers) {
+  const OwnedDib frame = test::imageOf(2, 1, 24, {0x000000, 0xFFFFFF});
+  const auto count = [&](POINT position, int tolerance) {
+    const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, position, {0, 0}, tolerance, {2, 1}));
+    const std::vector<bool> selected = pixelsIn(region.get(), 2, 1);
+    return std::count(selected.begin(), selected.end(), true);
+  };
+  EXPECT_EQ(count({0, 0}, INT32_MAX), 2);
+  EXPECT_EQ(count({0, 0}, 255), 2);
+  EXPECT_EQ(count({0, 0}, 254), 1);
+  EXPECT_EQ(count({0, 0}, INT32_MIN), 1);
+  EXPECT_EQ(count({INT32_MAX, INT32_MIN}, 0), 2);
+  for (const POINT& seed : {POINT{2, 0}, {0, -1}, {INT32_MIN, INT32_MAX}}) {
+    EXPECT_EQ(MagicWandRegion(frame.get(), nullptr, {0, 0}, seed, 9, {2, 1}), nullptr);
+  }
+  EXPECT_EQ(MagicWandRegion(frame.get(), nullptr, {0, 0}, {0, 0}, 9, {0, 0}), nullptr);
+  EXPECT_EQ(MagicWandRegion(nullptr, nullptr, {0, 0}, {0, 0}, 9, {2, 1}), nullptr);
+}
+
+TEST(MagicWandRegion, ToleratesEightTimesTheBlueOfSixteenBits) {
+  // Blue 2 of 31 is 16 of 255 but compares as 2; green 2 of 31 compares as 16.
+  const OwnedDib frame = test::imageOf(4, 1, 16, {0x0040, 0x0000, 0x0002, 0x0003});
+  const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, {0, 0}, {1, 0}, 2, {4, 1}));
+  EXPECT_EQ(pixelsIn(region.get(), 4, 1), (std::vector<bool>{false, true, true, false}));
+}
+
+}  // namespace
