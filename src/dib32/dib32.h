@@ -382,6 +382,60 @@ class DIBKIT_API CDIB32 {
   /// @}
 
   /// \name Editor overlays
+  /// What the editor draws on its canvas, a 32-bit image. Colours change, opacities never do.
   /// @{
+
+  /// Shows transparency: a checkerboard of squares of 8 x 8 pixels, the first of colour 1.
+  /// \param xOffset,yOffset where in the pattern the canvas's top-left pixel lies, 0 or more. Below 0 the
+  /// squares next to the origin grow together and colour 2 prevails.
+  static void Init32DIBBackground(BITMAPINFOHEADER* canvas, BYTE red1, BYTE green1, BYTE blue1, BYTE red2,
+                                  BYTE green2, BYTE blue2, int xOffset, int yOffset);
+
+  /// Hatches with both diagonals, every 8 pixels; pixels between the lines stay.
+  /// \param offset where in the pattern the canvas's top-left pixel lies
+  static void Init32DIBWithHatedLines(BITMAPINFOHEADER* canvas, const CPoint& offset, COLORREF colour);
+
+  /// One side of a dashed outline: three pixels of colour 2, three of colour 1 and so on. The sides go round
+  /// in the order top, right, bottom, left, each from the corner that the one before has drawn. \param
+  /// canvasOrigin where the canvas's top-left pixel lies in the space of the coordinates \param a,b left and
+  /// right of the outlined rectangle for the top and bottom sides, else its top and
+  ///     bottom; both inclusive
+  /// \param fixed the row or column of the side
+  /// \param phase 0 to 5 where the dashes begin, or what the side before returned; a negative one gives
+  ///     colour 2 for the pixels before its zero
+  /// \return the phase for the next side: the pattern position of the last pixel drawn; the position before
+  ///     `phase` when the side lies outside the canvas, 0 when the canvas cuts off all of it
+  /// @{
+  static int DrawTopHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
+                                BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
+                                int phase);
+  static int DrawRightHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b,
+                                  int fixed, BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2,
+                                  BYTE blue2, int phase);
+  static int DrawBottomHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b,
+                                   int fixed, BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2,
+                                   BYTE blue2, int phase);
+  static int DrawLeftHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
+                                 BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
+                                 int phase);
+  /// @}
+
+  /// Outlines a selection with black and white dashes. Phases 0 to 5, one after the other, let them march.
+  /// \param canvasOrigin where the canvas's top-left pixel lies in the space of the selection
+  static void DrawSelectedFlag(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, const RECT& selection,
+                               int phase);
+
+  /// The stroke of a line tool, as coverage: 0 or 255, without smoothing.
+  /// \param area what the result is cut to; its corner is the origin of the out point
+  /// \param from,to ends, in the space of the area
+  /// \param penWidth in pixels; up to 1 a line of single pixels
+  /// \param margin pixels around the stroke; never less than 2 on each side
+  /// \param roundedCaps 0 for square ends
+  /// \param clip pixels outside this region stay 0; in the space of the area, unchanged, null for no limit
+  /// \param[out] origin where the result's top-left pixel lies, from the area's corner; (0, 0) for null
+  /// \return a new 8-bit gray image, all 0 when its box misses the line; null when nothing of the box lies in
+  ///     the area and the clip region's box
+  static BITMAPINFOHEADER* GenerateLine(const RECT& area, const POINT& from, const POINT& to, int penWidth,
+                                        int margin, int roundedCaps, HRGN clip, POINT* origin);
   /// @}
 };

@@ -197,4 +197,45 @@ DIBKIT_API BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADE
 /// \param width,height of the image in pixels
 /// \param rect right and bottom exclusive; an empty one sets all
 DIBKIT_API void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect);
+
+/// \name Painting
+/// Strokes and shapes as small pictures. Coordinates are the canvas's; the out position is where the
+/// picture's top-left pixel belongs on it.
+/// @{
+
+/// Draws a thick line in 1 on a 1-bit picture.
+/// \param picture 1-bit image of the box's size to start from, by its palette's colours; null to start from 0
+/// \param box the part of the canvas that the picture shows
+/// \param penWidth in pixels; up to 1 a line of single pixels
+/// \param roundEnds 0 for square ends
+/// \return a new 1-bit image of the box's size, palette black and white; null for an empty box, a picture of
+///     another depth, or when memory runs out
+DIBKIT_API BITMAPINFOHEADER* PaintLineOnPic(BITMAPINFOHEADER* picture, const RECT& box, const POINT& from,
+                                            const POINT& to, int penWidth, int roundEnds);
+
+/// Draws a polyline in 0 on 1, the reverse of PaintLineOnPic: as a frame mask the stroke is opaque. The
+/// picture just covers the line, with half the pen and 10 pixels around it.
+/// \param bounds what the picture is cut to
+/// \param points corners of the line; a single one draws nothing
+/// \param[out] position may be null
+/// \return a new 1-bit image, palette black and white; null when nothing lies in the bounds or memory runs
+/// out
+DIBKIT_API BITMAPINFOHEADER* PaintLineOnPic2(const RECT& bounds, POINT* points, int count, int penWidth,
+                                             int roundEnds, POINT* position);
+
+/// Draws an ellipse or a rounded rectangle: index 0 (black) its outline, 1 (red) its interior, 2 (white) the
+/// background, trimmed to what is drawn.
+/// \param shape the rectangle that the shape fills
+/// \param penWidth of the outline in pixels, which its middle follows; below 1 there is none
+/// \param ellipse 0 for the rounded rectangle
+/// \param filled 0 for no interior
+/// \param corner width and height of the ellipse that rounds the corners
+/// \param[out] position may be null
+/// \return a new 4-bit image of three palette entries; null when nothing is drawn or memory runs out
+DIBKIT_API BITMAPINFOHEADER* PaintShapeOnPic(const RECT& shape, int penWidth, int ellipse, int filled,
+                                             const POINT& corner, POINT* position);
+
+/// Draws a closed polygon in the same way, filled by the even-odd rule.
+DIBKIT_API BITMAPINFOHEADER* PaintPolygonOnPic(POINT* points, int count, int penWidth, int filled,
+                                               POINT* position);
 /// @}

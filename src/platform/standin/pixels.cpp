@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 namespace dibkit::standin {
 
@@ -21,7 +22,21 @@ void forEachPacked(int bitCount, int x, std::size_t count, Use&& use) {
 /// Five or six bits a channel, widened so that full stays full.
 constexpr DWORD widened(DWORD value, int bits) { return value << (8 - bits) | value >> (2 * bits - 8); }
 
-constexpr std::size_t bytesOf(int bitCount) { return static_cast<std::size_t>(bitCount / 8); }
+/// Calls use with the bytes of a pixel of 8 bits and more as a constant, so that a loop moves them without a
+/// call.
+template <class Use>
+void withPixelBytes(int bitCount, Use&& use) {
+  switch (bitCount) {
+    case 8:
+      return use(std::integral_constant<std::size_t, 1>{});
+    case 16:
+      return use(std::integral_constant<std::size_t, 2>{});
+    case 24:
+      return use(std::integral_constant<std::size_t, 3>{});
+    default:
+      return use(std::integral_constant<std::size_t, 4>{});
+  }
+}
 
 }  // namespace
 
@@ -40,12 +55,14 @@ void Pixels::read(int x, int y, std::span<DWORD> raw) const {
     });
     return;
   }
-  from += static_cast<std::size_t>(x) * bytesOf(bitCount);
-  for (DWORD& pixel : raw) {
-    pixel = 0;
-    std::memcpy(&pixel, from, bytesOf(bitCount));
-    from += bytesOf(bitCount);
-  }
+  withPixelBytes(bitCount, [&](auto bytes) {
+    from += static_cast<std::size_t>(x) * bytes;
+    for (DWORD& pixel : raw) {
+      pixel = 0;
+      std::memcpy(&pixel, from, bytes);
+      from += bytes;
+    }
+  });
 }
 
 void Pixels::write(int x, int y, std::span<const DWORD> raw) const {
@@ -57,20 +74,24 @@ void Pixels::write(int x, int y, std::span<const DWORD> raw) const {
     });
     return;
   }
-  to += static_cast<std::size_t>(x) * bytesOf(bitCount);
-  for (const DWORD pixel : raw) {
-    std::memcpy(to, &pixel, bytesOf(bitCount));
-    to += bytesOf(bitCount);
-  }
+  withPixelBytes(bitCount, [&](auto bytes) {
+    to += static_cast<std::size_t>(x) * bytes;
+    for (const DWORD pixel : raw) {
+      std::memcpy(to, &pixel, bytes);
+      to += bytes;
+    }
+  });
 }
 
 void Pixels::fill(const RECT& rect, DWORD raw) const {
-  std::array<DWORD, 64> same;
+  std::array<DWORD, 256> same;
   same.fill(raw);
   for (int y = rect.top; y < rect.bottom; ++y) {
-    for (int x = rect.left; x < rect.right; x += static_cast<int>(same.size())) {
-      const int count = std::min<int>(rect.right - x, static_cast<int>(same.size()));
+    int x = rect.left;
+    while (x < rect.right) {
+      const int count = std::min(rect.right - x, static_cast<int>(same.size()));
       write(x, y, std::span<const DWORD>(same).first(static_cast<std::size_t>(count)));
+      x += count;
     }
   }
 }

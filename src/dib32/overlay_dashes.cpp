@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <cstdint>
+
+#include "dib32/bgra.h"
+#include "dib32/dib32.h"
+
+namespace dibkit {
+namespace {
+
+constexpr std::int64_t period = 6;
+constexpr std::int64_t dash = 3;
+
+/// Two colours that take turns along an outline, and where in the turn it starts.
+struct Dashes {
+  Rgb colour1;
+  Rgb colour2;
+  std::int64_t phase;
+
+  /// Remainders keep the dividend's sign on purpose: hosts hand on what a side returned, and that may be
+  /// negative where a side lay outside the canvas.
+  std::int64_t positionAt(std::int64_t counter) const { return (counter + phase) % period; }
+  Rgb colourAt(std::int64_t counter) const { return positionAt(counter) / dash == 1 ? colour1 : colour2; }
+};
+
+/// The side of a rectangle from `a` to `b`, both inclusive, on the row or column `fixed`.
+struct Segment {
+  std::int64_t a;
+  std::int64_t b;
+  std::int64_t fixed;
+};
+
+/// The canvas along one axis of the common space.
+struct Extent {
+  std::int64_t begin;
+  std::int64_t end;
+  Extent(LONG origin, int size) : begin(origin), end(std::int64_t{origin} + size) {}
+};
+
+/// Pixels of a side in the order in which they are walked.
+struct Walk {
+  std::int64_t first;
+  std::int64_t count;    ///< none when not positive
+  std::int64_t counter;  ///< the dashes' counter at the first
+};
+
+/// How the four sides go round: each leaves the corner that it ends in to the next one.
+enum class Side { top, right, bottom, left };
+
+Walk walkOf(Side side, const Segment& segment, const Extent& canvas) {
+  if (side == Side::top || side == Side::right) {
+    const std::int64_t start = side == Side::top ? segment.a : segment.a + 1;
+    const std::int64_t first = std::max(start, canvas.begin);
+    return {first, std::min(segment.b + 1, canvas.end) - first, (first - start) % period};
+  }
+  // The sides that go back count from b, and leave one pixel more to the canvas's edge than they need. The
+  // left one also stops before the top one's corner. A walk of a single pixel is none.
+  const std::int64_t first = std::min(segment.b + 1, canvas.end) - 2;
+  const std::int64_t last = std::max(segment.a, canvas.begin);
+  const std::int64_t count = first - last + (side == Side::bottom ? 1 : 0);
+  return {first, first <= last ? 0 : count, (segment.b - first) % period};
+}
+
+/// \\return the phase for the next side
+int drawSide(Side side, BITMAPINFOHEADER* dib, const POINT& origin, const Segment& segment,
+             const Dashes& dashes) {
+  const View canvas = viewOfDepth(dib, 32);
+  if (!canvas) return 0;
+  const bool horizontal = side == Side::top || side == Side::bottom;
+  const Extent columns(origin.x, canvas.width());
+  const Extent rows(origin.y, canvas.height());
+  const Extent& across = horizontal ? rows : columns;
+  if (segment.fixed < across.begin || segment.fixed >= across.end) {
+    return static_cast<int>(dashes.positionAt(-1));
+  }
+  const Walk walk = walkOf(side, segment, horizontal ? columns : rows);
+  if (walk.count <= 0) return 0;
+  const int step = side == Side::top || side == Side::right ? 1 : -1;
+  for (std::int64_t i = 0; i < walk.count; ++i) {
+    const std::int64_t along = walk.first + step * i;
+    const auto x = static_cast<int>((horizontal ? along : segment.fixed) - origin.x);
+    const auto y = static_cast<int>((horizontal ? segment.fixed : along) - origin.y);
+    Bgra& pixel = pixelsOf(canvas.row(y))[x];
+    pixel = withAlpha(dashes.colourAt(walk.counter + i), pixel.alpha);
+  }
+  return static_cast<int>(dashes.positionAt(walk.counter + walk.count - 1));
+}
+
+}  // namespace
+}  // namespace dibkit
+
+int CDIB32::DrawTopHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
+                               BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
+                               int phase) {
+  return dibkit::drawSide(dibkit::Side::top, canvas, canvasOrigin, {a, b, fixed},
+                          {{red1, green1, blue1}, {red2, green2, blue2}, phase});
+}
+
+int CDIB32::DrawRightHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
+                                 BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
+                                 int phase) {
+  return dibkit::drawSide(dibkit::Side::right, canvas, canvasOrigin, {a, b, fixed},
+                          {{red1, green1, blue1}, {red2, green2, blue2}, phase});
+}
+
+int CDIB32::DrawBottomHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b,
+                                  int fixed, BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2,
+                                  BYTE blue2, int phase) {
+  return dibkit::drawSide(dibkit::Side::bottom, canvas, canvasOrigin, {a, b, fixed},
+                          {{red1, green1, blue1}, {red2, green2, blue2}, phase});
+}
+
+int CDIB32::DrawLeftHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
+                                BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
+                                int phase) {
+  return dibkit::drawSide(dibkit::Side::left, canvas, canvasOrigin, {a, b, fixed},
+                          {{red1, green1, blue1}, {red2, green2, blue2}, phase});
+}
+
+void CDIB32::DrawSelectedFlag(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, const RECT& selection,
+                              int phase) {
+  using namespace dibkit;
+  const std::int64_t right = std::int64_t{selection.right} - 1;
+  const std::int64_t bottom = std::int64_t{selection.bottom} - 1;
+  const struct {
+    Side side;
+    Segment segment;
+  } sides[] = {{Side::top, {selection.left, right, selection.top}},
+               {Side::right, {selection.top, bottom, right}},
+               {Side::bottom, {selection.left, right, bottom}},
+               {Side::left, {selection.top, bottom, selection.left}}};
+  for (const auto& [side, segment] : sides) {
+    phase = drawSide(side, canvas, canvasOrigin, segment, {{0, 0, 0}, {255, 255, 255}, phase});
+  }
+}

@@ -1,0 +1,49 @@
+#include "dib/drawing_surface.h"
+#include "dib/view.h"
+#include "frames/frames.h"
+#include "frames/painted.h"
+
+namespace dibkit {
+namespace {
+
+constexpr COLORREF black = RGB(0, 0, 0);
+constexpr COLORREF white = RGB(255, 255, 255);
+
+OwnedDib whiteLine(const BITMAPINFOHEADER* picture, const RECT& box, const POINT& from, const POINT& to,
+                   int penWidth, bool roundEnds) {
+  if (picture != nullptr && !viewOfDepth(picture, 1)) return nullptr;
+  const DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
+  if (!surface) return nullptr;
+  if (picture != nullptr) surface.put(picture);
+  const POINT ends[] = {from, to};
+  surface.drawLine(ends, 2, penWidth, roundEnds, white);
+  return surface.read(1);
+}
+
+OwnedDib blackPolyline(const RECT& bounds, const POINT* points, int count, int penWidth, bool roundEnds,
+                       POINT& position) {
+  const RECT around = boxAround(points, count, paintMargin(penWidth));
+  RECT box;
+  IntersectRect(&box, &around, &bounds);
+  position = {box.left, box.top};
+  const DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, white);
+  if (!surface) return nullptr;
+  surface.drawLine(points, count, penWidth, roundEnds, black);
+  return surface.read(1);
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BITMAPINFOHEADER* PaintLineOnPic(BITMAPINFOHEADER* picture, const RECT& box, const POINT& from,
+                                 const POINT& to, int penWidth, int roundEnds) {
+  return dibkit::whiteLine(picture, box, from, to, penWidth, roundEnds != 0).release();
+}
+
+BITMAPINFOHEADER* PaintLineOnPic2(const RECT& bounds, POINT* points, int count, int penWidth, int roundEnds,
+                                  POINT* position) {
+  POINT corner{};
+  dibkit::OwnedDib line = dibkit::blackPolyline(bounds, points, count, penWidth, roundEnds != 0, corner);
+  if (position != nullptr) *position = corner;
+  return line.release();
+}

@@ -1,0 +1,122 @@
+#include "convert/convert.h"
+#include "dib/allocate.h"
+#include "dib/drawing_surface.h"
+#include "dib/guard.h"
+#include "dib/pixel_format.h"
+#include "frames/frames.h"
+#include "frames/painted.h"
+
+namespace dibkit {
+namespace {
+
+constexpr COLORREF black = RGB(0, 0, 0);
+constexpr COLORREF red = RGB(255, 0, 0);
+constexpr COLORREF white = RGB(255, 255, 255);
+
+/// Indexes of the finished picture.
+enum Index : BYTE { outline, interior, background };
+
+/// The drawn colours as a palette picture.
+OwnedDib reduced(BITMAPINFOHEADER* drawn) {
+  CMap<DWORD, DWORD&, int, int&> indexes;
+  const auto add = [&](COLORREF colour, int index) {
+    DWORD key = entryKey(fromColorRef(colour));
+    indexes.SetAt(key, index);
+  };
+  add(black, outline);
+  add(red, interior);
+  add(white, background);
+  return OwnedDib(Convert24BitsDIBToLowerBitsDIB(drawn, indexes));
+}
+
+/// A frame mask of a 4-bit picture that takes the background as transparent.
+OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
+  const ConstView from(picture);
+  OwnedDib mask = createDib(from.width(), from.height(), 1, 0);
+  if (!mask) return nullptr;
+  const View to(mask.get());
+  for (int y = 0; y < from.height(); ++y) {
+    const BYTE* row = from.row(y);
+    BYTE* bits = to.row(y);
+    for (int x = 0; x < from.width(); ++x) Set1BitPixel(bits, Get4BitPixel(row, x) >= background, x);
+  }
+  return mask;
+}
+
+/// The region that a shape's picture is cut out with. It is never deleted, on purpose: the operations have
+/// always kept one for each picture that they trim.
+HRGN leakTrimRegion(const RECT& rect) { return CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom); }
+
+/// Cuts the background off around what is drawn and moves the position along; null when all is background.
+OwnedDib trimmed(OwnedDib picture, POINT& position) {
+  const OwnedDib mask = maskOf(picture.get());
+  if (!mask) return nullptr;
+  int left = 0, top = 0, right = 0, bottom = 0;
+  CaclOpaqueBoundary(mask.get(), &left, &top, &right, &bottom);
+  if (left == 0 && top == 0 && right == 0 && bottom == 0) return picture;
+  const RECT drawn{left, top, picture->biWidth - right, picture->biHeight - bottom};
+  if (drawn.right < 1 || drawn.bottom <= 0) return nullptr;
+  position = {position.x + left, position.y + top};
+  BITMAPINFOHEADER* piece = nullptr;
+  BITMAPINFOHEADER* pieceMask = nullptr;
+  CropFrame(picture.get(), nullptr, leakTrimRegion(drawn), &piece, &pieceMask);
+  const OwnedDib unused(pieceMask);
+  return OwnedDib(piece);
+}
+
+/// Draws on a white surface of the screen's colours with the pen and the brush of the shape pictures, and
+/// makes the picture. `position` becomes the place of its corner.
+template <class Draw>
+OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& position, Draw&& draw) {
+  position = {box.left, box.top};
+  const DrawingSurface surface(box, DrawingSurface::Colours::screen, white);
+  if (!surface) return nullptr;
+  {
+    const OwnedGraphicsObject pen(penWidth < 1 ? GetStockObject(NULL_PEN)
+                                               : CreatePen(PS_SOLID, penWidth, black));
+    const OwnedGraphicsObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
+    const SelectedObject selectedPen(surface.context(), pen);
+    const SelectedObject selectedBrush(surface.context(), brush);
+    draw(surface.context());
+  }
+  const OwnedDib drawn = surface.read(24);
+  OwnedDib picture = drawn ? reduced(drawn.get()) : nullptr;
+  return picture ? trimmed(std::move(picture), position) : nullptr;
+}
+
+/// Runs an operation that gives a picture and its place.
+template <class Paint>
+BITMAPINFOHEADER* withPosition(POINT* position, Paint&& paint) {
+  POINT corner{};
+  OwnedDib picture = orOutOfMemory(OwnedDib(), [&] { return paint(corner); });
+  if (position != nullptr) *position = corner;
+  return picture.release();
+}
+
+}  // namespace
+}  // namespace dibkit
+
+BITMAPINFOHEADER* PaintShapeOnPic(const RECT& shape, int penWidth, int ellipse, int filled,
+                                  const POINT& corner, POINT* position) {
+  using namespace dibkit;
+  return withPosition(position, [&](POINT& place) {
+    const RECT box = widened(shape, paintMargin(penWidth));
+    return paintedShape(box, penWidth, filled != 0, place, [&](HDC context) {
+      const auto& [left, top, right, bottom] = shape;
+      if (ellipse != 0) {
+        Ellipse(context, left, top, right, bottom);
+      } else {
+        RoundRect(context, left, top, right, bottom, corner.x, corner.y);
+      }
+    });
+  });
+}
+
+BITMAPINFOHEADER* PaintPolygonOnPic(POINT* points, int count, int penWidth, int filled, POINT* position) {
+  using namespace dibkit;
+  return withPosition(position, [&](POINT& place) {
+    const RECT box = boxAround(points, count, paintMargin(penWidth));
+    return paintedShape(box, penWidth, filled != 0, place,
+                        [&](HDC context) { Polygon(context, points, count); });
+  });
+}

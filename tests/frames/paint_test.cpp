@@ -1,0 +1,176 @@
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "frames/frames.h"
+#include "platform/surface.h"
+
+namespace {
+
+using test::GoldenCase;
+using test::OwnedDib;
+
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
+
+int number(const GoldenCase& recorded, const char* word, std::size_t index = 0) {
+  return static_cast<int>(recorded.at(word).numbers().at(index));
+}
+
+void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
+  const test::RecordedPixels expected(recorded);
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->biBitCount, 1);
+  EXPECT_EQ(line->biWidth, expected.width);
+  EXPECT_EQ(test::pixelsOf(line), expected.pixels);
+  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<long>{0, 0xFFFFFF}));
+}
+
+void recordedLine(const GoldenCase& recorded) {
+  const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers(), 0);
+  const OwnedDib picture = recorded.find("picture") != nullptr ? test::dibOf(recorded, "picture") : nullptr;
+  expectStroke(recorded,
+               OwnedDib(PaintLineOnPic(picture.get(), test::rectOf(recorded.at("rect").numbers(), 0), ends[0],
+                                       ends[1], number(recorded, "pen"), number(recorded, "pen", 1))));
+}
+
+void recordedPolyline(const GoldenCase& recorded) {
+  std::vector<POINT> points = test::pointsOf(recorded.at("points").numbers(), 1);
+  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  POINT position{-99, -99};
+  const OwnedDib line(PaintLineOnPic2(test::rectOf(recorded.at("bounds").numbers(), 0), points.data(),
+                                      static_cast<int>(points.size()), number(recorded, "pen"),
+                                      number(recorded, "pen", 1), &position));
+  // A box outside the bounds was not drawn: there is no surface to compare.
+  if (recorded.find("surface") == nullptr) {
+    EXPECT_EQ(line, nullptr);
+    return;
+  }
+  EXPECT_TRUE(position.x == box.left && position.y == box.top);
+  expectStroke(recorded, line);
+}
+
+TEST(PaintLineOnPic, EqualsEveryRecordedCase) {
+  const std::map<std::string, int> expected{{"line1", 759}, {"line2", 116}, {"genline", 122}};
+  EXPECT_EQ(test::checkRecorded("pens.txt", {{"line1", recordedLine},
+                                             {"line2", recordedPolyline},
+                                             {"genline", [](const GoldenCase&) {}}}),  // what dib32/ draws
+            expected);
+}
+
+/// The recorded surface as the operations hand it back: cut to what is not white, and where it lies.
+void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POINT& position) {
+  const test::RecordedPixels drawn(recorded);
+  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  RECT visible{drawn.width, drawn.height, 0, 0};
+  const auto at = [&](int x, int y) { return drawn.pixels[static_cast<std::size_t>(y * drawn.width + x)]; };
+  for (int y = 0; y < drawn.height; ++y) {
+    for (int x = 0; x < drawn.width; ++x) {
+      if (at(x, y) == 0xFFFFFF) continue;
+      visible = {std::min(visible.left, x), std::min(visible.top, y), std::max(visible.right, x + 1),
+                 std::max(visible.bottom, y + 1)};
+    }
+  }
+  if (visible.right == 0) {
+    EXPECT_EQ(shape, nullptr);
+    EXPECT_TRUE(position.x == box.left && position.y == box.top);
+    return;
+  }
+  ASSERT_NE(shape, nullptr);
+  EXPECT_TRUE(position.x == box.left + visible.left && position.y == box.top + visible.top);
+  EXPECT_EQ(shape->biBitCount, 4);
+  EXPECT_EQ(shape->biClrUsed, 3u);
+  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<long>{0, 0xFF0000, 0xFFFFFF}));
+  ASSERT_EQ(shape->biWidth, visible.right - visible.left);
+  ASSERT_EQ(shape->biHeight, visible.bottom - visible.top);
+  std::vector<DWORD> indexes;
+  for (int y = visible.top; y < visible.bottom; ++y) {
+    for (int x = visible.left; x < visible.right; ++x) {
+      indexes.push_back(at(x, y) == 0 ? 0 : at(x, y) == 0xFF0000 ? 1 : 2);
+    }
+  }
+  EXPECT_EQ(test::pixelsOf(shape), indexes);
+}
+
+int reversedOutOfSight = 0;
+
+void recordedShape(const GoldenCase& recorded) {
+  const RECT rect = test::rectOf(recorded.at("shape").numbers(), 0);
+  const bool ellipse = recorded.kind == "ellipse";
+  const POINT corner = ellipse ? POINT{} : test::pointsOf(recorded.at("corner").numbers(), 0).at(0);
+  POINT position{-99, -99};
+  const OwnedDib shape(
+      PaintShapeOnPic(rect, number(recorded, "pen"), ellipse, number(recorded, "filled"), corner, &position));
+  // The box of a rectangle that is reversed by more than its margins is empty, though records show the shape.
+  const int margin = 2 * (number(recorded, "pen") / 2 + 10);
+  if (rect.right - rect.left + margin <= 0 || rect.bottom - rect.top + margin <= 0) {
+    ++reversedOutOfSight;
+    EXPECT_EQ(shape, nullptr);
+    return;
+  }
+  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  EXPECT_EQ(box.left, rect.left - margin / 2);
+  expectTrimmed(recorded, shape, position);
+}
+
+void recordedPolygon(const GoldenCase& recorded) {
+  std::vector<POINT> points = test::pointsOf(recorded.at("points").numbers(), 1);
+  POINT position{-99, -99};
+  const OwnedDib shape(PaintPolygonOnPic(points.data(), static_cast<int>(points.size()),
+                                         number(recorded, "pen"), number(recorded, "filled"), &position));
+  expectTrimmed(recorded, shape, position);
+}
+
+TEST(PaintShapeOnPic, EqualsEveryRecordedCase) {
+  reversedOutOfSight = 0;
+  const std::map<std::string, int> expected{{"ellipse", 296}, {"roundrect", 319}, {"polygon", 189}};
+  EXPECT_EQ(test::checkRecorded(
+                "shapes.txt",
+                {{"ellipse", recordedShape}, {"roundrect", recordedShape}, {"polygon", recordedPolygon}}),
+            expected);
+  EXPECT_EQ(reversedOutOfSight, 21);
+}
+
+TEST(PaintLineOnPic2, IsTheReverseOfPaintLineOnPic) {
+  POINT points[] = {{2, 3}, {9, 6}};
+  POINT position;
+  const OwnedDib line(PaintLineOnPic2({-50, -50, 50, 50}, points, 2, 4, 1, &position));
+  ASSERT_NE(line, nullptr);
+  EXPECT_TRUE(position.x == 2 - 12 && position.y == 3 - 12);
+  EXPECT_TRUE(line->biWidth == 7 + 24 && line->biHeight == 3 + 24);
+  const RECT box{position.x, position.y, position.x + line->biWidth, position.y + line->biHeight};
+  const OwnedDib white(PaintLineOnPic(nullptr, box, points[0], points[1], 4, 1));
+  std::vector<DWORD> reversed = test::pixelsOf(white);
+  for (DWORD& pixel : reversed) pixel = 1 - pixel;
+  EXPECT_EQ(test::pixelsOf(line), reversed);
+}
+
+TEST(PaintOnPic, TakesAnyArgument) {
+  const RECT box{0, 0, 8, 8}, reversed{8, 8, 0, 0}, everything{lowest, lowest, highest, highest};
+  POINT far[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
+  POINT position{5, 5};
+  const OwnedDib wrongDepth = test::image(8, 8, 4), small = test::image(3, 2, 1);
+  EXPECT_EQ(PaintLineOnPic(wrongDepth.get(), box, {0, 0}, {5, 5}, 3, 1), nullptr);
+  EXPECT_EQ(PaintLineOnPic(nullptr, reversed, {0, 0}, {5, 5}, 3, 1), nullptr);
+  EXPECT_EQ(PaintLineOnPic(nullptr, everything, {0, 0}, {5, 5}, 3, 1), nullptr);
+  EXPECT_NE(OwnedDib(PaintLineOnPic(small.get(), box, far[0], far[1], highest, 1)), nullptr);
+  EXPECT_NE(OwnedDib(PaintLineOnPic(nullptr, box, far[0], far[1], lowest, 0)), nullptr);
+
+  EXPECT_EQ(PaintLineOnPic2(box, nullptr, 3, 1, 1, &position), nullptr);
+  EXPECT_TRUE(position.x == 0 && position.y == 0);
+  EXPECT_EQ(PaintLineOnPic2(box, far, 0, 1, 1, nullptr), nullptr);
+  EXPECT_EQ(PaintLineOnPic2(reversed, far, 3, 1, 1, nullptr), nullptr);
+  const OwnedDib crossing(PaintLineOnPic2(box, far, 3, 5, 0, nullptr));
+  ASSERT_NE(crossing, nullptr);
+  EXPECT_EQ(crossing->biWidth, 8);
+
+  EXPECT_EQ(PaintShapeOnPic(box, 0, 1, 0, {0, 0}, &position), nullptr);  // neither pen nor interior
+  EXPECT_EQ(PaintShapeOnPic(everything, 3, 1, 1, {0, 0}, &position), nullptr);
+  EXPECT_EQ(PaintShapeOnPic({60, 60, 0, 0}, 3, 1, 1, {0, 0}, &position), nullptr);
+  EXPECT_NE(OwnedDib(PaintShapeOnPic(box, 1, 0, 1, {lowest, highest}, nullptr)), nullptr);
+  EXPECT_EQ(PaintPolygonOnPic(nullptr, 3, 1, 1, &position), nullptr);
+  EXPECT_EQ(PaintPolygonOnPic(far, 3, 1, 1, &position), nullptr);
+  EXPECT_EQ(PaintPolygonOnPic(far, 1, 1, 1, &position), nullptr);
+}
+
+}  // namespace
