@@ -43,9 +43,16 @@ OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
   return mask;
 }
 
-/// The region that a shape's picture is cut out with. It is never deleted, on purpose: the operations have
+/// Cuts a rectangle out of a picture. The region for it is never deleted, on purpose: the shape pictures have
 /// always kept one for each picture that they trim.
-HRGN leakTrimRegion(const RECT& rect) { return CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom); }
+OwnedDib cropLeakingRegion(BITMAPINFOHEADER* picture, const RECT& rect) {
+  const HRGN region = CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom);
+  BITMAPINFOHEADER* piece = nullptr;
+  BITMAPINFOHEADER* pieceMask = nullptr;
+  CropFrame(picture, nullptr, region, &piece, &pieceMask);
+  const OwnedDib unused(pieceMask);
+  return OwnedDib(piece);
+}
 
 /// Cuts the background off around what is drawn and moves the position along; null when all is background.
 OwnedDib trimmed(OwnedDib picture, POINT& position) {
@@ -57,11 +64,7 @@ OwnedDib trimmed(OwnedDib picture, POINT& position) {
   const RECT drawn{left, top, picture->biWidth - right, picture->biHeight - bottom};
   if (drawn.right < 1 || drawn.bottom <= 0) return nullptr;
   position = {position.x + left, position.y + top};
-  BITMAPINFOHEADER* piece = nullptr;
-  BITMAPINFOHEADER* pieceMask = nullptr;
-  CropFrame(picture.get(), nullptr, leakTrimRegion(drawn), &piece, &pieceMask);
-  const OwnedDib unused(pieceMask);
-  return OwnedDib(piece);
+  return cropLeakingRegion(picture.get(), drawn);
 }
 
 /// Draws on a white surface of the screen's colours with the pen and the brush of the shape pictures, and

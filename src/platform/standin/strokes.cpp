@@ -130,6 +130,16 @@ Region body(const POINT& from, const POINT& to, const Nib& nib, const RECT& boun
   return slantedBody(from, to, nib, bounds);
 }
 
+/// Whether any of a segment can lie in the bounds. Long outlines are mostly out of sight.
+bool reaches(const POINT& from, const POINT& to, const Nib& nib, const RECT& bounds) {
+  const std::int64_t around = std::int64_t{std::max(nib.width, 1)} + 2;
+  const auto overlaps = [around](std::int64_t a, std::int64_t b, std::int64_t low, std::int64_t high) {
+    return std::min(a, b) - around < high && std::max(a, b) + around >= low;
+  };
+  return overlaps(from.x, to.x, bounds.left, bounds.right) &&
+         overlaps(from.y, to.y, bounds.top, bounds.bottom);
+}
+
 Region dot(const POINT& centre, int width) {
   const std::int64_t left = std::int64_t{centre.x} - width / 2;
   const std::int64_t top = std::int64_t{centre.y} - width / 2;
@@ -142,6 +152,7 @@ Region dot(const POINT& centre, int width) {
 }  // namespace
 
 Region segmentRegion(const POINT& from, const POINT& to, const Nib& nib, const RECT& bounds) {
+  if (!reaches(from, to, nib, bounds)) return {};
   const bool single = from.x == to.x && from.y == to.y;
   if (nib.width <= 1) return single ? Region() : thinLine(from, to, bounds);
   if (nib.squareCaps) return single ? Region() : body(from, to, nib, bounds);
