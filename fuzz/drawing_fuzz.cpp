@@ -76,16 +76,16 @@ void shapes(fuzz::Input& input) {
 void calls(fuzz::Input& input) {
   using dibkit::DrawingSurface;
   const bool colour = input.byte() % 2 != 0;
-  const DrawingSurface surface(
-      nearRect(input), colour ? DrawingSurface::Colours::screen : DrawingSurface::Colours::blackAndWhite,
-      0xFFFFFF);
+  DrawingSurface surface(nearRect(input),
+                         colour ? DrawingSurface::Colours::screen : DrawingSurface::Colours::blackAndWhite,
+                         0xFFFFFF);
   if (!surface) return;
   const HDC context = surface.context();
   const dibkit::OwnedRegion clip = clipRegion(input);
   SelectClipRgn(context, clip.get());
   const dibkit::OwnedGraphicsObject pen(CreatePen(PS_SOLID, penWidth(input), 0));
   const dibkit::OwnedGraphicsObject brush(CreateSolidBrush(0xFF));
-  const dibkit::SelectedObject selectedPen(context, pen), selectedBrush(context, brush);
+  const dibkit::Selection selectedPen(context, pen.get()), selectedBrush(context, brush.get());
   while (!input.empty()) {
     const std::uint8_t call = input.byte() % 7;
     const RECT rect = input.rect();

@@ -9,6 +9,15 @@
 
 namespace dibkit {
 
+struct GraphicsObjectDeleter {
+  using pointer = HGDIOBJ;
+  void operator()(HGDIOBJ object) const noexcept { DeleteObject(object); }
+};
+
+/// Sole owner of a pen, a brush or any other graphics object, which must not be selected any more when the
+/// owner goes. Stock objects may be owned too: releasing them does nothing.
+using OwnedGraphicsObject = std::unique_ptr<void, GraphicsObjectDeleter>;
+
 struct BitmapDeleter {
   using pointer = HBITMAP;
   void operator()(HBITMAP bitmap) const noexcept { DeleteObject(bitmap); }

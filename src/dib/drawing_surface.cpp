@@ -25,29 +25,21 @@ DrawingSurface::DrawingSurface(const RECT& box, Colours colours, COLORREF backgr
   width_ = static_cast<int>(width);
   height_ = static_cast<int>(height);
   // What a bitmap is made compatible with decides its colours: a fresh memory context is monochrome.
-  const HDC screen = GetDC(nullptr);
-  context_ = CreateCompatibleDC(colours == Colours::screen ? screen : nullptr);
-  bitmap_ = CreateCompatibleBitmap(colours == Colours::screen ? screen : context_, width_, height_);
-  ReleaseDC(nullptr, screen);
-  if (bitmap_ == nullptr) return;
-  bitmapBefore_ = SelectObject(context_, bitmap_);
+  const ScreenContext screen(GetDC(nullptr));
+  context_.reset(CreateCompatibleDC(colours == Colours::screen ? screen.get() : nullptr));
+  bitmap_.reset(
+      CreateCompatibleBitmap(colours == Colours::screen ? screen.get() : context_.get(), width_, height_));
+  if (!bitmap_) return;
+  selected_.emplace(context_.get(), bitmap_.get());
   // A new bitmap's contents are anybody's guess.
   const OwnedGraphicsObject brush(CreateSolidBrush(background));
   const RECT all{0, 0, width_, height_};
-  FillRect(context_, &all, static_cast<HBRUSH>(brush.get()));
-  SetViewportOrgEx(context_, -static_cast<int>(box.left), -static_cast<int>(box.top), nullptr);
-}
-
-DrawingSurface::~DrawingSurface() {
-  if (bitmap_ != nullptr) {
-    SelectObject(context_, bitmapBefore_);
-    DeleteObject(bitmap_);
-  }
-  if (context_ != nullptr) DeleteDC(context_);
+  FillRect(context_.get(), &all, static_cast<HBRUSH>(brush.get()));
+  SetViewportOrgEx(context_.get(), -static_cast<int>(box.left), -static_cast<int>(box.top), nullptr);
 }
 
 void DrawingSurface::put(const BITMAPINFOHEADER* picture) const {
-  SetDIBitsToDevice(context_, static_cast<int>(origin_.x), static_cast<int>(origin_.y),
+  SetDIBitsToDevice(context_.get(), static_cast<int>(origin_.x), static_cast<int>(origin_.y),
                     static_cast<DWORD>(picture->biWidth), static_cast<DWORD>(picture->biHeight), 0, 0, 0,
                     static_cast<UINT>(picture->biHeight), GetDIBBits(picture),
                     reinterpret_cast<const BITMAPINFO*>(picture), DIB_RGB_COLORS);
@@ -60,19 +52,20 @@ void DrawingSurface::drawLine(const POINT* points, int count, int penWidth, bool
       PS_GEOMETRIC | PS_SOLID | PS_JOIN_ROUND | (roundEnds ? PS_ENDCAP_ROUND : PS_ENDCAP_SQUARE);
   const OwnedGraphicsObject pen(
       ExtCreatePen(static_cast<DWORD>(style), static_cast<DWORD>(std::max(penWidth, 0)), &brush, 0, nullptr));
-  const SelectedObject selected(context_, pen);
-  MoveToEx(context_, static_cast<int>(points[0].x), static_cast<int>(points[0].y), nullptr);
+  const Selection selected(context_.get(), pen.get());
+  MoveToEx(context_.get(), static_cast<int>(points[0].x), static_cast<int>(points[0].y), nullptr);
   for (int i = 1; i < count; ++i)
-    LineTo(context_, static_cast<int>(points[i].x), static_cast<int>(points[i].y));
+    LineTo(context_.get(), static_cast<int>(points[i].x), static_cast<int>(points[i].y));
 }
 
-OwnedDib DrawingSurface::read(int bitCount) const {
+OwnedDib DrawingSurface::read(int bitCount) {
   OwnedDib dib = createDib(width_, height_, bitCount, 0);
   if (!dib) return nullptr;
   // The platform reads bitmaps only while no context holds them.
-  const SelectedObject apart(context_, bitmapBefore_);
-  const int rows = GetDIBits(context_, bitmap_, 0, static_cast<UINT>(height_), GetDIBBits(dib.get()),
-                             reinterpret_cast<BITMAPINFO*>(dib.get()), DIB_RGB_COLORS);
+  selected_.reset();
+  const int rows = GetDIBits(context_.get(), bitmap_.get(), 0, static_cast<UINT>(height_),
+                             GetDIBBits(dib.get()), reinterpret_cast<BITMAPINFO*>(dib.get()), DIB_RGB_COLORS);
+  selected_.emplace(context_.get(), bitmap_.get());
   return rows != 0 ? std::move(dib) : nullptr;
 }
 

@@ -1,36 +1,11 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 
+#include "dib/device.h"
 #include "dib/dib.h"
 
 namespace dibkit {
-
-struct GraphicsObjectDeleter {
-  using pointer = HGDIOBJ;
-  void operator()(HGDIOBJ object) const noexcept { DeleteObject(object); }
-};
-
-/// Sole owner of a pen, a brush or any other graphics object. Stock objects may be owned too: releasing them
-/// does nothing.
-using OwnedGraphicsObject = std::unique_ptr<void, GraphicsObjectDeleter>;
-
-/// Keeps an object selected into a context, then selects the one before it again. Declare it after the owner
-/// of the object.
-class SelectedObject {
- public:
-  SelectedObject(HDC context, HGDIOBJ object) : context_(context), before_(SelectObject(context, object)) {}
-  SelectedObject(HDC context, const OwnedGraphicsObject& object) : SelectedObject(context, object.get()) {}
-  SelectedObject(const SelectedObject&) = delete;
-  SelectedObject& operator=(const SelectedObject&) = delete;
-  ~SelectedObject() {
-    if (before_ != nullptr) SelectObject(context_, before_);
-  }
-
- private:
-  HDC context_;
-  HGDIOBJ before_;
-};
 
 /// A picture that the platform draws on: the size of a box, with the box's coordinates.
 class DrawingSurface {
@@ -39,12 +14,9 @@ class DrawingSurface {
 
   /// A surface in one colour. Boxes without pixels and boxes too large for the platform give an unusable one.
   DrawingSurface(const RECT& box, Colours colours, COLORREF background);
-  DrawingSurface(const DrawingSurface&) = delete;
-  DrawingSurface& operator=(const DrawingSurface&) = delete;
-  ~DrawingSurface();
 
   explicit operator bool() const { return bitmap_ != nullptr; }
-  HDC context() const { return context_; }
+  HDC context() const { return context_.get(); }
   int width() const { return width_; }
   int height() const { return height_; }
 
@@ -54,12 +26,12 @@ class DrawingSurface {
   void drawLine(const POINT* points, int count, int penWidth, bool roundEnds, COLORREF colour) const;
   /// Reads the surface into a new image of its size; null when that fails. Up to 8 bits the palette is
   /// the platform's.
-  OwnedDib read(int bitCount) const;
+  OwnedDib read(int bitCount);
 
  private:
-  HDC context_ = nullptr;
-  HBITMAP bitmap_ = nullptr;
-  HGDIOBJ bitmapBefore_ = nullptr;
+  MemoryContext context_;
+  OwnedBitmap bitmap_;
+  std::optional<Selection> selected_;  ///< the bitmap; let go of before it is released
   POINT origin_{};
   int width_ = 0;
   int height_ = 0;

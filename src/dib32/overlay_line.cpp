@@ -52,7 +52,7 @@ OwnedDib lineCoverage(const RECT& area, const POINT& from, const POINT& to, int 
     if (!areaClip) return nullptr;
   }
   const RECT box = boxOfLine(area, ends, penWidth, margin, areaClip.get());
-  const DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
+  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
   if (!surface) return nullptr;
   if (areaClip) {
     // Clip regions do not follow the viewport origin.

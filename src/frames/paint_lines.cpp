@@ -12,7 +12,7 @@ constexpr COLORREF white = RGB(255, 255, 255);
 OwnedDib whiteLine(const BITMAPINFOHEADER* picture, const RECT& box, const POINT& from, const POINT& to,
                    int penWidth, bool roundEnds) {
   if (picture != nullptr && !viewOfDepth(picture, 1)) return nullptr;
-  const DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
+  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
   if (!surface) return nullptr;
   if (picture != nullptr) surface.put(picture);
   const POINT ends[] = {from, to};
@@ -26,7 +26,7 @@ OwnedDib blackPolyline(const RECT& bounds, const POINT* points, int count, int p
   RECT box;
   IntersectRect(&box, &around, &bounds);
   position = {box.left, box.top};
-  const DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, white);
+  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, white);
   if (!surface) return nullptr;
   surface.drawLine(points, count, penWidth, roundEnds, black);
   return surface.read(1);

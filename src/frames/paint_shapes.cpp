@@ -72,14 +72,14 @@ OwnedDib trimmed(OwnedDib picture, POINT& position) {
 template <class Draw>
 OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& position, Draw&& draw) {
   position = {box.left, box.top};
-  const DrawingSurface surface(box, DrawingSurface::Colours::screen, white);
+  DrawingSurface surface(box, DrawingSurface::Colours::screen, white);
   if (!surface) return nullptr;
   {
     const OwnedGraphicsObject pen(penWidth < 1 ? GetStockObject(NULL_PEN)
                                                : CreatePen(PS_SOLID, penWidth, black));
     const OwnedGraphicsObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
-    const SelectedObject selectedPen(surface.context(), pen);
-    const SelectedObject selectedBrush(surface.context(), brush);
+    const Selection selectedPen(surface.context(), pen.get());
+    const Selection selectedBrush(surface.context(), brush.get());
     draw(surface.context());
   }
   const OwnedDib drawn = surface.read(24);
