@@ -28,7 +28,8 @@ std::size_t keyOf(const Pixel& pixel) {
 
 CanvasFrame trueColourFrame(Picture picture, int delay, RGBQUAD transparent) {
   // A GIF knows no half transparent pixels: what is below half is nothing, what is above all of it.
-  for (int y = 0; y < picture.height(); ++y) {
+  const bool halfTransparent = CDIB32::IsTranslucence32BitsImage(picture.dib()) != 0;
+  for (int y = 0; halfTransparent && y < picture.height(); ++y) {
     Pixel* row = picture.row(y);
     for (int x = 0; x < picture.width(); ++x) row[x].alpha = row[x].alpha < opaqueFrom ? 0 : 255;
   }
@@ -65,10 +66,12 @@ std::optional<CanvasAnimation> onOneExactPalette(const CanvasAnimation& trueColo
 
 UnusedColour::UnusedColour() : used_(std::size_t{1} << 24) {}
 
-void UnusedColour::addUsed(const Picture& picture) {
+void UnusedColour::addUsed(const Picture& picture, const Picture* before) {
   std::size_t last = used_.size();
+  const std::size_t rowBytes = static_cast<std::size_t>(picture.width()) * sizeof(Pixel);
   for (int y = 0; y < picture.height(); ++y) {
     const Pixel* row = picture.row(y);
+    if (before != nullptr && std::memcmp(row, before->row(y), rowBytes) == 0) continue;
     for (int x = 0; x < picture.width(); ++x) {
       const std::size_t key = keyOf(row[x]);
       if (key == last || row[x].alpha < opaqueFrom) continue;

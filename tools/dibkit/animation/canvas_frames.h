@@ -37,7 +37,8 @@ CanvasFrame trueColourFrame(Picture picture, int delay, RGBQUAD transparent);
 class UnusedColour {
  public:
   UnusedColour();
-  void addUsed(const Picture& picture);
+  /// \param before a picture of the same size whose colours are known already, or null
+  void addUsed(const Picture& picture, const Picture* before);
   RGBQUAD find() const;
   std::size_t usedCount() const { return count_; }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "animation/changes.h"
 #include "interrupt.h"
@@ -15,9 +16,10 @@ namespace {
 std::optional<CanvasAnimation> indexedExactly(const std::vector<Frame>& frames) {
   constexpr std::size_t most = 256;
   UnusedColour unused;
+  const Picture* before = nullptr;
   for (const Frame& frame : frames) {
     throwIfInterrupted();
-    unused.addUsed(frame.picture);
+    unused.addUsed(frame.picture, std::exchange(before, &frame.picture));
     if (unused.usedCount() > most) return std::nullopt;
   }
   CanvasAnimation trueColour{frames.front().picture.size(), {}, unused.find(), true};

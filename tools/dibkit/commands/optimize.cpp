@@ -24,7 +24,9 @@ struct Arguments {
 /// The frames as they show, on one palette if it can hold all their colours.
 CanvasAnimation canvasAnimationOf(Animation animation) {
   UnusedColour unused;
-  for (const Frame& frame : animation.frames) unused.addUsed(frame.picture);
+  const Picture* before = nullptr;
+  for (const Frame& frame : animation.frames)
+    unused.addUsed(frame.picture, std::exchange(before, &frame.picture));
   CanvasAnimation trueColour{animation.size(), {}, unused.find(), true};
   trueColour.frames.resize(animation.frames.size());
   forEachIndex(static_cast<int>(animation.frames.size()), [&](int number) {

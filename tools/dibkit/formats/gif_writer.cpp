@@ -9,6 +9,7 @@
 #include <gif_lib.h>
 
 #include "errors.h"
+#include "formats/lzw_length.h"
 
 namespace host {
 
@@ -113,13 +114,10 @@ Bytes writeGif(const GifFile& file) {
 }
 
 std::size_t compressedSize(const GifImage& image, std::size_t paletteSize) {
-  GifBytes gif;
-  gif.putScreen(image.size, std::vector<RGBQUAD>(paletteSize));
-  GifImage alone = image;
-  alone.left = 0;
-  alone.top = 0;
-  gif.putImage(alone);
-  return gif.finish().size();
+  const std::size_t entries = image.palette.empty() ? paletteSize : image.palette.size();
+  const int bits = std::max(2, static_cast<int>(std::bit_width(std::max<std::size_t>(entries, 2) - 1)));
+  const std::size_t ownPalette = image.palette.empty() ? 0 : std::size_t{3} << bits;
+  return ownPalette + lzwLength(image.indices, bits);
 }
 
 }  // namespace host

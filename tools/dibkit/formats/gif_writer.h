@@ -34,7 +34,7 @@ struct GifFile {
 /// The bytes of the file.
 Bytes writeGif(const GifFile& file);
 
-/// Bytes that an image takes in a file.
+/// Bytes that an image takes in a file, nearly.
 /// \param paletteSize entries of the palette for all images, if it uses that one
 std::size_t compressedSize(const GifImage& image, std::size_t paletteSize);
 
