@@ -52,6 +52,7 @@ OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing
   const ConstView in = viewOfDepth(incoming, 32);
   const ConstView out = viewOfDepth(outgoing, 32);
   if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
+  if (in.width() == 0 || in.height() == 0) return nullptr;
   const int weight = progress > 0.0 ? static_cast<int>(std::lround(std::min(progress, 1.0) * 255.0)) : 0;
   // At the ends the colour of transparent pixels is kept as well.
   if (weight == 0) return copyOf(outgoing);

@@ -9,7 +9,7 @@ namespace dibkit {
 
 OwnedDib copyOf(const BITMAPINFOHEADER* picture) {
   const ConstView from = viewOfDepth(picture, 32);
-  if (!from) return nullptr;
+  if (!from || from.width() == 0) return nullptr;
   OwnedDib copy = createDib(from.width(), from.height(), 32, 0, Pixels::unwritten);
   if (!copy) return nullptr;
   const View to(copy.get());

@@ -62,6 +62,7 @@ class CRunPushEffect {
   /// The frame; null for an unknown direction or pictures that don't match.
   OwnedDib compose() const {
     if (!incoming_ || !outgoing_ || direction_ < 0 || direction_ > 7) return nullptr;
+    if (incoming_.width() == 0 || incoming_.height() == 0) return nullptr;
     const int w = incoming_.width();
     const int h = incoming_.height();
     if (outgoing_.width() != w || outgoing_.height() != h) return nullptr;

@@ -30,6 +30,7 @@ void raiseDisc(const HeightPage& page, std::int64_t x, std::int64_t y, std::int6
 
 void layDrops(const HeightPage& page) {
   constexpr int distance = 100;
+  if (page.width < 3) return;  // all border, however many lines
   for (int y = 0; y < page.height; y += distance) {
     for (int x = 0; x < page.width; x += distance) {
       const int right = std::min(x + distance, page.width - 1);
@@ -41,6 +42,7 @@ void layDrops(const HeightPage& page) {
 
 void stepWave(const HeightPage& page, const HeightPage& other, int density) {
   const int w = page.width;  // a copy that the cells written below cannot be taken for
+  if (w < 3) return;
   for (int y = 1; y < page.height - 1; ++y) {
     int* __restrict to = page.line(y);
     const int* above = other.line(y - 1);
@@ -57,6 +59,7 @@ void stepWave(const HeightPage& page, const HeightPage& other, int density) {
 
 void stepBroadWave(const HeightPage& page, const HeightPage& other, int density) {
   const int w = page.width;
+  if (w < 5) return;
   for (int y = 2; y < page.height - 2; ++y) {
     int* __restrict to = page.line(y);
     const int* a = other.line(y - 2);

@@ -94,6 +94,8 @@ TEST(Fade, RefusesPicturesThatDoNotMatch) {
   EXPECT_EQ(fade.compose(a.get(), b.get(), 0, 0.5), nullptr);
   EXPECT_EQ(fade.compose(a.get(), c.get(), 0, 0.5), nullptr);
   EXPECT_EQ(fade.compose(nullptr, a.get(), 0, 0.5), nullptr);
+  const OwnedDib noPixels = image(0, INT_MAX, 32);
+  EXPECT_EQ(fade.compose(noPixels.get(), noPixels.get(), 0, 0.5), nullptr);
 }
 
 }  // namespace

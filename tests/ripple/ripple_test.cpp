@@ -262,6 +262,8 @@ TEST(Ripple, StandsWrongArguments) {
   EXPECT_EQ(GenerateRippleEffect(nullptr, 3), nullptr);
   const OwnedDib trueColour = image(4, 4, 24);
   EXPECT_EQ(GenerateRippleEffect(trueColour.get(), 3), nullptr);
+  const OwnedDib noPixels = image(0, INT_MAX, 32);
+  EXPECT_NE(OwnedDib(GenerateRippleEffect(noPixels.get(), 100)), nullptr);  // 0 x n again, and at once
   CRippleEffect idle;
   idle.StartToRipple();
   idle.HeightBlob(1, 1, 1, 1, 0);
