@@ -21,36 +21,10 @@ class BoxSurface : public Surface {
   }
 };
 
-std::vector<long> penOf(const GoldenCase& recorded) { return recorded.at("pen").numbers(); }
-
-void whiteLine(const GoldenCase& recorded) {
-  const BoxSurface surface(test::rectOf(recorded.at("rect").numbers(), 0), false, black);
-  if (recorded.find("picture") != nullptr) {
-    const test::OwnedDib picture = test::dibOf(recorded, "picture");
-    surface.origin(0, 0);
-    SetDIBitsToDevice(surface.context(), 0, 0, static_cast<DWORD>(picture->biWidth),
-                      static_cast<DWORD>(picture->biHeight), 0, 0, 0, static_cast<UINT>(picture->biHeight),
-                      GetDIBBits(picture.get()), reinterpret_cast<const BITMAPINFO*>(picture.get()),
-                      DIB_RGB_COLORS);
-    const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
-    surface.origin(-box.left, -box.top);
-  }
-  const std::vector<long> pen = penOf(recorded);
-  test::drawLine(surface, test::pointsOf(recorded.at("line").numbers(), 0), white, pen[0], pen[1]);
-  test::expectSurface(test::RecordedPixels(recorded), surface);
-}
-
-void blackPolyline(const GoldenCase& recorded) {
-  const BoxSurface surface(test::rectOf(recorded.at("rect").numbers(), 0), false, white);
-  const std::vector<long> pen = penOf(recorded);
-  test::drawLine(surface, test::pointsOf(recorded.at("points").numbers(), 1), black, pen[0], pen[1]);
-  test::expectSurface(test::RecordedPixels(recorded), surface);
-}
-
 template <class Draw>
 void drawShape(const GoldenCase& recorded, Draw&& draw) {
   const BoxSurface surface(test::rectOf(recorded.at("rect").numbers(), 0), true, white);
-  const int width = static_cast<int>(penOf(recorded)[0]);
+  const int width = static_cast<int>(recorded.at("pen").numbers()[0]);
   const test::OwnedObject pen(width < 1 ? GetStockObject(NULL_PEN) : CreatePen(PS_SOLID, width, black));
   const bool filled = recorded.at("filled").numbers()[0] != 0;
   const test::OwnedObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
@@ -80,14 +54,7 @@ void polygon(const GoldenCase& recorded) {
   drawShape(recorded, [&](HDC context) { Polygon(context, points.data(), static_cast<int>(points.size())); });
 }
 
-TEST(RecordedPens, AllExact) {
-  // The third kind is a whole operation, which the tests of dib32/ compare.
-  const std::map<std::string, void (*)(const GoldenCase&)> checks{
-      {"line1", whiteLine}, {"line2", blackPolyline}, {"genline", [](const GoldenCase&) {}}};
-  const std::map<std::string, int> expected{{"line1", 759}, {"line2", 116}, {"genline", 122}};
-  EXPECT_EQ(test::checkRecorded("pens.txt", checks), expected);
-}
-
+// The recorded pens are compared where the library draws with them: by the tests of dib32/ and frames/.
 TEST(RecordedShapes, AllExact) {
   const std::map<std::string, void (*)(const GoldenCase&)> checks{
       {"ellipse", ellipse}, {"roundrect", roundRect}, {"polygon", polygon}};
