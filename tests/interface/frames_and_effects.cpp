@@ -56,6 +56,13 @@ TEST(Interface, Effects) {
   expectFunction<Dib(Dib, int)>(GenerateRippleEffect);
 }
 
+// How operations of an object are called, where that is not how functions are.
+#if defined(_WIN32) && !defined(_WIN64)
+#define OPERATION __thiscall
+#else
+#define OPERATION
+#endif
+
 /// The function in a slot of an object's virtual table, on compilers whose tables start with the first
 /// virtual.
 void* slot(const void* object, int index) {
@@ -74,7 +81,7 @@ TEST(Interface, ProgressIsReportedThroughTheFirstSlot) {
     float last = -1;
   };
   Probe probe;
-  reinterpret_cast<float (*)(CQorCommonProgress*, float)>(slot(&probe, 0))(&probe, 0.25F);
+  reinterpret_cast<float(OPERATION*)(CQorCommonProgress*, float)>(slot(&probe, 0))(&probe, 0.25F);
   EXPECT_EQ(probe.last, 0.25F);
   static_assert(sizeof(probe.m_bCancel) == 1);
 }
@@ -98,10 +105,11 @@ TEST(Interface, EffectsRenderThroughTheSlotAfterTheDestructor) {
 #endif
   EffectOutput output{};
   auto* generate =
-      reinterpret_cast<BOOL (*)(CGeneralEffectFrame*, EffectOutput*)>(slot(&probe, afterDestructor));
+      reinterpret_cast<BOOL(OPERATION*)(CGeneralEffectFrame*, EffectOutput*)>(slot(&probe, afterDestructor));
   EXPECT_EQ(generate(&probe, &output), TRUE);
   EXPECT_EQ(output.rect.left, 7);
-  auto* set = reinterpret_cast<void (*)(CGeneralEffectFrame*, long, long)>(slot(&probe, afterDestructor + 1));
+  auto* set =
+      reinterpret_cast<void(OPERATION*)(CGeneralEffectFrame*, long, long)>(slot(&probe, afterDestructor + 1));
   set(&probe, 3, 4);
   EXPECT_EQ(probe.sum, 7);
   static_assert(sizeof(CGeneralEffectFrame) == 2 * sizeof(void*));
@@ -126,8 +134,8 @@ TEST(Interface, TheSplittersOnlyVirtualCutsThePiece) {
   EXPECT_EQ(probe.SplitOpacity(nullptr, nullptr, nullptr, &same), 110);
   // The last argument goes nowhere: a splitter that makes equal pixels transparent does not tell of them.
   EXPECT_EQ(probe.SplitTransparency(nullptr, nullptr, nullptr, &same), 101);
-  auto* crop =
-      reinterpret_cast<int (*)(const CSpiltEmbededDIB*, Dib*, Dib*, POINT*, int, int*)>(slot(&probe, 0));
+  auto* crop = reinterpret_cast<int(OPERATION*)(const CSpiltEmbededDIB*, Dib*, Dib*, POINT*, int, int*)>(
+      slot(&probe, 0));
   EXPECT_EQ(crop(&probe, nullptr, nullptr, nullptr, 1, nullptr), 101);
 }
 
