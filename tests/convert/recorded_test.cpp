@@ -16,7 +16,7 @@ using test::OwnedDib;
 
 std::vector<DWORD> hexadecimals(const GoldenLine& line) {
   std::vector<DWORD> values;
-  for (const long value : line.numbers(16)) values.push_back(static_cast<DWORD>(value));
+  for (const std::int64_t value : line.numbers(16)) values.push_back(static_cast<DWORD>(value));
   return values;
 }
 
@@ -32,7 +32,7 @@ std::vector<BYTE> blockOf(const GoldenCase& recorded, const std::string& word) {
   std::size_t i = 0;
   while (i < recorded.lines.size() && recorded.lines[i].word != word) ++i;
   if (i == recorded.lines.size()) return {};
-  const std::vector<long> fields = recorded.lines[i].numbers();
+  const std::vector<std::int64_t> fields = recorded.lines[i].numbers();
   const auto at = [&](std::size_t field) { return static_cast<DWORD>(fields.at(field)); };
   BITMAPINFOHEADER header{at(0), LONG(fields.at(1)), LONG(fields.at(2)), WORD(at(3)), WORD(at(4)), at(5),
                           at(6), LONG(fields.at(7)), LONG(fields.at(8)), at(9),       at(10)};
@@ -127,8 +127,8 @@ TEST(RecordedConversions, ComeOutOfConvertDDBToDIB) {
     BITMAP description{};
     EXPECT_EQ(GetObjectW(bitmap.get(), sizeof(description), &description),
               static_cast<int>(sizeof(description)));
-    EXPECT_EQ((std::vector<long>{description.bmWidth, description.bmHeight, description.bmWidthBytes,
-                                 description.bmPlanes, description.bmBitsPixel}),
+    EXPECT_EQ((std::vector<std::int64_t>{description.bmWidth, description.bmHeight, description.bmWidthBytes,
+                                         description.bmPlanes, description.bmBitsPixel}),
               recorded.at("bitmap").numbers());
     const OwnedDib result(CBitmapConverter::ConvertDDBToDIB(bitmap.get()));
     ASSERT_TRUE(result);
@@ -137,16 +137,16 @@ TEST(RecordedConversions, ComeOutOfConvertDDBToDIB) {
   EXPECT_EQ(cases, 34);
 }
 
-std::vector<long> clipboardFormats() {
-  std::vector<long> formats;
+std::vector<std::int64_t> clipboardFormats() {
+  std::vector<std::int64_t> formats;
   for (UINT format = EnumClipboardFormats(0); format != 0; format = EnumClipboardFormats(format)) {
     formats.push_back(static_cast<long>(format));
   }
   return formats;
 }
 
-std::vector<long> availableFormats() {
-  std::vector<long> formats;
+std::vector<std::int64_t> availableFormats() {
+  std::vector<std::int64_t> formats;
   for (UINT format = 1; format <= 17; ++format) {
     if (IsClipboardFormatAvailable(format) != 0) formats.push_back(static_cast<long>(format));
   }
@@ -170,7 +170,7 @@ TEST(RecordedConversions, ComeOutOfTheClipboard) {
     EXPECT_EQ(std::memcmp(GlobalLock(block), dib.data(), size), 0);
     GlobalUnlock(block);
     const auto palette = static_cast<HPALETTE>(GetClipboardData(CF_PALETTE));
-    const std::vector<long> expected = recorded.at("palette").numbers();
+    const std::vector<std::int64_t> expected = recorded.at("palette").numbers();
     EXPECT_EQ(palette != nullptr, expected.at(0) != 0);
     if (palette != nullptr) {
       WORD count = 0;

@@ -252,7 +252,7 @@ TEST(BlockOperations, AreHarmlessWithWrongArguments) {
   const OwnedDib gray = test::imageOf(2, 1, 8, {255, 255});
   BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   const std::vector<BYTE> before = test::bytesOf(good);
-  const POINT far{INT32_MAX, INT32_MIN};
+  const POINT distant{INT32_MAX, INT32_MIN};
   for (const Operation& operation : operations) {
     SCOPED_TRACE(operation.name);
     for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}}) {
@@ -260,7 +260,7 @@ TEST(BlockOperations, AreHarmlessWithWrongArguments) {
       operation.call({good.get(), {0, 0}, wrong, {0, 0}, 0, gray.get(), CPoint(0, 0)});
     }
     operation.call({good.get(), {0, 0}, gray.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
-    operation.call({good.get(), far, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
+    operation.call({good.get(), distant, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
     if (operation.masked) {
       operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, nullptr, CPoint(0, 0)});
       operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, good.get(), CPoint(0, 0)});

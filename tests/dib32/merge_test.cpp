@@ -173,23 +173,23 @@ TEST(Merging, TreatsEmptyUnionsAndWrongArgumentsEachInItsWay) {
   const OwnedDib one = test::imageOf(1, 1, 32, {0xFF112233});
   const OwnedDib empty = test::image(0, 0, 32);
   const OwnedDib shallow = test::image(1, 1, 24);
-  POINT near{4, 5}, far{INT32_MAX, INT32_MAX};
+  POINT nearby{4, 5}, distant{INT32_MAX, INT32_MAX};
   const RECT none{3, 3, 3, 9};
   const struct {
     Dib first, second;
     POINT secondAt;
     BOOL made;
-  } cases[] = {{empty.get(), empty.get(), near, TRUE},  // an image of 0 x 0
-               {one.get(), nullptr, near, FALSE},
-               {shallow.get(), one.get(), near, FALSE},
-               {one.get(), one.get(), far, FALSE}};  // too large
+  } cases[] = {{empty.get(), empty.get(), nearby, TRUE},  // an image of 0 x 0
+               {one.get(), nullptr, nearby, FALSE},
+               {shallow.get(), one.get(), nearby, FALSE},
+               {one.get(), one.get(), distant, FALSE}};  // too large
   for (const auto& expected : cases) {
     POINT secondAt = expected.secondAt;
     const auto combined = resultOf([&](Dib* out, POINT* origin) {
-      return CDIB32::CombineDIBs(expected.first, near, 0, expected.second, secondAt, 0, out, origin);
+      return CDIB32::CombineDIBs(expected.first, nearby, 0, expected.second, secondAt, 0, out, origin);
     });
     const auto merged = resultOf([&](Dib* out, POINT* origin) {
-      return CDIB32::Merge32DIBs(expected.first, near, expected.second, secondAt, out, origin);
+      return CDIB32::Merge32DIBs(expected.first, nearby, expected.second, secondAt, out, origin);
     });
     for (const Result* result : {&combined, &merged}) {
       EXPECT_EQ(result->made, expected.made);
@@ -198,13 +198,13 @@ TEST(Merging, TreatsEmptyUnionsAndWrongArgumentsEachInItsWay) {
     // These refuse the empty one too, and write their out parameters in every case.
     const Result always[] = {
         resultOf([&](Dib* out, POINT* origin) {
-          return CDIB32::Merge32BitsDIB(expected.first, near, expected.second, secondAt, out, origin);
+          return CDIB32::Merge32BitsDIB(expected.first, nearby, expected.second, secondAt, out, origin);
         }),
         resultOf([&](Dib* out, POINT* origin) {
-          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, near, none, out, origin);
+          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, nearby, none, out, origin);
         }),
         resultOf([&](Dib* out, POINT* origin) {
-          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, near, 1, none, out, origin);
+          return CDIB32::Merge32BitsDIB(expected.made ? empty.get() : nullptr, nearby, 1, none, out, origin);
         })};
     for (const Result& result : always) {
       EXPECT_FALSE(result.made);
@@ -214,9 +214,9 @@ TEST(Merging, TreatsEmptyUnionsAndWrongArgumentsEachInItsWay) {
   }
   Dib out = nullptr;
   POINT origin{0, 0};
-  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), near, RECT{INT32_MIN, 0, INT32_MAX, 1}, &out, &origin));
-  EXPECT_FALSE(CDIB32::CombineDIBs(one.get(), near, 0, one.get(), near, 0, nullptr, &origin));
-  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), near, one.get(), near, &out, nullptr));
+  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), nearby, RECT{INT32_MIN, 0, INT32_MAX, 1}, &out, &origin));
+  EXPECT_FALSE(CDIB32::CombineDIBs(one.get(), nearby, 0, one.get(), nearby, 0, nullptr, &origin));
+  EXPECT_FALSE(CDIB32::Merge32BitsDIB(one.get(), nearby, one.get(), nearby, &out, nullptr));
 }
 
 }  // namespace

@@ -205,7 +205,7 @@ TEST(Overlays, TakeAnyArgument) {
 
 void recordedLine(const test::GoldenCase& recorded) {
   const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers(), 0);
-  const std::vector<long> pen = recorded.at("pen").numbers();
+  const std::vector<std::int64_t> pen = recorded.at("pen").numbers();
   test::OwnedRegion clip, copy(CreateRectRgn(0, 0, 1, 1));
   if (const test::GoldenLine* shape = recorded.find("clip")) clip = test::shapeOf(shape->rest);
   if (clip) CombineRgn(copy.get(), clip.get(), clip.get(), RGN_OR);
@@ -221,7 +221,7 @@ void recordedLine(const test::GoldenCase& recorded) {
     EXPECT_TRUE(origin.x == 0 && origin.y == 0);
     return;
   }
-  const std::vector<long> corner = recorded.at("origin").numbers();
+  const std::vector<std::int64_t> corner = recorded.at("origin").numbers();
   EXPECT_TRUE(origin.x == corner[0] && origin.y == corner[1]);
   const test::RecordedPixels expected(recorded);
   ASSERT_EQ(line->biWidth, expected.width);
@@ -231,9 +231,9 @@ void recordedLine(const test::GoldenCase& recorded) {
     EXPECT_EQ(test::headerOf(line.get()), header->numbers());
   }
   // The records hold the platform's palette; the operation puts its gray one back.
-  const std::vector<long> palette = test::paletteOf(line.get());
+  const std::vector<std::int64_t> palette = test::paletteOf(line.get());
   ASSERT_EQ(palette.size(), 256u);
-  for (long i = 0; i < 256; ++i) EXPECT_EQ(palette[static_cast<std::size_t>(i)], i * 0x010101);
+  for (int i = 0; i < 256; ++i) EXPECT_EQ(palette[static_cast<std::size_t>(i)], i * 0x010101);
 }
 
 TEST(GenerateLine, EqualsEveryRecordedCase) {

@@ -301,7 +301,7 @@ TEST(Scaling, IsHarmlessWithWrongArguments) {
   const OwnedDib empty = test::image(0, 0, 32);
   BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   const std::vector<BYTE> before = test::bytesOf(good);
-  const POINT far{INT32_MIN, INT32_MAX};
+  const POINT distant{INT32_MIN, INT32_MAX};
   for (const Operation& operation : operations) {
     SCOPED_TRACE(operation.name);
     for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}, gray.get(), empty.get()}) {
@@ -309,9 +309,9 @@ TEST(Scaling, IsHarmlessWithWrongArguments) {
       operation.call({good.get(), {0, 0}, wrong, {0, 0}, 2, 65536, 0});
     }
     operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 0, 0, 0});
-    operation.call({good.get(), {0, 0}, good.get(), far, -3, 0, 0});
-    operation.call({good.get(), far, good.get(), {5, 5}, INT32_MAX, 32768, 0});
-    operation.call({good.get(), {0, 0}, good.get(), far, INT32_MAX, 1, 0});
+    operation.call({good.get(), {0, 0}, good.get(), distant, -3, 0, 0});
+    operation.call({good.get(), distant, good.get(), {5, 5}, INT32_MAX, 32768, 0});
+    operation.call({good.get(), {0, 0}, good.get(), distant, INT32_MAX, 1, 0});
     EXPECT_EQ(test::bytesOf(good), before);
   }
   for (const int factor : {0, -1}) {

@@ -17,9 +17,9 @@ std::vector<DWORD> plainSharpen(const OwnedDib& image, std::int64_t k) {
         std::int64_t sum = 0;
         for (int dy = -1; dy <= 1; ++dy) {
           for (int dx = -1; dx <= 1; ++dx) {
-            const DWORD near = test::pixel(image, std::clamp(x + dx, 0, image->biWidth - 1),
-                                           std::clamp(y + dy, 0, image->biHeight - 1));
-            sum += (dx == 0 && dy == 0 ? k + 8 : -1) * std::int64_t{near >> shift & 255};
+            const DWORD nearby = test::pixel(image, std::clamp<LONG>(x + dx, 0, image->biWidth - 1),
+                                             std::clamp<LONG>(y + dy, 0, image->biHeight - 1));
+            sum += (dx == 0 && dy == 0 ? k + 8 : -1) * std::int64_t{nearby >> shift & 255};
           }
         }
         value |= static_cast<DWORD>(std::clamp<std::int64_t>(sum / (k >= 1 ? k : 1), 0, 255)) << shift;

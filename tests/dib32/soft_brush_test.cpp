@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dib32/dib32.h"
+#include "support/bitmap_regions.h"
 #include "support/images.h"
 
 namespace {
@@ -21,13 +22,15 @@ struct Brush {
 
 /// The brushes as they are defined: each box counted by itself.
 void plainBrush(BITMAPINFOHEADER* image, const Brush& b, bool fill, const BITMAPINFOHEADER* reference) {
-  const int n = std::min({b.size, b.mask->biWidth, b.mask->biHeight});
+  const int width = b.mask->biWidth;
+  const int height = b.mask->biHeight;
+  const int n = std::min({b.size, width, height});
   if (n < 1) return;
-  for (int y = 0; y < b.mask->biHeight; ++y) {
-    for (int x = 0; x < b.mask->biWidth; ++x) {
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
       int count = 0;
-      for (int my = std::max(y - n / 2, 0); my < std::min(y - n / 2 + n, b.mask->biHeight); ++my) {
-        for (int mx = std::max(x - n / 2, 0); mx < std::min(x - n / 2 + n, b.mask->biWidth); ++mx) {
+      for (int my = std::max(y - n / 2, 0); my < std::min(y - n / 2 + n, height); ++my) {
+        for (int mx = std::max(x - n / 2, 0); mx < std::min(x - n / 2 + n, width); ++mx) {
           count += pixel(b.mask, mx, my) != 0;
         }
       }
@@ -64,8 +67,8 @@ TEST(SoftBrushes, EqualBoxesCountedOneByOne) {
       }
     }
     const OwnedDib reference = test::randomImage(image->biWidth, 1 + test::below(random, 24), 32, random);
-    const OwnedRegion clip(CreateEllipticRgn(test::below(random, 9) - 4, test::below(random, 9) - 4,
-                                             5 + test::below(random, 30), 5 + test::below(random, 20)));
+    const OwnedRegion clip = test::ellipse(test::below(random, 9) - 4, test::below(random, 9) - 4,
+                                           5 + test::below(random, 30), 5 + test::below(random, 20));
     const OwnedDib expected(CBitmapCreator::Clone(image.get()));
     const Brush b{mask.get(),
                   {test::below(random, 40) - 15, test::below(random, 30) - 12},
@@ -152,9 +155,9 @@ TEST(SoftBrushes, LeaveWrongArgumentsAlone) {
   }
   CDIB32::SmoothFillBlock(image.get(), mask.get(), narrow.get(), {0, 0}, 0, 3, nullptr);
   CDIB32::SmoothBlock(image.get(), mask.get(), {0, 0}, 255, 3, outside.get());
-  for (const POINT& far :
+  for (const POINT& distant :
        {POINT{8, 0}, POINT{0, -4}, POINT{INT32_MAX, INT32_MAX}, POINT{INT32_MIN, INT32_MIN}}) {
-    CDIB32::SmoothBlock(image.get(), mask.get(), far, 255, 3, nullptr);
+    CDIB32::SmoothBlock(image.get(), mask.get(), distant, 255, 3, nullptr);
   }
   EXPECT_EQ(test::bytesOf(image), before);
   EXPECT_EQ(test::bytesOf(mask), maskBefore);

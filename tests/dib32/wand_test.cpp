@@ -28,7 +28,7 @@ std::vector<bool> plainSelection(const BITMAPINFOHEADER* image, POINT seed, std:
                                  bool connected) {
   const int width = image->biWidth;
   const int height = image->biHeight;
-  seed = {std::clamp(seed.x, 0, width - 1), std::clamp(seed.y, 0, height - 1)};
+  seed = {std::clamp<LONG>(seed.x, 0, width - 1), std::clamp<LONG>(seed.y, 0, height - 1)};
   const DWORD from = pixel(image, seed.x, seed.y);
   const auto similar = [&](int x, int y) {
     const DWORD value = pixel(image, x, y);

@@ -123,20 +123,20 @@ TEST(Blends, EndAsPaletteImagesUpTo256Colours) {
 
 TEST(Blends, RefuseWhatCannotBe) {
   const OwnedDib frame = test::image(3, 3, 24);
-  const POINT far{INT32_MAX, INT32_MAX}, near{INT32_MIN, INT32_MIN};
+  const POINT distant{INT32_MAX, INT32_MAX}, nearby{INT32_MIN, INT32_MIN};
   const std::function<int(BITMAPINFOHEADER**, BITMAPINFOHEADER**, POINT*)> calls[]{
       [&](auto image, auto mask, POINT*) { return AlphaBlendByColor(nullptr, nullptr, 0, 0, image, mask); },
       [&](auto image, auto mask, POINT*) {
         return AlphaBlendByColor(frame.get(), frame.get(), 0, 0, image, mask);
       },
       [&](auto image, auto mask, POINT*) {
-        return AlphaBlendByFrame(frame.get(), nullptr, far, nullptr, nullptr, far, 0, 0, image, mask);
+        return AlphaBlendByFrame(frame.get(), nullptr, distant, nullptr, nullptr, distant, 0, 0, image, mask);
       },
       [&](auto image, auto mask, POINT* at) {
-        return MergeFrames(frame.get(), nullptr, near, frame.get(), nullptr, far, image, mask, at);
+        return MergeFrames(frame.get(), nullptr, nearby, frame.get(), nullptr, distant, image, mask, at);
       },
       [&](auto, auto mask, POINT* at) {
-        return MergeFrames(frame.get(), nullptr, far, frame.get(), nullptr, far, nullptr, mask, at);
+        return MergeFrames(frame.get(), nullptr, distant, frame.get(), nullptr, distant, nullptr, mask, at);
       },
   };
   for (const auto& call : calls) EXPECT_TRUE(test::same(test::given(call), Given()));

@@ -19,7 +19,7 @@ DWORD tinted(DWORD pixel, DWORD fill, int percent) {
   }
   return result;
 }
-bool near(DWORD pixel, DWORD target, int tolerance) {
+bool nearby(DWORD pixel, DWORD target, int tolerance) {
   bool all = true;
   for (const int shift : {0, 8, 16}) {
     all = all && std::abs(test::channel(pixel, 16 - shift) - test::channel(target, shift)) <= tolerance;
@@ -40,7 +40,7 @@ TEST(FrameFills, EqualThePlainFillAndTheWalkPixelByPixel) {
     const auto fill = static_cast<DWORD>(random());
     const int percent = test::below(random, 101), tolerance = test::below(random, 5) * 30 - 1;
     const auto matches = [&](int x, int y) {
-      return a.shows(x, y) && near(a.colour(x, y), target, tolerance);
+      return a.shows(x, y) && nearby(a.colour(x, y), target, tolerance);
     };
 
     std::vector<bool> reached(static_cast<std::size_t>(width * height));

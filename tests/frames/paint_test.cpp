@@ -23,7 +23,7 @@ void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
   EXPECT_EQ(line->biBitCount, 1);
   EXPECT_EQ(line->biWidth, expected.width);
   EXPECT_EQ(test::pixelsOf(line), expected.pixels);
-  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<long>{0, 0xFFFFFF}));
+  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<std::int64_t>{0, 0xFFFFFF}));
 }
 
 void recordedLine(const GoldenCase& recorded) {
@@ -67,8 +67,8 @@ void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POIN
   for (int y = 0; y < drawn.height; ++y) {
     for (int x = 0; x < drawn.width; ++x) {
       if (at(x, y) == 0xFFFFFF) continue;
-      visible = {std::min(visible.left, x), std::min(visible.top, y), std::max(visible.right, x + 1),
-                 std::max(visible.bottom, y + 1)};
+      visible = {std::min<LONG>(visible.left, x), std::min<LONG>(visible.top, y),
+                 std::max<LONG>(visible.right, x + 1), std::max<LONG>(visible.bottom, y + 1)};
     }
   }
   if (visible.right == 0) {
@@ -80,7 +80,7 @@ void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POIN
   EXPECT_TRUE(position.x == box.left + visible.left && position.y == box.top + visible.top);
   EXPECT_EQ(shape->biBitCount, 4);
   EXPECT_EQ(shape->biClrUsed, 3u);
-  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<long>{0, 0xFF0000, 0xFFFFFF}));
+  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<std::int64_t>{0, 0xFF0000, 0xFFFFFF}));
   ASSERT_EQ(shape->biWidth, visible.right - visible.left);
   ASSERT_EQ(shape->biHeight, visible.bottom - visible.top);
   std::vector<DWORD> indexes;
@@ -147,20 +147,20 @@ TEST(PaintLineOnPic2, IsTheReverseOfPaintLineOnPic) {
 
 TEST(PaintOnPic, TakesAnyArgument) {
   const RECT box{0, 0, 8, 8}, reversed{8, 8, 0, 0}, everything{lowest, lowest, highest, highest};
-  POINT far[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
+  POINT distant[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
   POINT position{5, 5};
   const OwnedDib wrongDepth = test::image(8, 8, 4), small = test::image(3, 2, 1);
   EXPECT_EQ(PaintLineOnPic(wrongDepth.get(), box, {0, 0}, {5, 5}, 3, 1), nullptr);
   EXPECT_EQ(PaintLineOnPic(nullptr, reversed, {0, 0}, {5, 5}, 3, 1), nullptr);
   EXPECT_EQ(PaintLineOnPic(nullptr, everything, {0, 0}, {5, 5}, 3, 1), nullptr);
-  EXPECT_NE(OwnedDib(PaintLineOnPic(small.get(), box, far[0], far[1], highest, 1)), nullptr);
-  EXPECT_NE(OwnedDib(PaintLineOnPic(nullptr, box, far[0], far[1], lowest, 0)), nullptr);
+  EXPECT_NE(OwnedDib(PaintLineOnPic(small.get(), box, distant[0], distant[1], highest, 1)), nullptr);
+  EXPECT_NE(OwnedDib(PaintLineOnPic(nullptr, box, distant[0], distant[1], lowest, 0)), nullptr);
 
   EXPECT_EQ(PaintLineOnPic2(box, nullptr, 3, 1, 1, &position), nullptr);
   EXPECT_TRUE(position.x == 0 && position.y == 0);
-  EXPECT_EQ(PaintLineOnPic2(box, far, 0, 1, 1, nullptr), nullptr);
-  EXPECT_EQ(PaintLineOnPic2(reversed, far, 3, 1, 1, nullptr), nullptr);
-  const OwnedDib crossing(PaintLineOnPic2(box, far, 3, 5, 0, nullptr));
+  EXPECT_EQ(PaintLineOnPic2(box, distant, 0, 1, 1, nullptr), nullptr);
+  EXPECT_EQ(PaintLineOnPic2(reversed, distant, 3, 1, 1, nullptr), nullptr);
+  const OwnedDib crossing(PaintLineOnPic2(box, distant, 3, 5, 0, nullptr));
   ASSERT_NE(crossing, nullptr);
   EXPECT_EQ(crossing->biWidth, 8);
 
@@ -169,8 +169,8 @@ TEST(PaintOnPic, TakesAnyArgument) {
   EXPECT_EQ(PaintShapeOnPic({60, 60, 0, 0}, 3, 1, 1, {0, 0}, &position), nullptr);
   EXPECT_NE(OwnedDib(PaintShapeOnPic(box, 1, 0, 1, {lowest, highest}, nullptr)), nullptr);
   EXPECT_EQ(PaintPolygonOnPic(nullptr, 3, 1, 1, &position), nullptr);
-  EXPECT_EQ(PaintPolygonOnPic(far, 3, 1, 1, &position), nullptr);
-  EXPECT_EQ(PaintPolygonOnPic(far, 1, 1, 1, &position), nullptr);
+  EXPECT_EQ(PaintPolygonOnPic(distant, 3, 1, 1, &position), nullptr);
+  EXPECT_EQ(PaintPolygonOnPic(distant, 1, 1, 1, &position), nullptr);
 }
 
 }  // namespace

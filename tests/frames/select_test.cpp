@@ -90,11 +90,11 @@ TEST(MagicWandRegion, EqualsThePlainWalkOnTheCanvas) {
     const bool opaque = frame.shows(seed.x, seed.y);
     const DWORD centre = opaque ? compared(seed.x, seed.y) : 0;
     const auto qualifies = [&](int x, int y) {
-      bool near = frame.shows(x, y) == opaque;
-      for (int shift = 0; near && opaque && shift < 24; shift += 8) {
-        near = std::abs(test::channel(compared(x, y), shift) - test::channel(centre, shift)) <= tolerance;
+      bool nearby = frame.shows(x, y) == opaque;
+      for (int shift = 0; nearby && opaque && shift < 24; shift += 8) {
+        nearby = std::abs(test::channel(compared(x, y), shift) - test::channel(centre, shift)) <= tolerance;
       }
-      return near;
+      return nearby;
     };
     std::vector<bool> selected(static_cast<std::size_t>(canvas.cx * canvas.cy));
     std::vector<POINT> work{seed};

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "frames/plain.h"
+#include "support/bitmap_regions.h"
 
 namespace {
 
@@ -64,8 +65,7 @@ TEST(FillMask, SetsTheRegionInACopyOrGivesItsArgumentBack) {
                    before = test::copyOf(mask);
     // Partly outside the mask now and then.
     const int left = test::below(random, width + 8) - 5, top = test::below(random, height + 4) - 3;
-    const OwnedRegion region(
-        CreateEllipticRgn(left, top, left + test::below(random, 20), top + test::below(random, 9)));
+    const OwnedRegion region = test::ellipse(left, top, test::below(random, 20), test::below(random, 9));
     const OwnedDib expected = test::copyOf(mask);
     test::forEachPixel({0, 0, width, height}, [&](int x, int y) {
       if (PtInRegion(region.get(), x, y)) test::setPixel(expected, x, y, 1);

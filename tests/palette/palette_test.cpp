@@ -206,9 +206,9 @@ TEST(PaletteSearch, BreaksTiesHighForTheNearestAndLowForTheFarthest) {
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(palette.data(), 9, 0, 0, 0), 2);
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(palette.data(), 2, 50, 50, 50), 0);
   // Each channel counts by itself: red 4 away beats blue and green 3 away each? 16 < 18.
-  const std::vector<RGBQUAD> near = quads({0x040000, 0x000303});
-  EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(const_cast<RGBQUAD*>(near.data()), 2, 0), 0);
-  EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(const_cast<RGBQUAD*>(near.data()), 2, 0, 0, 0), 1);
+  const std::vector<RGBQUAD> nearby = quads({0x040000, 0x000303});
+  EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(const_cast<RGBQUAD*>(nearby.data()), 2, 0), 0);
+  EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(const_cast<RGBQUAD*>(nearby.data()), 2, 0, 0, 0), 1);
   EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(nullptr, 3, 0), 0);
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(nullptr, 3, 0, 0, 0), 0);
 }

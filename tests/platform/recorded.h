@@ -15,12 +15,12 @@ namespace test {
 
 using dibkit::OwnedRegion;
 
-inline RECT rectOf(const std::vector<long>& numbers, std::size_t first) {
+inline RECT rectOf(const std::vector<std::int64_t>& numbers, std::size_t first) {
   const auto at = [&](std::size_t i) { return static_cast<LONG>(numbers.at(first + i)); };
   return {at(0), at(1), at(2), at(3)};
 }
 
-inline std::vector<POINT> pointsOf(const std::vector<long>& numbers, std::size_t first) {
+inline std::vector<POINT> pointsOf(const std::vector<std::int64_t>& numbers, std::size_t first) {
   std::vector<POINT> points;
   for (std::size_t i = first; i + 1 < numbers.size(); i += 2) {
     points.push_back({static_cast<LONG>(numbers[i]), static_cast<LONG>(numbers[i + 1])});
@@ -32,7 +32,7 @@ inline std::vector<POINT> pointsOf(const std::vector<long>& numbers, std::size_t
 inline OwnedRegion shapeOf(const std::string& text) {
   const auto space = text.find(' ');
   const std::string name = text.substr(0, space);
-  const std::vector<long> numbers = GoldenLine{name, text.substr(space + 1)}.numbers();
+  const std::vector<std::int64_t> numbers = GoldenLine{name, text.substr(space + 1)}.numbers();
   if (name == "polygon") {
     const std::vector<POINT> points = pointsOf(numbers, 1);
     return OwnedRegion(CreatePolygonRgn(points.data(), static_cast<int>(points.size()), ALTERNATE));
@@ -48,7 +48,7 @@ inline OwnedRegion shapeOf(const std::string& text) {
 }
 
 /// Rows of a region as the records write them: y0, y1 and the span ends, equal rows in one line.
-using Rows = std::vector<std::vector<long>>;
+using Rows = std::vector<std::vector<std::int64_t>>;
 
 /// The rectangles as `GetRegionData` gives them, one line for each band.
 inline Rows rowsOf(HRGN region) {
@@ -65,6 +65,20 @@ inline Rows rowsOf(HRGN region) {
     rows.back().push_back(rect.right);
   }
   return rows;
+}
+
+/// With equal bands that touch as one. The records are written like that; a region need not be.
+inline Rows joined(const Rows& rows) {
+  Rows result;
+  for (const std::vector<std::int64_t>& row : rows) {
+    if (!result.empty() && result.back()[1] == row[0] &&
+        std::equal(result.back().begin() + 2, result.back().end(), row.begin() + 2, row.end())) {
+      result.back()[1] = row[1];
+    } else {
+      result.push_back(row);
+    }
+  }
+  return result;
 }
 
 inline Rows recordedRows(const GoldenCase& recorded) {

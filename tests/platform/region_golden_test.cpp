@@ -12,7 +12,7 @@ using test::Rows;
 
 /// A recorded `box` line beside the region's own.
 void expectBox(const GoldenCase& recorded, HRGN region) {
-  const std::vector<long> box = recorded.at("box").numbers();
+  const std::vector<std::int64_t> box = recorded.at("box").numbers();
   RECT rect{-7, -7, -7, -7};
   EXPECT_EQ(GetRgnBox(region, &rect), box[0]);
   const RECT expected = test::rectOf(box, 1);
@@ -21,7 +21,7 @@ void expectBox(const GoldenCase& recorded, HRGN region) {
 
 void expectRegion(const GoldenCase& recorded, HRGN region) {
   expectBox(recorded, region);
-  EXPECT_EQ(test::rowsOf(region), test::recordedRows(recorded));
+  EXPECT_EQ(test::joined(test::rowsOf(region)), test::recordedRows(recorded));
 }
 
 void shape(const GoldenCase& recorded) {
@@ -46,7 +46,7 @@ void combination(const GoldenCase& recorded) {
 
 void nullCombination(const GoldenCase& recorded) {
   const test::OwnedRegion region(CreateRectRgn(0, 0, 1, 1));
-  const std::vector<long> results = recorded.at("ret").numbers();
+  const std::vector<std::int64_t> results = recorded.at("ret").numbers();
   EXPECT_EQ(CombineRgn(region.get(), region.get(), nullptr, RGN_OR), results[0]);
   EXPECT_EQ(CombineRgn(region.get(), nullptr, region.get(), RGN_OR), results[1]);
   EXPECT_EQ(CombineRgn(nullptr, region.get(), region.get(), RGN_OR), results[2]);
@@ -55,7 +55,7 @@ void nullCombination(const GoldenCase& recorded) {
 
 void move(const GoldenCase& recorded) {
   const test::OwnedRegion region = test::shapeOf(recorded.at("a").rest);
-  const std::vector<long> by = recorded.at("by").numbers();
+  const std::vector<std::int64_t> by = recorded.at("by").numbers();
   EXPECT_EQ(OffsetRgn(region.get(), static_cast<int>(by[0]), static_cast<int>(by[1])),
             recorded.at("ret").numbers()[0]);
   expectRegion(recorded, region.get());
@@ -65,7 +65,7 @@ void rectangleList(const GoldenCase& recorded) {
   constexpr DWORD byteCount = 1632;
   std::vector<DWORD> block(byteCount / sizeof(DWORD));
   auto* data = reinterpret_cast<RGNDATA*>(block.data());
-  const std::vector<long> list = recorded.at("list").numbers();
+  const std::vector<std::int64_t> list = recorded.at("list").numbers();
   data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(list[0]), 0,
                test::rectOf(recorded.at("bound").numbers(), 0)};
   for (std::size_t i = 1; i < list.size(); i += 4) {
@@ -81,7 +81,7 @@ void points(const GoldenCase& recorded) {
   const test::OwnedRegion region = test::shapeOf(recorded.at("a").rest);
   for (const test::GoldenLine& line : recorded.lines) {
     if (line.word != "pt") continue;
-    const std::vector<long> point = line.numbers();
+    const std::vector<std::int64_t> point = line.numbers();
     EXPECT_EQ(PtInRegion(region.get(), static_cast<int>(point[0]), static_cast<int>(point[1])), point[2])
         << line.rest;
   }

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -10,26 +9,19 @@ namespace {
 
 using test::below;
 using test::Bitmap;
+using test::bitmapOf;
 using test::OwnedRegion;
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
-
-/// The region's pixels, rows and columns, asked one by one.
-Bitmap pixelsOf(HRGN region, int width, int height) {
-  return {width, height, [region](int x, int y) { return PtInRegion(region, x, y) != FALSE; }};
-}
 
 /// Bands as a canonical list has them: sorted, apart, and never equal where they touch.
 bool isCanonical(const test::Rows& rows) {
   for (std::size_t band = 0; band < rows.size(); ++band) {
-    const std::vector<long>& row = rows[band];
+    const std::vector<std::int64_t>& row = rows[band];
     if (row[0] >= row[1]) return false;
     for (std::size_t i = 3; i < row.size(); ++i) {
       if (row[i - 1] >= row[i]) return false;
     }
     if (band == 0) continue;
-    const std::vector<long>& above = rows[band - 1];
+    const std::vector<std::int64_t>& above = rows[band - 1];
     if (above[1] > row[0]) return false;
     if (above[1] == row[0] && std::equal(above.begin() + 2, above.end(), row.begin() + 2, row.end()))
       return false;
@@ -58,7 +50,7 @@ TEST(CombineRgn, EqualsTheSetOperationOnPixels) {
     const HRGN destination = round % 3 == 0 ? first.get() : round % 3 == 1 ? second.get() : other.get();
     const int code = CombineRgn(destination, first.get(), second.get(), mode.mode);
     const Bitmap expected(width, height, [&](int x, int y) { return mode.keep(a.at(x, y), b.at(x, y)); });
-    EXPECT_EQ(pixelsOf(destination, width, height), expected);
+    EXPECT_EQ(bitmapOf(destination, width, height), expected);
     EXPECT_TRUE(EqualRgn(destination, expected.region().get()));
     const test::Rows rows = test::rowsOf(destination);
     EXPECT_TRUE(isCanonical(rows));
@@ -87,7 +79,7 @@ TEST(ExtCreateRegion, IsTheUnionOfAnyList) {
       return std::any_of(list.begin(), list.end(), [&](const RECT& rect) { return PtInRect(&rect, {x, y}); });
     });
     const OwnedRegion region = Bitmap::regionOf(list);
-    EXPECT_EQ(pixelsOf(region.get(), 30, 30), expected);
+    EXPECT_EQ(bitmapOf(region.get(), 30, 30), expected);
     EXPECT_TRUE(isCanonical(test::rowsOf(region.get())));
     EXPECT_TRUE(EqualRgn(region.get(), expected.region().get()));
   }
@@ -115,85 +107,20 @@ TEST(CreatePolygonRgn, EqualsTheRuleForEveryPixel) {
     for (POINT& corner : corners) corner = {below(random, 26) - 2, below(random, 26) - 2};
     const OwnedRegion region(CreatePolygonRgn(corners.data(), static_cast<int>(corners.size()), ALTERNATE));
     const Bitmap expected(24, 24, [&](int x, int y) { return insidePolygon(corners, x, y); });
-    EXPECT_EQ(pixelsOf(region.get(), 24, 24), expected);
+    EXPECT_EQ(bitmapOf(region.get(), 24, 24), expected);
     EXPECT_TRUE(isCanonical(test::rowsOf(region.get())));
-  }
-}
-
-TEST(CreatePolygonRgn, IsExactForTheLargestSlopes) {
-  // The long side runs through every (y, y), then from corner to corner in two rows.
-  const POINT diagonal[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
-  const OwnedRegion half(CreatePolygonRgn(diagonal, 3, ALTERNATE));
-  for (const int y : {-1000000, -1, 0, 1, 777, 1000000}) {
-    EXPECT_TRUE(PtInRegion(half.get(), y - 1, y));
-    EXPECT_FALSE(PtInRegion(half.get(), y, y));
-  }
-  const POINT flat[] = {{lowest, 0}, {highest, 2}, {lowest, 2}};
-  const OwnedRegion wedge(CreatePolygonRgn(flat, 3, ALTERNATE));
-  // Row 1 is crossed half way between the two ends, at -1/2, which goes up to 0.
-  EXPECT_EQ(test::rowsOf(wedge.get()), (test::Rows{{1, 2, lowest, 0}}));
-}
-
-TEST(CreatePolygonRgn, RefusesMoreCrossingsThanItCouldKeep) {
-  std::vector<POINT> zigzag;
-  for (int i = 0; i < 400; ++i) zigzag.push_back({i, i % 2 == 0 ? lowest : highest});
-  EXPECT_EQ(CreatePolygonRgn(zigzag.data(), 400, ALTERNATE), nullptr);
-}
-
-TEST(CreateEllipticRgn, IsItsOwnMirrorImage) {
-  for (int width = 1; width <= 24; ++width) {
-    for (int height = 1; height <= 50; ++height) {
-      const OwnedRegion ellipse(CreateEllipticRgn(0, 0, width + 1, height + 1));
-      const Bitmap pixels = pixelsOf(ellipse.get(), width, height);
-      const Bitmap turned(width, height,
-                          [&](int x, int y) { return pixels.at(width - 1 - x, height - 1 - y); });
-      ASSERT_EQ(pixels, turned) << width << " x " << height;
-      for (int y = 0; y < height; ++y) {
-        const OwnedRegion row(CreateRectRgn(0, y, width, y + 1));
-        ASSERT_NE(CombineRgn(row.get(), row.get(), ellipse.get(), RGN_AND), NULLREGION)
-            << width << " x " << height << " has no pixel on row " << y;
-      }
-    }
   }
 }
 
 TEST(Regions, CurvedOnesStayComplexUntilPixelsArePutTogether) {
   const auto curved = [] { return OwnedRegion(CreateEllipticRgn(0, 0, 3, 3)); };  // a square of 2 pixels
-  const OwnedRegion far(CreateRectRgn(50, 50, 60, 60)), empty(CreateRectRgn(0, 0, 0, 0));
+  const OwnedRegion distant(CreateRectRgn(50, 50, 60, 60)), empty(CreateRectRgn(0, 0, 0, 0));
   const OwnedRegion ellipse = curved();
-  EXPECT_EQ(test::rowsOf(ellipse.get()), (test::Rows{{0, 2, 0, 2}}));
+  EXPECT_EQ(test::joined(test::rowsOf(ellipse.get())), (test::Rows{{0, 2, 0, 2}}));
   EXPECT_EQ(OffsetRgn(ellipse.get(), 1, 1), COMPLEXREGION);
-  EXPECT_EQ(CombineRgn(ellipse.get(), ellipse.get(), far.get(), RGN_DIFF), COMPLEXREGION);
+  EXPECT_EQ(CombineRgn(ellipse.get(), ellipse.get(), distant.get(), RGN_DIFF), COMPLEXREGION);
   EXPECT_EQ(CombineRgn(ellipse.get(), ellipse.get(), empty.get(), RGN_OR), COMPLEXREGION);
   EXPECT_EQ(CombineRgn(ellipse.get(), ellipse.get(), ellipse.get(), RGN_AND), SIMPLEREGION);
-}
-
-TEST(Regions, TakeAnyArgument) {
-  RECT box{1, 2, 3, 4};
-  EXPECT_EQ(GetRgnBox(nullptr, &box), ERROR);
-  EXPECT_EQ(box.right, 3);
-  EXPECT_FALSE(PtInRegion(nullptr, 0, 0));
-  EXPECT_FALSE(EqualRgn(nullptr, nullptr));
-  EXPECT_EQ(OffsetRgn(nullptr, 1, 1), ERROR);
-  EXPECT_EQ(GetRegionData(nullptr, 0, nullptr), 0u);
-  EXPECT_FALSE(DeleteObject(nullptr));
-  EXPECT_EQ(CreatePolygonRgn(nullptr, 3, ALTERNATE), nullptr);
-  const POINT corner{0, 0};
-  EXPECT_EQ(CreatePolygonRgn(&corner, -1, ALTERNATE), nullptr);
-
-  const OwnedRegion everything(CreateRectRgn(lowest, lowest, highest, highest));
-  EXPECT_TRUE(PtInRegion(everything.get(), highest - 1, lowest));
-  EXPECT_FALSE(PtInRegion(everything.get(), highest, lowest));
-  EXPECT_EQ(OffsetRgn(everything.get(), 1, 0), ERROR);
-  EXPECT_EQ(test::rowsOf(everything.get()), (test::Rows{{lowest, highest, lowest, highest}}));
-  EXPECT_EQ(CombineRgn(everything.get(), everything.get(), everything.get(), 9), ERROR);
-  EXPECT_EQ(CreateEllipticRgn(lowest, lowest, highest, highest), nullptr);
-  const OwnedRegion corners(CreateRoundRectRgn(lowest, lowest, highest, highest, 40, lowest));
-  EXPECT_EQ(corners.get(), nullptr);
-  const OwnedRegion rounded(CreateRoundRectRgn(lowest, lowest, highest, highest, 3, 3));
-  EXPECT_TRUE(PtInRegion(rounded.get(), 0, 0));
-  const OwnedRegion thin(CreateEllipticRgn(lowest, lowest, lowest, lowest));
-  EXPECT_EQ(GetRgnBox(thin.get(), &box), NULLREGION);
 }
 
 TEST(RegionData, HasTheSizesThatItSays) {
@@ -205,14 +132,6 @@ TEST(RegionData, HasTheSizesThatItSays) {
   EXPECT_EQ(block, std::vector<DWORD>(12, 7));
   EXPECT_EQ(GetRegionData(region.get(), 48, data), 48u);
   EXPECT_EQ(block, (std::vector<DWORD>{32, 1, 1, 16, 1, 2, 3, 4, 1, 2, 3, 4}));
-
-  // Back in: a block that is shorter than its own count is refused, so is any that is not a list.
-  EXPECT_NE(OwnedRegion(ExtCreateRegion(nullptr, 48, data)).get(), nullptr);
-  EXPECT_EQ(ExtCreateRegion(nullptr, 47, data), nullptr);
-  EXPECT_EQ(ExtCreateRegion(nullptr, 31, data), nullptr);
-  EXPECT_EQ(ExtCreateRegion(nullptr, 48, nullptr), nullptr);
-  data->rdh.nCount = 0xFFFFFFFF;
-  EXPECT_EQ(ExtCreateRegion(nullptr, 48, data), nullptr);
 }
 
 TEST(Rectangles, FollowThePlatform) {
@@ -230,8 +149,8 @@ TEST(Rectangles, FollowThePlatform) {
   EXPECT_FALSE(UnionRect(&out, &reversed, &reversed));
   EXPECT_TRUE(IsRectEmpty(&out) && out.left == 0);
   EXPECT_TRUE(SetRect(&out, 5, 6, 1, 2) && out.left == 5 && out.right == 1);
-  EXPECT_TRUE(InflateRect(&out, 1, highest));
-  EXPECT_EQ(out.bottom, lowest + 1);  // sums wrap around
+  EXPECT_TRUE(InflateRect(&out, 1, INT32_MAX));
+  EXPECT_EQ(out.bottom, INT32_MIN + 1);  // sums wrap around
   EXPECT_TRUE(PtInRect(&a, {3, 3}) && PtInRect(&a, {0, 0}) && !PtInRect(&a, {4, 3}));
 }
 

@@ -36,7 +36,7 @@ class Surface {
 
   HDC context() const { return context_; }
   HBITMAP bitmap() const { return bitmap_; }
-  void origin(long x, long y) const {
+  void origin(std::int64_t x, std::int64_t y) const {
     SetViewportOrgEx(context_, static_cast<int>(x), static_cast<int>(y), nullptr);
   }
   void fill(const RECT& rect, COLORREF colour) const {
@@ -62,8 +62,8 @@ class Surface {
 };
 
 /// A polyline through the points with a pen of ExtCreatePen, one LineTo for each point after the first.
-inline void drawLine(const Surface& surface, const std::vector<POINT>& points, COLORREF colour, long width,
-                     long round) {
+inline void drawLine(const Surface& surface, const std::vector<POINT>& points, COLORREF colour,
+                     std::int64_t width, std::int64_t round) {
   const LOGBRUSH brush{BS_SOLID, colour, 0};
   const DWORD style = static_cast<DWORD>(PS_GEOMETRIC | PS_SOLID | PS_JOIN_ROUND) |
                       static_cast<DWORD>(round != 0 ? PS_ENDCAP_ROUND : PS_ENDCAP_SQUARE);
@@ -82,7 +82,7 @@ struct RecordedPixels {
   explicit RecordedPixels(const GoldenCase& recorded, int which = 0) {
     for (const GoldenLine& line : recorded.lines) {
       if (line.word == "surface" && which-- == 0) {
-        const std::vector<long> head = line.numbers();
+        const std::vector<std::int64_t> head = line.numbers();
         width = static_cast<int>(head[0]), height = static_cast<int>(head[1]),
         bitCount = static_cast<int>(head[2]);
       } else if (line.word == "r" && which == -1) {
@@ -114,15 +114,15 @@ inline void expectSurface(const RecordedPixels& expected, const Surface& surface
 
 /// A recorded DIB: header fields, colours, rows of stored pixels.
 inline OwnedDib dibOf(const GoldenCase& recorded, const std::string& word) {
-  const std::vector<long> fields = recorded.at(word).numbers();
-  const std::vector<long> colours = recorded.at("colours").numbers(16);
+  const std::vector<std::int64_t> fields = recorded.at(word).numbers();
+  const std::vector<std::int64_t> colours = recorded.at("colours").numbers(16);
   OwnedDib dib = image(static_cast<int>(fields[1]), static_cast<int>(fields[2]), static_cast<int>(fields[4]),
                        std::vector<DWORD>(colours.begin() + 1, colours.end()));
   dib->biClrUsed = static_cast<DWORD>(fields[9]);
   int y = 0;
   for (const GoldenLine& line : recorded.lines) {
     if (line.word != "p") continue;
-    const std::vector<long> row = line.numbers(16);
+    const std::vector<std::int64_t> row = line.numbers(16);
     for (std::size_t x = 0; x < row.size(); ++x)
       setPixel(dib, static_cast<int>(x), y, static_cast<DWORD>(row[x]));
     ++y;
@@ -131,14 +131,14 @@ inline OwnedDib dibOf(const GoldenCase& recorded, const std::string& word) {
 }
 
 /// The header fields in the order of the records, and the palette's entries.
-inline std::vector<long> headerOf(const BITMAPINFOHEADER* dib) {
+inline std::vector<std::int64_t> headerOf(const BITMAPINFOHEADER* dib) {
   return {dib->biSize,          dib->biWidth,       dib->biHeight,      dib->biPlanes,
           dib->biBitCount,      dib->biCompression, dib->biSizeImage,   dib->biXPelsPerMeter,
           dib->biYPelsPerMeter, dib->biClrUsed,     dib->biClrImportant};
 }
-inline std::vector<long> paletteOf(const BITMAPINFOHEADER* dib) {
+inline std::vector<std::int64_t> paletteOf(const BITMAPINFOHEADER* dib) {
   const dibkit::PaletteTable table(dib);
-  std::vector<long> colours;
+  std::vector<std::int64_t> colours;
   for (DWORD i = 0; i < GetDIBPaletteSize(dib); ++i) {
     colours.push_back(table[i].rgbRed << 16 | table[i].rgbGreen << 8 | table[i].rgbBlue);
   }
@@ -153,7 +153,7 @@ inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
   EXPECT_EQ(rows, recorded.at("lines").numbers()[0]);
   EXPECT_EQ(headerOf(dib.get()), recorded.at("header").numbers());
   if (const GoldenLine* palette = recorded.find("palette")) {
-    std::vector<long> colours = palette->numbers(16);
+    std::vector<std::int64_t> colours = palette->numbers(16);
     colours.erase(colours.begin());
     EXPECT_EQ(paletteOf(dib.get()), colours);
   }

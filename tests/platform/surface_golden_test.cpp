@@ -15,7 +15,7 @@ void clear(const Surface& surface, int width, int height) {
 
 template <bool colour>
 void fill(const GoldenCase& recorded) {
-  const std::vector<long> size = recorded.at("size").numbers(), origin = recorded.at("org").numbers();
+  const std::vector<std::int64_t> size = recorded.at("size").numbers(), origin = recorded.at("org").numbers();
   const Surface surface(static_cast<int>(size[0]), static_cast<int>(size[1]), colour);
   clear(surface, static_cast<int>(size[0]), static_cast<int>(size[1]));
   surface.origin(origin[0], origin[1]);
@@ -33,7 +33,7 @@ void fill(const GoldenCase& recorded) {
   if (recorded.find("lines") != nullptr) test::expectRead(recorded, surface);
 }
 
-void blit(const Surface& surface, const std::vector<long>& at) {
+void blit(const Surface& surface, const std::vector<std::int64_t>& at) {
   const auto number = [&](std::size_t i) { return static_cast<int>(at[i]); };
   const Surface from(64, 64, false);
   from.fill({0, 0, 64, 64}, white);
@@ -42,7 +42,7 @@ void blit(const Surface& surface, const std::vector<long>& at) {
 }
 
 void clip(const GoldenCase& recorded) {
-  const std::vector<long> size = recorded.at("size").numbers(), origin = recorded.at("org").numbers();
+  const std::vector<std::int64_t> size = recorded.at("size").numbers(), origin = recorded.at("org").numbers();
   const Surface surface(static_cast<int>(size[0]), static_cast<int>(size[1]), false);
   clear(surface, static_cast<int>(size[0]), static_cast<int>(size[1]));
   surface.origin(origin[0], origin[1]);
@@ -51,7 +51,7 @@ void clip(const GoldenCase& recorded) {
   const std::string& text = recorded.at("do").rest;
   const auto space = text.find(' ');
   const std::string what = text.substr(0, space);
-  const std::vector<long> numbers = test::GoldenLine{what, text.substr(space + 1)}.numbers();
+  const std::vector<std::int64_t> numbers = test::GoldenLine{what, text.substr(space + 1)}.numbers();
   if (what == "fill") {
     surface.fill(test::rectOf(numbers, 0), white);
   } else if (what == "blt") {

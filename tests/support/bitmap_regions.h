@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -73,5 +74,16 @@ class Bitmap {
   int height_;
   std::vector<bool> bits_;
 };
+
+/// The region's pixels, rows and columns, asked one by one.
+inline Bitmap bitmapOf(HRGN region, int width, int height) {
+  return {width, height, [region](int x, int y) { return PtInRegion(region, x, y) != FALSE; }};
+}
+
+/// The ellipse of a box, which is made as wide as it is high when it is narrower: Wine leaves rows of narrow
+/// ellipses unset.
+inline dibkit::OwnedRegion ellipse(int left, int top, int width, int height) {
+  return dibkit::OwnedRegion(CreateEllipticRgn(left, top, left + std::max(width, height), top + height));
+}
 
 }  // namespace test

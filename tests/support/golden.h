@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -16,10 +17,10 @@ struct GoldenLine {
   std::string word;
   std::string rest;
 
-  std::vector<long> numbers(int base = 10) const {
+  std::vector<std::int64_t> numbers(int base = 10) const {
     std::istringstream in(rest);
-    std::vector<long> values;
-    for (std::string token; in >> token;) values.push_back(std::stol(token, nullptr, base));
+    std::vector<std::int64_t> values;
+    for (std::string token; in >> token;) values.push_back(std::stoll(token, nullptr, base));
     return values;
   }
 };

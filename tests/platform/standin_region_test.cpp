@@ -1,0 +1,97 @@
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "platform/recorded.h"
+#include "support/bitmap_regions.h"
+
+/// What the stand-in promises beyond the calls that it stands for: exact results up to the largest numbers,
+/// whole ellipses, and no argument that brings it down.
+namespace {
+
+using test::Bitmap;
+using test::bitmapOf;
+using test::OwnedRegion;
+
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
+
+TEST(StandinRegions, PolygonsAreExactForTheLargestSlopes) {
+  // The long side runs through every (y, y), then from corner to corner in two rows.
+  const POINT diagonal[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
+  const OwnedRegion half(CreatePolygonRgn(diagonal, 3, ALTERNATE));
+  for (const int y : {-1000000, -1, 0, 1, 777, 1000000}) {
+    EXPECT_TRUE(PtInRegion(half.get(), y - 1, y));
+    EXPECT_FALSE(PtInRegion(half.get(), y, y));
+  }
+  const POINT flat[] = {{lowest, 0}, {highest, 2}, {lowest, 2}};
+  const OwnedRegion wedge(CreatePolygonRgn(flat, 3, ALTERNATE));
+  // Row 1 is crossed half way between the two ends, at -1/2, which goes up to 0.
+  EXPECT_EQ(test::rowsOf(wedge.get()), (test::Rows{{1, 2, lowest, 0}}));
+}
+
+TEST(StandinRegions, PolygonsOfMoreCrossingsThanFitAreRefused) {
+  std::vector<POINT> zigzag;
+  for (int i = 0; i < 400; ++i) zigzag.push_back({i, i % 2 == 0 ? lowest : highest});
+  EXPECT_EQ(CreatePolygonRgn(zigzag.data(), 400, ALTERNATE), nullptr);
+}
+
+TEST(StandinRegions, EllipsesAreTheirOwnMirrorImages) {
+  for (int width = 1; width <= 24; ++width) {
+    for (int height = 1; height <= 50; ++height) {
+      const OwnedRegion ellipse(CreateEllipticRgn(0, 0, width + 1, height + 1));
+      const Bitmap pixels = bitmapOf(ellipse.get(), width, height);
+      const Bitmap turned(width, height,
+                          [&](int x, int y) { return pixels.at(width - 1 - x, height - 1 - y); });
+      ASSERT_EQ(pixels, turned) << width << " x " << height;
+      for (int y = 0; y < height; ++y) {
+        const OwnedRegion row(CreateRectRgn(0, y, width, y + 1));
+        ASSERT_NE(CombineRgn(row.get(), row.get(), ellipse.get(), RGN_AND), NULLREGION)
+            << width << " x " << height << " has no pixel on row " << y;
+      }
+    }
+  }
+}
+
+TEST(StandinRegions, TakeAnyArgument) {
+  RECT box{1, 2, 3, 4};
+  EXPECT_EQ(GetRgnBox(nullptr, &box), ERROR);
+  EXPECT_EQ(box.right, 3);
+  EXPECT_FALSE(PtInRegion(nullptr, 0, 0));
+  EXPECT_FALSE(EqualRgn(nullptr, nullptr));
+  EXPECT_EQ(OffsetRgn(nullptr, 1, 1), ERROR);
+  EXPECT_EQ(GetRegionData(nullptr, 0, nullptr), 0u);
+  EXPECT_FALSE(DeleteObject(nullptr));
+  EXPECT_EQ(CreatePolygonRgn(nullptr, 3, ALTERNATE), nullptr);
+  const POINT corner{0, 0};
+  EXPECT_EQ(CreatePolygonRgn(&corner, -1, ALTERNATE), nullptr);
+
+  const OwnedRegion everything(CreateRectRgn(lowest, lowest, highest, highest));
+  EXPECT_TRUE(PtInRegion(everything.get(), highest - 1, lowest));
+  EXPECT_FALSE(PtInRegion(everything.get(), highest, lowest));
+  EXPECT_EQ(OffsetRgn(everything.get(), 1, 0), ERROR);
+  EXPECT_EQ(test::rowsOf(everything.get()), (test::Rows{{lowest, highest, lowest, highest}}));
+  EXPECT_EQ(CombineRgn(everything.get(), everything.get(), everything.get(), 9), ERROR);
+  EXPECT_EQ(CreateEllipticRgn(lowest, lowest, highest, highest), nullptr);
+  const OwnedRegion corners(CreateRoundRectRgn(lowest, lowest, highest, highest, 40, lowest));
+  EXPECT_EQ(corners.get(), nullptr);
+  const OwnedRegion rounded(CreateRoundRectRgn(lowest, lowest, highest, highest, 3, 3));
+  EXPECT_TRUE(PtInRegion(rounded.get(), 0, 0));
+  const OwnedRegion thin(CreateEllipticRgn(lowest, lowest, lowest, lowest));
+  EXPECT_EQ(GetRgnBox(thin.get(), &box), NULLREGION);
+}
+
+TEST(StandinRegions, BlocksShorterThanTheirOwnCountAreRefused) {
+  const OwnedRegion region(CreateRectRgn(1, 2, 3, 4));
+  std::vector<DWORD> block(12);
+  auto* data = reinterpret_cast<RGNDATA*>(block.data());
+  ASSERT_EQ(GetRegionData(region.get(), 48, data), 48u);
+  EXPECT_NE(OwnedRegion(ExtCreateRegion(nullptr, 48, data)).get(), nullptr);
+  EXPECT_EQ(ExtCreateRegion(nullptr, 47, data), nullptr);
+  EXPECT_EQ(ExtCreateRegion(nullptr, 31, data), nullptr);
+  EXPECT_EQ(ExtCreateRegion(nullptr, 48, nullptr), nullptr);
+  data->rdh.nCount = 0xFFFFFFFF;
+  EXPECT_EQ(ExtCreateRegion(nullptr, 48, data), nullptr);
+}
+
+}  // namespace
