@@ -56,19 +56,16 @@ TEST(Interface, Effects) {
   expectFunction<Dib(Dib, int)>(GenerateRippleEffect);
 }
 
-// How operations of an object are called, where that is not how functions are.
-#if defined(_WIN32) && !defined(_WIN64)
-#define OPERATION __thiscall
-#else
-#define OPERATION
-#endif
-
-/// The function in a slot of an object's virtual table, on compilers whose tables start with the first
-/// virtual.
-void* slot(const void* object, int index) {
+/// The operation in a slot of an object's virtual table, on compilers whose tables start with the first
+/// virtual and whose pointers to members start with the address of the code. Called as a member, since 32-bit
+/// Windows passes the object in a register.
+template <class Operation>
+Operation inSlot(const void* object, int index) {
   void* const* table;
   std::memcpy(&table, object, sizeof(table));
-  return table[index];
+  Operation operation{};
+  std::memcpy(&operation, &table[index], sizeof(table[index]));
+  return operation;
 }
 
 TEST(Interface, ProgressIsReportedThroughTheFirstSlot) {
@@ -81,7 +78,8 @@ TEST(Interface, ProgressIsReportedThroughTheFirstSlot) {
     float last = -1;
   };
   Probe probe;
-  reinterpret_cast<float(OPERATION*)(CQorCommonProgress*, float)>(slot(&probe, 0))(&probe, 0.25F);
+  const auto report = inSlot<float (CQorCommonProgress::*)(float)>(&probe, 0);
+  (probe.*report)(0.25F);
   EXPECT_EQ(probe.last, 0.25F);
   static_assert(sizeof(probe.m_bCancel) == 1);
 }
@@ -104,13 +102,11 @@ TEST(Interface, EffectsRenderThroughTheSlotAfterTheDestructor) {
   constexpr int afterDestructor = 2;
 #endif
   EffectOutput output{};
-  auto* generate =
-      reinterpret_cast<BOOL(OPERATION*)(CGeneralEffectFrame*, EffectOutput*)>(slot(&probe, afterDestructor));
-  EXPECT_EQ(generate(&probe, &output), TRUE);
+  const auto generate = inSlot<BOOL (CGeneralEffectFrame::*)(EffectOutput*)>(&probe, afterDestructor);
+  EXPECT_EQ((probe.*generate)(&output), TRUE);
   EXPECT_EQ(output.rect.left, 7);
-  auto* set =
-      reinterpret_cast<void(OPERATION*)(CGeneralEffectFrame*, long, long)>(slot(&probe, afterDestructor + 1));
-  set(&probe, 3, 4);
+  const auto set = inSlot<void (CGeneralEffectFrame::*)(long, long)>(&probe, afterDestructor + 1);
+  (probe.*set)(3, 4);
   EXPECT_EQ(probe.sum, 7);
   static_assert(sizeof(CGeneralEffectFrame) == 2 * sizeof(void*));
 }
@@ -134,9 +130,8 @@ TEST(Interface, TheSplittersOnlyVirtualCutsThePiece) {
   EXPECT_EQ(probe.SplitOpacity(nullptr, nullptr, nullptr, &same), 110);
   // The last argument goes nowhere: a splitter that makes equal pixels transparent does not tell of them.
   EXPECT_EQ(probe.SplitTransparency(nullptr, nullptr, nullptr, &same), 101);
-  auto* crop = reinterpret_cast<int(OPERATION*)(const CSpiltEmbededDIB*, Dib*, Dib*, POINT*, int, int*)>(
-      slot(&probe, 0));
-  EXPECT_EQ(crop(&probe, nullptr, nullptr, nullptr, 1, nullptr), 101);
+  const auto crop = inSlot<int (CSpiltEmbededDIB::*)(Dib*, Dib*, POINT*, int, int*) const>(&probe, 0);
+  EXPECT_EQ((probe.*crop)(nullptr, nullptr, nullptr, 1, nullptr), 101);
 }
 
 }  // namespace
