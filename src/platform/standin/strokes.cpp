@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <compare>
 #include <cstdint>
 #include <utility>
 
@@ -12,8 +13,6 @@
 namespace dibkit::standin {
 
 namespace {
-
-__extension__ using Wide = unsigned __int128;
 
 Region rectangle(std::int64_t left, std::int64_t top, std::int64_t right, std::int64_t bottom) {
   if (left >= right || top >= bottom) return {};
@@ -76,14 +75,39 @@ Region thinLine(POINT from, POINT to, const RECT& bounds) {
   return Region(bands.take());
 }
 
-/// floor(width * side / length), exactly, for a length whose square is given.
-std::int64_t projected(std::int64_t width, std::int64_t side, Wide lengthSquared) {
-  const auto square = [](std::int64_t value) { return static_cast<Wide>(value) * static_cast<Wide>(value); };
-  const Wide target = square(width) * square(side);
+/// A number of 128 bits, which not every compiler has.
+struct Wide {
+  std::uint64_t high = 0;
+  std::uint64_t low = 0;
+
+  static Wide product(std::uint64_t a, std::uint64_t b) {
+    const std::uint64_t half = 0xFFFFFFFF;
+    const std::uint64_t lows = (a & half) * (b & half);
+    const std::uint64_t cross = (a >> 32) * (b & half) + (lows >> 32);
+    const std::uint64_t middle = (a & half) * (b >> 32) + (cross & half);
+    return {(a >> 32) * (b >> 32) + (cross >> 32) + (middle >> 32), middle << 32 | (lows & half)};
+  }
+  friend Wide operator+(const Wide& a, const Wide& b) {
+    const std::uint64_t low = a.low + b.low;
+    return {a.high + b.high + (low < a.low ? 1 : 0), low};
+  }
+  friend auto operator<=>(const Wide&, const Wide&) = default;
+};
+
+/// floor(width * side / length), exactly, for a segment that goes `across` and `down`.
+std::int64_t projected(std::int64_t width, std::int64_t side, std::int64_t across, std::int64_t down) {
+  // Unsigned, as a segment of 32 bits has a square of 64.
+  const auto square = [](std::int64_t value) {
+    return static_cast<std::uint64_t>(value) * static_cast<std::uint64_t>(value);
+  };
+  const Wide target = Wide::product(square(width), square(side));
+  const auto timesLength = [&](std::int64_t value) {
+    return Wide::product(square(value), square(across)) + Wide::product(square(value), square(down));
+  };
   auto result = static_cast<std::int64_t>(static_cast<double>(width) * static_cast<double>(side) /
-                                          std::sqrt(static_cast<double>(lengthSquared)));
-  while (square(result) * lengthSquared > target) --result;
-  while (square(result + 1) * lengthSquared <= target) ++result;
+                                          std::hypot(static_cast<double>(across), static_cast<double>(down)));
+  while (timesLength(result) > target) --result;
+  while (timesLength(result + 1) <= target) ++result;
   return result;
 }
 
@@ -95,10 +119,8 @@ Region slantedBody(POINT from, POINT to, const Nib& nib, const RECT& bounds) {
   const std::int64_t dy = std::int64_t{to.y} - from.y;
   const std::int64_t across = std::abs(dx);
   const std::int64_t sign = dx < 0 ? -1 : 1;
-  const Wide lengthSquared =
-      static_cast<Wide>(across) * static_cast<Wide>(across) + static_cast<Wide>(dy) * static_cast<Wide>(dy);
-  const std::int64_t a = projected(nib.width, dy, lengthSquared) + 1;
-  const std::int64_t b = projected(nib.width, across, lengthSquared) + 1;
+  const std::int64_t a = projected(nib.width, dy, across, dy) + 1;
+  const std::int64_t b = projected(nib.width, across, across, dy) + 1;
 
   struct Vector {
     std::int64_t x, y;
