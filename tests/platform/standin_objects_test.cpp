@@ -1,0 +1,131 @@
+#include <cstring>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/clipboard.h"
+
+/// What the stand-in decides where the calls differ from system to system, and that no argument brings it
+/// down.
+namespace {
+
+using StandinClipboard = test::Clipboard;
+
+TEST(StandinPalettes, NeedAVersionAndEntries) {
+  EXPECT_EQ(CreatePalette(nullptr), nullptr);
+  LOGPALETTE description{0x300, 0, {{0, 0, 0, 0}}};
+  EXPECT_EQ(CreatePalette(&description), nullptr);
+  description = {0x200, 1, {{0, 0, 0, 0}}};
+  EXPECT_EQ(CreatePalette(&description), nullptr);
+  EXPECT_EQ(GetPaletteEntries(nullptr, 0, 1, nullptr), 0U);
+}
+
+TEST_F(StandinClipboard, BelongsToOneWindowAtATime) {
+  int window = 0;
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EXPECT_FALSE(OpenClipboard(reinterpret_cast<HWND>(&window)));
+  std::thread([] {
+    EXPECT_FALSE(OpenClipboard(nullptr));
+    EXPECT_FALSE(EmptyClipboard());
+    EXPECT_FALSE(CloseClipboard());
+  }).join();
+  EXPECT_TRUE(CloseClipboard());
+  EXPECT_TRUE(OpenClipboard(reinterpret_cast<HWND>(&window)));
+  EXPECT_TRUE(CloseClipboard());
+}
+
+TEST_F(StandinClipboard, OwnsWhatItHoldsAndListsItInOrder) {
+  // The sanitizers see when a block is released twice or never.
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EXPECT_TRUE(EmptyClipboard());
+  EXPECT_NE(SetClipboardData(CF_PALETTE, test::twoColours()), nullptr);
+  EXPECT_NE(SetClipboardData(CF_DIB, GlobalAlloc(GMEM_MOVEABLE, 4)), nullptr);
+  const HGLOBAL second = GlobalAlloc(GMEM_MOVEABLE, 8);
+  EXPECT_EQ(SetClipboardData(CF_DIB, second), second);  // takes the first one's place
+  EXPECT_EQ(SetClipboardData(CF_DIB, second), second);
+  EXPECT_EQ(GetClipboardData(CF_DIB), second);
+  EXPECT_EQ(EnumClipboardFormats(0), CF_PALETTE);
+  EXPECT_EQ(EnumClipboardFormats(CF_PALETTE), CF_DIB);
+  EXPECT_EQ(EnumClipboardFormats(CF_DIB), CF_BITMAP);
+  EXPECT_EQ(EnumClipboardFormats(CF_BITMAP), CF_DIBV5);
+  EXPECT_EQ(EnumClipboardFormats(CF_DIBV5), 0U);
+  EXPECT_EQ(EnumClipboardFormats(12345), 0U);
+  EXPECT_TRUE(EmptyClipboard());
+  EXPECT_EQ(EnumClipboardFormats(0), 0U);
+  EXPECT_FALSE(IsClipboardFormatAvailable(CF_BITMAP));
+}
+
+/// A picture of two rows on the clipboard: red and blue above, white and an index that the block ends before.
+HGLOBAL shortPicture() {
+  const BITMAPINFOHEADER header{40, 2, 2, 1, 8, BI_RGB, 0, 0, 0, 3, 0};
+  const DWORD colours[] = {0x0000FF, 0xFF0000, 0xFFFFFF};
+  const BYTE rows[] = {2, 0, 0, 0, 1};  // the lower row, then one byte of the upper one
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, sizeof(header) + sizeof(colours) + sizeof(rows));
+  auto* bytes = static_cast<BYTE*>(GlobalLock(block));
+  std::memcpy(bytes, &header, sizeof(header));
+  std::memcpy(bytes + 40, colours, sizeof(colours));
+  std::memcpy(bytes + 52, rows, sizeof(rows));
+  GlobalUnlock(block);
+  return block;
+}
+
+TEST_F(StandinClipboard, MakesABitmapAndALongerHeaderOfADib) {
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EXPECT_TRUE(EmptyClipboard());
+  ASSERT_NE(SetClipboardData(CF_DIB, shortPicture()), nullptr);
+  const HANDLE bitmap = GetClipboardData(CF_BITMAP);
+  EXPECT_EQ(GetClipboardData(CF_BITMAP), bitmap);
+  BITMAP description{};
+  ASSERT_NE(GetObjectW(bitmap, sizeof(description), &description), 0);
+  EXPECT_EQ(description.bmBitsPixel, 32);
+  const HDC context = CreateCompatibleDC(nullptr);
+  const HGDIOBJ before = SelectObject(context, bitmap);
+  EXPECT_EQ(GetPixel(context, 0, 0), RGB(255, 0, 0));
+  EXPECT_EQ(GetPixel(context, 1, 0), RGB(0, 0, 255));  // index 0 for what is missing
+  EXPECT_EQ(GetPixel(context, 0, 1), RGB(255, 255, 255));
+  SelectObject(context, before);
+  DeleteDC(context);
+
+  const HGLOBAL longer = GetClipboardData(CF_DIBV5);
+  ASSERT_EQ(GlobalSize(longer), 124U + 12 + 8);
+  const auto* bytes = static_cast<const BYTE*>(GlobalLock(longer));
+  const BYTE expected[] = {0xFF, 0, 0, 0, 0, 0, 0xFF, 0, 0xFF, 0xFF, 0xFF, 0, 2, 0, 0, 0, 1, 0, 0, 0};
+  EXPECT_EQ(bytes[0], 124);
+  EXPECT_EQ(bytes[14], 8);
+  EXPECT_EQ(std::memcmp(bytes + 124, expected, sizeof(expected)), 0);
+  GlobalUnlock(longer);
+
+  // A block that holds no picture makes nothing, and what was made of the one before is gone.
+  EXPECT_NE(SetClipboardData(CF_DIB, GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 60)), nullptr);
+  EXPECT_EQ(GetClipboardData(CF_BITMAP), nullptr);
+  EXPECT_EQ(GetClipboardData(CF_DIBV5), nullptr);
+}
+
+TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
+  struct {
+    BITMAPINFOHEADER header{40, 4, 1, 1, 4, BI_RGB, 0, 0, 0, 2, 0};
+    RGBQUAD colours[2]{{1, 2, 3, 9}, {4, 5, 6, 9}};
+  } info;
+  void* bits = nullptr;
+  const HBITMAP section =
+      CreateDIBSection(nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS, &bits, nullptr, 0);
+  const HDC context = CreateCompatibleDC(nullptr);
+  RGBQUAD table[20] = {};
+  EXPECT_EQ(GetDIBColorTable(context, 0, 2, table), 0U);  // no section is selected yet
+  const HGDIOBJ before = SelectObject(context, section);
+  EXPECT_EQ(GetDIBColorTable(context, 0, 20, table), 16U);
+  EXPECT_TRUE(table[1].rgbBlue == 4 && table[1].rgbGreen == 5 && table[1].rgbRed == 6 &&
+              table[1].rgbReserved == 0);
+  EXPECT_EQ(table[2].rgbRed, 0);
+  const RGBQUAD fresh[] = {{7, 8, 9, 0}, {10, 11, 12, 0}};
+  EXPECT_EQ(SetDIBColorTable(context, 15, 2, fresh), 1U);
+  EXPECT_EQ(SetDIBColorTable(context, 16, 2, fresh), 0U);
+  EXPECT_EQ(SetDIBColorTable(context, 0, 2, nullptr), 0U);
+  static_cast<BYTE*>(bits)[0] = 0xF0;
+  EXPECT_EQ(GetPixel(context, 0, 0), RGB(9, 8, 7));
+  SelectObject(context, before);
+  DeleteDC(context);
+  DeleteObject(section);
+}
+
+}  // namespace
