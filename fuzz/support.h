@@ -67,7 +67,10 @@ class Image {
       if (kind & 8) header.biClrUsed = static_cast<DWORD>(input.number());
       if (kind == 255) header.biHeight = input.number();
     }
-    const auto layout = dibkit::layoutOf(&header);
+    // Some operations read negative sizes as positive ones: the block has room for those rows too.
+    BITMAPINFOHEADER positive = header;
+    if (header.biHeight < 0) positive.biHeight = header.biHeight == INT32_MIN ? INT32_MAX : -header.biHeight;
+    const auto layout = dibkit::layoutOf(&positive);
     if (layout && layout->total > (1 << 20)) return;
     block_.resize(layout ? static_cast<std::size_t>(layout->total) : sizeof(header));
     for (std::size_t i = sizeof(header); i < block_.size() && !input.empty() && i < 4096; ++i)
