@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <new>
+#include <utility>
 
-#include "animation/palette.h"
 #include "interrupt.h"
+#include "parallel.h"
 
 namespace host {
 
@@ -13,19 +15,84 @@ namespace {
 
 using dibkit::OwnedDib;
 
-OwnedDib made(BITMAPINFOHEADER* dib) {
-  if (dib == nullptr) throw std::bad_alloc();
-  return OwnedDib(dib);
+constexpr std::size_t mostEntries = 256;
+
+/// What the frames show; looks no further once the colours are more than `enough`.
+ShownColours coloursOf(const std::vector<Frame>& frames, std::size_t enough) {
+  ShownColours colours;
+  const Picture* before = nullptr;
+  for (const Frame& frame : frames) {
+    throwIfInterrupted();
+    colours.add(frame.picture, std::exchange(before, &frame.picture));
+    if (colours.count() > enough) break;
+  }
+  return colours;
 }
 
-constexpr COLORREF colourOf(RGBQUAD entry) { return RGB(entry.rgbRed, entry.rgbGreen, entry.rgbBlue); }
-
-std::size_t keyOf(const Pixel& pixel) {
-  return std::size_t{pixel.red} << 16 | std::size_t{pixel.green} << 8 | pixel.blue;
+/// A colour that is not in the palette. \param palette at most 255 entries
+RGBQUAD colourOutside(const std::vector<RGBQUAD>& palette) {
+  RGBQUAD colour{};
+  while (entryOf(palette, colour)) ++colour.rgbBlue;
+  return colour;
 }
 
-}  // namespace
+/// The transparent pixels of a picture as a mask; null when there are none.
+OwnedDib maskOf(const Picture& picture) {
+  OwnedDib mask;
+  const std::ptrdiff_t stride = (std::ptrdiff_t{picture.width()} + 31) / 32 * 4;
+  for (int y = 0; y < picture.height(); ++y) {
+    const Pixel* row = picture.row(y);
+    for (int x = 0; x < picture.width(); ++x) {
+      if (row[x].alpha >= opaqueFrom) continue;
+      if (!mask) mask.reset(CBitmapCreator::CreateDibImage(picture.width(), picture.height(), 1, 0));
+      if (!mask) throw std::bad_alloc();
+      Set1BitPixel(GetDIBBits(mask.get()) + (picture.height() - 1 - y) * stride, 1, x);
+    }
+  }
+  return mask;
+}
 
+/// An 8-bit image of palette indices.
+OwnedDib indexedDib(Size size, const Bytes& indices, const std::vector<RGBQUAD>& palette) {
+  OwnedDib dib(CBitmapCreator::CreateDibImage(size.width, size.height, 8, static_cast<int>(palette.size())));
+  if (!dib) throw std::bad_alloc();
+  std::copy(palette.begin(), palette.end(),
+            reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib.get()) + dib->biSize));
+  const std::ptrdiff_t stride = (std::ptrdiff_t{size.width} + 3) / 4 * 4;
+  const std::uint8_t* line = indices.data();
+  for (int y = size.height - 1; y >= 0; --y, line += size.width) {
+    std::copy_n(line, size.width, GetDIBBits(dib.get()) + y * stride);
+  }
+  return dib;
+}
+
+/// The frames on one palette: the colours, and behind them the transparent one where there is room.
+CanvasAnimation onPalette(std::vector<Frame> frames, const std::vector<RGBQUAD>& colours, RGBQUAD transparent,
+                          Dither dither, const std::function<void()>& step) {
+  CanvasAnimation animation{frames.front().picture.size(), {}, transparent, false};
+  std::vector<RGBQUAD> palette = colours;
+  if (palette.size() < mostEntries) {
+    palette.push_back(transparent);
+    animation.hasTransparent = true;
+  }
+  animation.frames.resize(frames.size());
+  forEachIndex(static_cast<int>(frames.size()), [&](int number) {
+    const auto i = static_cast<std::size_t>(number);
+    PaletteIndex index(colours);
+    const Picture picture = std::move(frames[i].picture);
+    animation.frames[i] = {indexedDib(picture.size(), index.indicesOf(picture, dither), palette),
+                           maskOf(picture), frames[i].delay};
+    step();
+  });
+  return animation;
+}
+
+/// Whether a palette holds the colours, and an entry for transparent pixels if there are any.
+bool fitPalette(const ShownColours& colours) {
+  return colours.count() + (colours.anyTransparent() ? 1 : 0) <= mostEntries;
+}
+
+/// A picture as a frame of 24 bits. Pixels below half opacity are transparent, the others opaque.
 CanvasFrame trueColourFrame(Picture picture, int delay, RGBQUAD transparent) {
   // A GIF knows no half transparent pixels: what is below half is nothing, what is above all of it.
   const bool halfTransparent = CDIB32::IsTranslucence32BitsImage(picture.dib()) != 0;
@@ -35,58 +102,37 @@ CanvasFrame trueColourFrame(Picture picture, int delay, RGBQUAD transparent) {
   }
   BITMAPINFOHEADER* image = nullptr;
   BITMAPINFOHEADER* mask = nullptr;
-  if (CMaskedBitmapTransform::Spilt32BitsDIBForGIF(picture.dib(), 0, colourOf(transparent), &image, &mask) ==
-      0) {
+  const COLORREF colour = RGB(transparent.rgbRed, transparent.rgbGreen, transparent.rgbBlue);
+  if (CMaskedBitmapTransform::Spilt32BitsDIBForGIF(picture.dib(), 0, colour, &image, &mask) == 0)
     throw std::bad_alloc();
-  }
   return {OwnedDib(image), OwnedDib(mask), delay};
 }
 
-std::optional<CanvasAnimation> onOneExactPalette(const CanvasAnimation& trueColour) {
-  constexpr int most = 256;
-  CMap<DWORD, DWORD&, int, int&> colours;
-  CanvasAnimation indexed{trueColour.canvas, {}, trueColour.transparent, true};
-  for (const CanvasFrame& frame : trueColour.frames) {
-    throwIfInterrupted();
-    const int count = CPaletteFuns::GetColorsNumFrom24BitsDib(frame.image.get());
-    if (count > most) return std::nullopt;
-    OwnedDib own = made(CBitmapConverter::ConvertTrueDibTo8BitsDib(frame.image.get(), count, nullptr));
-    std::vector<RGBQUAD> entries = paletteOf(own.get());
-    if (CPaletteFuns::SumDibImagePalEntries(colours, entries.data(), count) == 0) return std::nullopt;
-    OwnedDib mask(frame.mask ? CBitmapCreator::Clone(frame.mask.get()) : nullptr);
-    indexed.frames.push_back({std::move(own), std::move(mask), frame.delay});
-  }
-  RGBQUAD transparent = trueColour.transparent;
-  indexed.hasTransparent = CPaletteFuns::SumDibImagePalEntries(colours, &transparent, 1) != 0;
-  for (CanvasFrame& frame : indexed.frames) {
-    frame.image = made(CPaletteFuns::ChangeDibBitsPalette(frame.image.get(), &colours));
-  }
-  return indexed;
+CanvasAnimation inTrueColour(std::vector<Frame> frames, RGBQUAD transparent) {
+  CanvasAnimation animation{frames.front().picture.size(), {}, transparent, true};
+  animation.frames.resize(frames.size());
+  forEachIndex(static_cast<int>(frames.size()), [&](int number) {
+    const auto i = static_cast<std::size_t>(number);
+    animation.frames[i] = trueColourFrame(std::move(frames[i].picture), frames[i].delay, transparent);
+  });
+  return animation;
 }
 
-UnusedColour::UnusedColour() : used_(std::size_t{1} << 24) {}
+}  // namespace
 
-void UnusedColour::addUsed(const Picture& picture, const Picture* before) {
-  std::size_t last = used_.size();
-  const std::size_t rowBytes = static_cast<std::size_t>(picture.width()) * sizeof(Pixel);
-  for (int y = 0; y < picture.height(); ++y) {
-    const Pixel* row = picture.row(y);
-    if (before != nullptr && std::memcmp(row, before->row(y), rowBytes) == 0) continue;
-    for (int x = 0; x < picture.width(); ++x) {
-      const std::size_t key = keyOf(row[x]);
-      if (key == last || row[x].alpha < opaqueFrom) continue;
-      last = key;
-      if (used_[key]) continue;
-      used_[key] = true;
-      ++count_;
-    }
-  }
+CanvasAnimation indexFrames(std::vector<Frame> frames, Dither dither, const std::function<void()>& step) {
+  const ShownColours shown = coloursOf(frames, mostEntries);
+  if (fitPalette(shown))
+    return onPalette(std::move(frames), shown.first(), shown.unused(), Dither::none, step);
+  // One entry stays free for pixels that are transparent, or that a frame leaves as they were.
+  const std::vector<RGBQUAD> best = bestPalette(frames, static_cast<int>(mostEntries) - 1);
+  return onPalette(std::move(frames), best, colourOutside(best), dither, step);
 }
 
-RGBQUAD UnusedColour::find() const {
-  const auto key = static_cast<std::size_t>(std::find(used_.begin(), used_.end(), false) - used_.begin());
-  const auto channel = [key](int shift) { return static_cast<BYTE>(key >> shift & 255); };
-  return {channel(0), channel(8), channel(16), 0};
+CanvasAnimation keepColours(std::vector<Frame> frames) {
+  const ShownColours shown = coloursOf(frames, std::numeric_limits<std::size_t>::max());
+  if (!fitPalette(shown)) return inTrueColour(std::move(frames), shown.unused());
+  return onPalette(std::move(frames), shown.first(), shown.unused(), Dither::none, [] {});
 }
 
 std::optional<int> entryOf(const std::vector<RGBQUAD>& palette, RGBQUAD colour) {

@@ -6,6 +6,7 @@
 
 #include <dibkit.h>
 
+#include "animation/palette.h"
 #include "formats/formats.h"
 
 namespace host {
@@ -26,26 +27,14 @@ struct CanvasAnimation {
   bool hasTransparent = true;  ///< false when all 256 entries of the palette are colours that show
 };
 
-/// The animation with every frame on one palette, exactly: colours in order of first appearance, transparent
-/// pixels with an entry of their own. Nothing when the colours are too many.
-std::optional<CanvasAnimation> onOneExactPalette(const CanvasAnimation& trueColour);
+/// Brings all frames onto one palette, exactly when their colours fit. The same frames always give the same
+/// indices. \param frames at least one; pictures are released as they are used up \param step called once for
+/// each frame, from any thread
+CanvasAnimation indexFrames(std::vector<Frame> frames, Dither dither, const std::function<void()>& step);
 
-/// A picture as a frame of 24 bits. Pixels below half opacity are transparent, the others opaque.
-CanvasFrame trueColourFrame(Picture picture, int delay, RGBQUAD transparent);
-
-/// A colour that none of the pictures shows.
-class UnusedColour {
- public:
-  UnusedColour();
-  /// \param before a picture of the same size whose colours are known already, or null
-  void addUsed(const Picture& picture, const Picture* before);
-  RGBQUAD find() const;
-  std::size_t usedCount() const { return count_; }
-
- private:
-  std::size_t count_ = 0;
-  std::vector<bool> used_;
-};
+/// Keeps every colour: frames of 8 bits when one palette holds them all, frames of 24 bits otherwise.
+/// \param frames at least one; pictures are released as they are used up
+CanvasAnimation keepColours(std::vector<Frame> frames);
 
 /// The entries of an image's palette.
 std::vector<RGBQUAD> paletteOf(const BITMAPINFOHEADER* dib);

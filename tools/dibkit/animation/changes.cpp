@@ -1,6 +1,7 @@
 #include "animation/changes.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -93,10 +94,12 @@ Bytes indicesOf(const BITMAPINFOHEADER* dib) {
   const std::size_t stride = (static_cast<std::size_t>(dib->biWidth) * dib->biBitCount + 31) / 32 * 4;
   for (int y = dib->biHeight - 1; y >= 0; --y) {
     const BYTE* line = GetDIBBits(dib) + static_cast<std::size_t>(y) * stride;
+    if (dib->biBitCount == 8) {
+      indices.insert(indices.end(), line, line + dib->biWidth);
+      continue;
+    }
     for (int x = 0; x < dib->biWidth; ++x) {
-      indices.push_back(dib->biBitCount == 8   ? Get8BitPixel(line, x)
-                        : dib->biBitCount == 4 ? Get4BitPixel(line, x)
-                                               : Get1BitPixel(line, x));
+      indices.push_back(dib->biBitCount == 4 ? Get4BitPixel(line, x) : Get1BitPixel(line, x));
     }
   }
   return indices;
@@ -134,14 +137,17 @@ GifImage smallestImage(const Step& step, const CanvasAnimation& animation, std::
   } else {
     pieces = cutChanges(step, animation.hasTransparent);
   }
+  const bool shared = step.frame->image->biBitCount == 8;
   std::optional<GifImage> best;
   std::size_t bestSize = 0;
-  const bool shared = step.frame->image->biBitCount == 8;
-  for (Piece& piece : pieces) {
-    std::optional<GifImage> image = imageOf(std::move(piece), animation.transparent, shared);
+  // What leaves pixels out comes last and is smaller more often than not: weighed first, it cuts short the
+  // weighing of the others. The whole rectangle is kept when both take the same.
+  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
+    std::optional<GifImage> image = imageOf(std::move(*piece), animation.transparent, shared);
     if (!image) continue;
-    const std::size_t size = pieces.size() > 1 ? compressedSize(*image, shared ? paletteSize : 0) : 0;
-    if (best && size >= bestSize) continue;
+    const std::size_t most = best ? bestSize : std::numeric_limits<std::size_t>::max();
+    const std::size_t size = pieces.size() > 1 ? compressedSize(*image, shared ? paletteSize : 0, most) : 0;
+    if (size > most) continue;
     best = std::move(image);
     bestSize = size;
   }
@@ -222,11 +228,8 @@ std::vector<Step> stepsFor(const std::vector<CanvasFrame>& frames) {
   return steps;
 }
 
-}  // namespace
-
-std::vector<GifImage> storeChanges(CanvasAnimation animation) {
+std::vector<GifImage> imagesOf(CanvasAnimation animation, std::size_t paletteSize) {
   mergeEqual(animation.frames);
-  const std::size_t paletteSize = GetDIBPaletteSize(animation.frames.front().image.get());
   const std::vector<Step> steps = stepsFor(animation.frames);
   std::vector<GifImage> images(steps.size());
   forEachIndex(static_cast<int>(steps.size()), [&](int number) {
@@ -236,6 +239,16 @@ std::vector<GifImage> storeChanges(CanvasAnimation animation) {
     images[i].delay = animation.frames[i].delay;
   });
   return images;
+}
+
+}  // namespace
+
+GifFile gifOf(CanvasAnimation animation, std::optional<int> loops) {
+  const BITMAPINFOHEADER* first = animation.frames.front().image.get();
+  GifFile file{
+      animation.canvas, first->biBitCount == 8 ? paletteOf(first) : std::vector<RGBQUAD>(), loops, {}};
+  file.images = imagesOf(std::move(animation), file.palette.size());
+  return file;
 }
 
 }  // namespace host

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
-#include <vector>
 
 #include "animation/canvas_frames.h"
 #include "formats/gif_writer.h"
@@ -14,9 +14,10 @@ class TooManyColours : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Stores of each frame only the rectangle in which it differs from what a viewer shows already, and in it
-/// marks unchanged pixels transparent where that makes the file smaller. What a viewer shows stays the same,
-/// pixel for pixel and in time; frames that show the same become one. Frames of 24 bits get a palette each.
-std::vector<GifImage> storeChanges(CanvasAnimation animation);
+/// The animation as a GIF that stores of each frame only the rectangle in which it differs from what a viewer
+/// shows already, and in it marks unchanged pixels transparent where that makes the file smaller. What a
+/// viewer shows stays the same, pixel for pixel and in time; frames that show the same become one. Frames of
+/// 24 bits get a palette each; throws TooManyColours for one that no palette can hold.
+GifFile gifOf(CanvasAnimation animation, std::optional<int> loops);
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <unordered_map>
@@ -65,7 +66,40 @@ std::vector<liq_histogram_entry> histogramOf(std::span<const Frame> frames) {
   return entries;
 }
 
+constexpr RGBQUAD entryOf(std::uint32_t key) {
+  const auto channel = [key](int shift) { return static_cast<BYTE>(key >> shift & 255); };
+  return {channel(0), channel(8), channel(16), 0};
+}
+
 }  // namespace
+
+ShownColours::ShownColours() : shown_(std::size_t{1} << 24) {}
+
+void ShownColours::add(const Picture& picture, const Picture* before) {
+  constexpr std::size_t mostListed = 256;
+  std::size_t last = shown_.size();
+  const std::size_t rowBytes = static_cast<std::size_t>(picture.width()) * sizeof(Pixel);
+  for (int y = 0; y < picture.height(); ++y) {
+    const Pixel* row = picture.row(y);
+    if (before != nullptr && std::memcmp(row, before->row(y), rowBytes) == 0) continue;
+    for (int x = 0; x < picture.width(); ++x) {
+      if (row[x].alpha < opaqueFrom) {
+        anyTransparent_ = true;
+        continue;
+      }
+      const std::uint32_t key = keyOf(row[x]);
+      if (key == last) continue;
+      last = key;
+      if (shown_[key]) continue;
+      shown_[key] = true;
+      if (count_++ < mostListed) first_.push_back(entryOf(key));
+    }
+  }
+}
+
+RGBQUAD ShownColours::unused() const {
+  return entryOf(static_cast<std::uint32_t>(std::find(shown_.begin(), shown_.end(), false) - shown_.begin()));
+}
 
 std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours) {
   // The library adds up in as many parts as it has threads, which changes the last bit of its sums: with one,
@@ -177,6 +211,12 @@ Bytes PaletteIndex::indicesOf(const Picture& picture, Dither dither) {
     const Pixel* row = picture.row(y);
     for (int x = 0; x < picture.width(); ++x) {
       const Pixel& pixel = row[x];
+      // Undithered runs of a colour need no search.
+      if (dither == Dither::none && x > 0 && pixel == row[x - 1]) {
+        *index = index[-1];
+        ++index;
+        continue;
+      }
       const int found = pixel.alpha < opaqueFrom    ? transparent_
                         : dither == Dither::ordered ? ditheredIndexOf(pixel, x, y)
                                                     : indexOf(pixel.red, pixel.green, pixel.blue);

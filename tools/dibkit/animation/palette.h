@@ -15,6 +15,27 @@ enum class Dither {
 /// Half of a pixel's opacity decides what a GIF can show of it: all or nothing.
 constexpr BYTE opaqueFrom = 128;
 
+/// The colours that pictures show, transparent pixels left out.
+class ShownColours {
+ public:
+  ShownColours();
+  /// \param before a picture of the same size that was added already, or null; saves a look at equal lines
+  void add(const Picture& picture, const Picture* before);
+
+  std::size_t count() const { return count_; }
+  /// In order of first appearance; no more than a palette has entries.
+  const std::vector<RGBQUAD>& first() const { return first_; }
+  bool anyTransparent() const { return anyTransparent_; }
+  /// A colour that does not show.
+  RGBQUAD unused() const;
+
+ private:
+  std::size_t count_ = 0;
+  std::vector<RGBQUAD> first_;
+  bool anyTransparent_ = false;
+  std::vector<bool> shown_;
+};
+
 /// The best palette for all frames that the quantising library finds. Frames may have any sizes; each weighs
 /// as much as the time that it shows.
 std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours);
@@ -23,7 +44,7 @@ std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours)
 /// found, so use one object for many pixels, on one thread.
 class PaletteIndex {
  public:
-  /// \param colours at most 255 if there are transparent pixels, whose index is the one behind them
+  /// \param colours at most 256; 255 if there are transparent pixels, whose index is the one behind them
   explicit PaletteIndex(std::vector<RGBQUAD> colours);
 
   /// The whole picture, lines from the top.

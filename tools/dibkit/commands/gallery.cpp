@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "animation/changes.h"
 #include "animation/fit.h"
-#include "animation/gif_of_frames.h"
 #include "animation/transition.h"
 #include "commands/commands.h"
 #include "errors.h"

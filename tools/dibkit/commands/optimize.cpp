@@ -5,12 +5,10 @@
 
 #include "animation/canvas_frames.h"
 #include "animation/changes.h"
-#include "animation/gif_of_frames.h"
 #include "commands/commands.h"
 #include "errors.h"
 #include "formats/formats.h"
 #include "interrupt.h"
-#include "parallel.h"
 
 namespace host {
 
@@ -21,31 +19,13 @@ struct Arguments {
   std::string output;
 };
 
-/// The frames as they show, on one palette if it can hold all their colours.
-CanvasAnimation canvasAnimationOf(Animation animation) {
-  UnusedColour unused;
-  const Picture* before = nullptr;
-  for (const Frame& frame : animation.frames)
-    unused.addUsed(frame.picture, std::exchange(before, &frame.picture));
-  CanvasAnimation trueColour{animation.size(), {}, unused.find(), true};
-  trueColour.frames.resize(animation.frames.size());
-  forEachIndex(static_cast<int>(animation.frames.size()), [&](int number) {
-    const auto i = static_cast<std::size_t>(number);
-    Frame& frame = animation.frames[i];
-    trueColour.frames[i] = trueColourFrame(std::move(frame.picture), frame.delay, trueColour.transparent);
-  });
-  if (unused.usedCount() > 256) return trueColour;
-  std::optional<CanvasAnimation> indexed = onOneExactPalette(trueColour);
-  return indexed ? std::move(*indexed) : std::move(trueColour);
-}
-
 /// The smaller file, or the same one where nothing was to be gained.
 Bytes optimized(const Bytes& bytes) {
   Animation animation = readAnimation(bytes, Keep::allFrames);
   if (animation.format != "GIF") throw FormatError("not a GIF file but " + animation.format);
   const std::optional<int> loops = animation.loops;
   try {
-    Bytes smaller = writeGif(gifOf(canvasAnimationOf(std::move(animation)), loops));
+    Bytes smaller = writeGif(gifOf(keepColours(std::move(animation.frames)), loops));
     return smaller.size() < bytes.size() ? smaller : bytes;
   } catch (const TooManyColours&) {
     return bytes;

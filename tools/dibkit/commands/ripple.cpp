@@ -9,8 +9,8 @@
 
 #include <dibkit.h>
 
+#include "animation/changes.h"
 #include "animation/fit.h"
-#include "animation/gif_of_frames.h"
 #include "animation/timing.h"
 #include "commands/commands.h"
 #include "interrupt.h"

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "animation/changes.h"
 #include "animation/fit.h"
-#include "animation/gif_of_frames.h"
 #include "commands/commands.h"
 #include "errors.h"
 #include "interrupt.h"

@@ -113,11 +113,12 @@ Bytes writeGif(const GifFile& file) {
   return gif.finish();
 }
 
-std::size_t compressedSize(const GifImage& image, std::size_t paletteSize) {
+std::size_t compressedSize(const GifImage& image, std::size_t paletteSize, std::size_t most) {
   const std::size_t entries = image.palette.empty() ? paletteSize : image.palette.size();
   const int bits = std::max(2, static_cast<int>(std::bit_width(std::max<std::size_t>(entries, 2) - 1)));
   const std::size_t ownPalette = image.palette.empty() ? 0 : std::size_t{3} << bits;
-  return ownPalette + lzwLength(image.indices, bits);
+  if (ownPalette > most) return ownPalette;
+  return ownPalette + lzwLength(image.indices, bits, most - ownPalette);
 }
 
 }  // namespace host

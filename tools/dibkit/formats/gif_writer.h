@@ -34,8 +34,8 @@ struct GifFile {
 /// The bytes of the file.
 Bytes writeGif(const GifFile& file);
 
-/// Bytes that an image takes in a file, nearly.
+/// Bytes that an image takes in a file, nearly; something above `most` once that is sure to be passed.
 /// \param paletteSize entries of the palette for all images, if it uses that one
-std::size_t compressedSize(const GifImage& image, std::size_t paletteSize);
+std::size_t compressedSize(const GifImage& image, std::size_t paletteSize, std::size_t most);
 
 }  // namespace host

@@ -34,7 +34,7 @@ class StringTable {
 
 }  // namespace
 
-std::size_t lzwLength(ByteView indices, int colourBits) {
+std::size_t lzwLength(ByteView indices, int colourBits, std::size_t most) {
   if (indices.empty()) return 0;
   constexpr std::uint32_t mostCodes = 4096;
   const std::uint32_t firstFree = (1U << colourBits) + 2;
@@ -54,6 +54,7 @@ std::size_t lzwLength(ByteView indices, int colourBits) {
     if (next >> width != 0) ++width;
     if (++next < mostCodes) continue;
     bits += width;
+    if (bits / 8 > most) return most + 1;
     table.clear();
     next = firstFree;
     width = static_cast<std::size_t>(colourBits) + 1;
