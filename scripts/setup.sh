@@ -40,25 +40,32 @@ quietly() {
   rm -f "$log"
 }
 
+# configure PRESET [CMAKE OPTION...]: one of the presets.
+configure() {
+  local preset=$1
+  shift
+  cd "$top"
+  quietly "configuring $preset" cmake --preset "$preset" -G Ninja "$@"
+}
+
 # build PRESET [CMAKE OPTION...]: configures and builds one of the presets.
 build() {
   local preset=$1
-  shift
   say "Building ($preset)"
-  cd "$top"
-  quietly "configuring $preset" cmake --preset "$preset" -G Ninja "$@"
+  configure "$@"
   quietly "building $preset" cmake --build --preset "$preset"
 }
 
-# run_tests PRESET: every test of a built preset; shows the failures and the count.
+# run_tests PRESET [CTEST OPTION...]: the tests of a built preset; shows the failures and the count.
 run_tests() {
-  local log
+  local log preset=$1
+  shift
   log=$(mktemp)
-  if (cd "$top" && ctest --preset "$1" --parallel "$(nproc)") >"$log" 2>&1; then
+  if (cd "$top" && ctest --preset "$preset" --parallel "$(nproc)" "$@") >"$log" 2>&1; then
     tail -n 5 "$log"
     rm -f "$log"
   else
     grep -v ' Passed \| Start ' "$log"
-    fail "tests failed ($1)"
+    fail "tests failed ($preset)"
   fi
 }
