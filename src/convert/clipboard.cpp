@@ -16,9 +16,9 @@ void makePalette(const BITMAPINFOHEADER* dib, CPalette& palette) {
   auto* description = reinterpret_cast<LOGPALETTE*>(block.data());
   description->palVersion = 0x300;
   description->palNumEntries = count;
-  const BYTE* entry = reinterpret_cast<const BYTE*>(dib) + dib->biSize;
-  for (WORD i = 0; i < count; ++i, entry += sizeof(RGBQUAD)) {
-    description->palPalEntry[i] = {entry[2], entry[1], entry[0], 0};
+  const RGBQUAD* colours = paletteOf(dib);
+  for (WORD i = 0; i < count; ++i) {
+    description->palPalEntry[i] = {colours[i].rgbRed, colours[i].rgbGreen, colours[i].rgbBlue, 0};
   }
   palette.CreatePalette(description);
 }

@@ -66,10 +66,6 @@ class Surface {
   Selection selection_;
 };
 
-const RGBQUAD* paletteOf(const BITMAPINFOHEADER* dib) {
-  return reinterpret_cast<const RGBQUAD*>(reinterpret_cast<const BYTE*>(dib) + dib->biSize);
-}
-
 /// The image that a section of this format holds.
 OwnedDib imageFrom(const Format& format, const BYTE* bits) {
   const BITMAPINFOHEADER& header = format.header;

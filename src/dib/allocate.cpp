@@ -24,10 +24,9 @@ void preferLargePages(BYTE* block, std::int64_t bytes) {
 }
 
 void clearPadding(const View& view) {
-  const std::ptrdiff_t used = (std::ptrdiff_t{view.width()} * view.bitCount() + 7) / 8;
   // The last byte of a row may hold both pixels and padding, so it is cleared with the padding.
-  const std::ptrdiff_t whole = std::ptrdiff_t{view.width()} * view.bitCount() / 8;
-  if (used == view.stride() && whole == used) return;
+  const auto whole = static_cast<std::ptrdiff_t>(std::int64_t{view.width()} * view.bitCount() / 8);
+  if (whole == view.stride()) return;
   for (int y = 0; y < view.height(); ++y) {
     std::memset(view.row(y) + whole, 0, static_cast<std::size_t>(view.stride() - whole));
   }
@@ -68,13 +67,12 @@ OwnedDib createDib(int width, int height, int bitCount, int clrUsed, Pixels pixe
 
 OwnedDib createMask(int width, int height) {
   OwnedDib mask = createDib(width, height, 1, 0);
-  if (mask) reinterpret_cast<RGBQUAD*>(mask.get() + 1)[1] = {255, 255, 255, 0};
+  if (mask) paletteOf(mask.get())[1] = {255, 255, 255, 0};
   return mask;
 }
 
 void copyPalette(const BITMAPINFOHEADER* from, BITMAPINFOHEADER* to) {
-  std::memcpy(reinterpret_cast<BYTE*>(to) + to->biSize, reinterpret_cast<const BYTE*>(from) + from->biSize,
-              std::size_t{GetDIBPaletteSize(from)} * sizeof(RGBQUAD));
+  std::memcpy(paletteOf(to), paletteOf(from), std::size_t{GetDIBPaletteSize(from)} * sizeof(RGBQUAD));
 }
 
 }  // namespace dibkit

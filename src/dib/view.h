@@ -97,6 +97,14 @@ BasicView<Byte>::BasicView(HeaderOf<Byte>* dib, int bitCount) {
   stride_ = static_cast<std::ptrdiff_t>(stride);
 }
 
+/// The first palette entry, right after the header wherever the header says that it ends.
+inline RGBQUAD* paletteOf(BITMAPINFOHEADER* dib) {
+  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib) + dib->biSize);
+}
+inline const RGBQUAD* paletteOf(const BITMAPINFOHEADER* dib) {
+  return paletteOf(const_cast<BITMAPINFOHEADER*>(dib));
+}
+
 using View = BasicView<BYTE>;
 using ConstView = BasicView<const BYTE>;
 
