@@ -2,15 +2,10 @@
 #include "convert/row_kernels.h"
 #include "convert/row_walk.h"
 #include "dib/index_rows.h"
-#include "dib/map_walk.h"
 #include "palette/palette.h"
 
 namespace dibkit {
 namespace {
-
-RGBQUAD* paletteOf(BITMAPINFOHEADER* dib) {
-  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib) + dib->biSize);
-}
 
 OwnedDib convertToGrays(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
@@ -52,19 +47,12 @@ OwnedDib convertToGraysInTwoStages(BITMAPINFOHEADER* dib, CQorCommonProgress* pr
 OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Index8::bits);
   if (!source) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), Index1::bits, 0, Pixels::unwritten);
+  OwnedDib result = createMask(source.width(), source.height());
   if (!result) return nullptr;
-  putEntry(result.get(), 1, entryOf(0xFFFFFF));
-  // No byte reaches 256, which a byte cannot hold; every byte reaches 0.
-  const BYTE level = lowByte(std::clamp(threshold, 0, 255));
   const bool reachable = threshold <= 255;
+  const BYTE level = lowByte(std::clamp(threshold, 0, 255));
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
-    BYTE white[indexChunk];
-    for (int left = 0; left < source.width(); left += indexChunk) {
-      const int count = std::min(indexChunk, source.width() - left);
-      for (int x = 0; x < count; ++x) white[x] = reachable & (from[left + x] >= level);
-      storeIndexes<Index1>(white, left, count, to);
-    }
+    if (reachable) packBits(from, source.width(), to, level);
   });
 }
 

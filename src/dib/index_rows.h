@@ -15,16 +15,18 @@ constexpr int indexChunk = 512;
 void unpackBits(const BYTE* row, int count, BYTE* indexes);
 void unpackNibbles(const BYTE* row, int count, BYTE* indexes);
 
-/// Stores one pixel for each byte as Set1BitPixel and Set4BitPixel do: any value but 0 sets a bit, and a
-/// value above 15 is not masked. What else the last byte holds stays.
-void packBits(const BYTE* indexes, int count, BYTE* row);
+/// Stores one pixel for each byte: a bit that is set where the byte is at least `level`, which at 1 means any
+/// value but 0. What else the row's last byte holds stays.
+void packBits(const BYTE* bytes, int count, BYTE* row, BYTE level = 1);
+
+/// Stores one pixel for each byte as Set4BitPixel does: a value above 15 is not masked.
 void packNibbles(const BYTE* indexes, int count, BYTE* row);
 
 /// The indexes of `count` <= indexChunk pixels from column `left` on, a multiple of 8.
 /// \return `buffer`, or the row itself when it holds bytes anyway
 template <class Format>
 const BYTE* indexesAt(const BYTE* row, int left, int count, BYTE* buffer) {
-  const BYTE* first = row + std::ptrdiff_t{left} * Format::bits / 8;
+  const BYTE* first = row + left / 8 * Format::bits;
   if constexpr (Format::bits == 8) {
     return first;
   } else {
@@ -36,7 +38,7 @@ const BYTE* indexesAt(const BYTE* row, int left, int count, BYTE* buffer) {
 /// Stores the indexes of `count` pixels from column `left` on, a multiple of 8.
 template <class Format>
 void storeIndexes(const BYTE* indexes, int left, int count, BYTE* row) {
-  BYTE* first = row + std::ptrdiff_t{left} * Format::bits / 8;
+  BYTE* first = row + left / 8 * Format::bits;
   if constexpr (Format::bits == 8) {
     std::memcpy(first, indexes, static_cast<std::size_t>(count));
   } else {

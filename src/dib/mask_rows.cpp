@@ -13,13 +13,6 @@ std::uint64_t lowerBits(int count) {
   return count >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
 
-/// Mirrors the bits inside every byte of a word.
-std::uint64_t mirrorBytes(std::uint64_t word) {
-  word = (word >> 1 & 0x5555555555555555U) | (word & 0x5555555555555555U) << 1;
-  word = (word >> 2 & 0x3333333333333333U) | (word & 0x3333333333333333U) << 2;
-  return (word >> 4 & 0x0F0F0F0F0F0F0F0FU) | (word & 0x0F0F0F0F0F0F0F0FU) << 4;
-}
-
 }  // namespace
 
 void fillMaskRow(BYTE* row, int left, int right, bool value) {

@@ -10,6 +10,13 @@
 
 namespace dibkit {
 
+/// Mirrors the bits inside every byte of a word.
+constexpr std::uint64_t mirrorBytes(std::uint64_t word) {
+  word = (word >> 1 & 0x5555555555555555U) | (word & 0x5555555555555555U) << 1;
+  word = (word >> 2 & 0x3333333333333333U) | (word & 0x3333333333333333U) << 2;
+  return (word >> 4 & 0x0F0F0F0F0F0F0F0FU) | (word & 0x0F0F0F0F0F0F0F0FU) << 4;
+}
+
 /// Sets the pixels of [left, right) to `value`.
 void fillMaskRow(BYTE* row, int left, int right, bool value);
 
