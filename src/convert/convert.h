@@ -7,7 +7,8 @@
 /// Changes of depth and kind of image. Every operation leaves its source alone and gives a new image of the
 /// same size, which the caller owns; null when memory runs out, when the source is null or unusable or not of
 /// the depth in the operation's name, or when the user cancelled. `progress` may be null; it is told the
-/// percentage after every line, and a cancel counts even during the last line.
+/// percentage after every line, and a cancel counts even during the last line; an image without width has no
+/// lines.
 
 /// Conversions between depths.
 class DIBKIT_API CBitmapConverter {
@@ -103,8 +104,8 @@ class DIBKIT_API CBitmapConverter {
                                                          CQorCommonProgress* progress);
 
   /// The packed DIB of a device-dependent bitmap or a section, at its own depth: pixels and colours
-  /// unchanged, its palette full (biClrUsed 0), its biSizeImage filled in. \return null for a null handle,
-  /// one of no bitmap, or when the platform fails
+  /// unchanged, its palette full (biClrUsed 0), its biSizeImage filled in.
+  /// \return null for a null handle, one of no bitmap, or when the platform fails
   static BITMAPINFOHEADER* ConvertDDBToDIB(HBITMAP bitmap);
 
   /// Puts an image on the clipboard, as CF_DIB, and before it the palette of an 8-bit one as CF_PALETTE. The
@@ -125,7 +126,8 @@ DIBKIT_API BITMAPINFOHEADER* Convert24BitsDIBToLowerBitsDIB(BITMAPINFOHEADER* so
 
 /// An image of any depth at another one, colours matched by the platform: onto 1, 4 or 8 bits each pixel
 /// becomes the nearest colour of the palette, which is also the result's. To more bits the palette does not
-/// count. \param palette at most as many entries as the target can index; only so many are used of a larger
-/// one \return a new image that the caller owns, with biSizeImage filled in; null for a null or unusable
-/// image, a depth of no image, no palette where one is needed, or when the platform or memory fails
+/// count.
+/// \param palette at most as many entries as the target can index; of a larger one only so many are used
+/// \return a new image that the caller owns, with biSizeImage filled in; null for a null or unusable
+///     image, a depth of no image, no palette where one is needed, or when the platform or memory fails
 DIBKIT_API BITMAPINFOHEADER* ConvertDIBFormat(BITMAPINFOHEADER* source, UINT bitCount, HPALETTE palette);

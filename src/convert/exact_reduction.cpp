@@ -72,25 +72,19 @@ class ExactReducer {
   /// False when the palette has no room for a colour of the row.
   bool indexRow(const BYTE* from, BYTE* to) {
     BYTE indexes[indexChunk];
-    for (int left = 0; left < source_.width(); left += indexChunk) {
-      const int count = std::min(indexChunk, source_.width() - left);
+    for (int left = 0, count = 0; left < source_.width(); left += count) {
+      count = std::min(indexChunk, source_.width() - left);
       const bool fits = forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
         const int index = indexOf(key);
         if (index == ColourIndex::none) return false;
         std::memset(indexes + (x - left), storedIndex<Format>(index), same());
-        return colours_.size() < ColourIndex::capacity || startAgain(key, same(), indexes + (x - left));
+        // The 256th colour, which is always met in a single pixel, wraps the count: every further one is new.
+        if (colours_.size() == ColourIndex::capacity) colours_ = ColourIndex();
+        return true;
       });
       if (!fits) return false;
       storeIndexes<Format>(indexes, left, count, to);
     }
-    return true;
-  }
-
-  /// The 256th colour wraps the count, so that every further pixel is new again, those of its own run first.
-  bool startAgain(DWORD key, int count, BYTE* indexes) {
-    colours_ = ColourIndex();
-    if (count > 1)
-      std::memset(indexes + 1, storedIndex<Format>(indexOf(key)), static_cast<std::size_t>(count) - 1);
     return true;
   }
 
@@ -114,12 +108,13 @@ class ExactReducer {
   void indexRowInMemory(const BYTE* from, BYTE* to) {
     for (int x = 0; x < source_.width(); ++x) {
       const BYTE stored = storedIndex<Format>(indexInMemory(Bgr24::get(from, x)));
-      BYTE& byte = to[std::ptrdiff_t{x} * Format::bits / 8];
+      constexpr int pixelsPerByte = 8 / Format::bits;
+      BYTE& byte = to[x / pixelsPerByte];
       if constexpr (Format::bits == 8) {
         byte = stored;
       } else {
         // Only ever adds bits, to what the palette may have left here.
-        byte = static_cast<BYTE>(byte | stored << (8 - Format::bits - x * Format::bits % 8));
+        byte = static_cast<BYTE>(byte | stored << (8 - Format::bits - x % pixelsPerByte * Format::bits));
       }
     }
   }
@@ -150,7 +145,7 @@ OwnedDib reduceExactly(const BITMAPINFOHEADER* dib, int colourCount, CQorCommonP
   OwnedDib result = createDib(source.width(), source.height(), Format::bits, colourCount, Pixels::unwritten);
   if (!result) return nullptr;
   ExactReducer<Format> reducer(source, result.get());
-  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) { reducer.row(y); });
+  const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) { reducer.row(y); });
   return finished ? std::move(result) : nullptr;
 }
 

@@ -8,7 +8,7 @@
 namespace dibkit {
 
 /// The walk that every conversion shares: calls row(from, to) for each line from the top, reports, and stops
-/// when the user cancels.
+/// when the user cancels. An image without width has no lines to report.
 /// \param result of the source's size; null when it could not be made
 /// \return the result; null when there was none or the user cancelled, also during the last line
 template <class Row>
@@ -16,7 +16,7 @@ OwnedDib fillRows(const ConstView& source, OwnedDib result, CQorCommonProgress* 
   if (!result) return nullptr;
   const View target(result.get());
   const bool finished =
-      forEachRowReporting(source.height(), progress, [&](int y) { row(source.row(y), target.row(y)); });
+      forEachRowReporting(source.lines(), progress, [&](int y) { row(source.row(y), target.row(y)); });
   return finished ? std::move(result) : nullptr;
 }
 

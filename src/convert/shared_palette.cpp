@@ -1,4 +1,3 @@
-
 #include "convert/convert.h"
 #include "convert/palette_finish.h"
 #include "dib/index_rows.h"
@@ -28,8 +27,8 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
       for (int y = 0; y < source.lines(); ++y) {
         const BYTE* from = source.row(y);
         BYTE indexes[indexChunk];
-        for (int left = 0; left < source.width(); left += indexChunk) {
-          const int count = std::min(indexChunk, source.width() - left);
+        for (int left = 0, count = 0; left < source.width(); left += count) {
+          count = std::min(indexChunk, source.width() - left);
           forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
             std::memset(indexes + (x - left), lookUp(key), same());
             return true;

@@ -53,10 +53,10 @@ OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     BYTE buffer[indexChunk];
-    for (int left = 0; left < source.width(); left += indexChunk) {
-      const int count = std::min(indexChunk, source.width() - left);
+    for (int left = 0, count = 0; left < source.width(); left += count) {
+      count = std::min(indexChunk, source.width() - left);
       const BYTE* indexes = indexesAt<Source>(from, left, count, buffer);
-      lookUp(indexes, count, pixels, to + std::ptrdiff_t{left} * Target::bits / 8);
+      lookUp(indexes, count, pixels, to + std::ptrdiff_t{left} * (Target::bits / 8));
     }
   });
 }
@@ -111,7 +111,7 @@ OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonP
   OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, Pixels::unwritten);
   if (!result) return nullptr;
   const View target(result.get());
-  const bool finished = forEachRowReporting(source.height(), progress, [&](int y) {
+  const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) {
     const BYTE* from = source.row(flip ? source.height() - 1 - y : y);
     rowKernels().bgr24ToReversed32(from, source.width(), target.row(y));
   });

@@ -82,7 +82,7 @@ struct Placed {
 
   Box box() const { return placedBox(view.width(), view.height(), origin); }
   /// The byte of line y that holds the first bit of column x.
-  Byte* at(int x, int y) const { return view.row(y) + std::ptrdiff_t{x} * view.bitCount() / 8; }
+  Byte* at(int x, int y) const { return view.row(y) + std::int64_t{x} * view.bitCount() / 8; }
 };
 template <class Byte>
 Placed(BasicView<Byte>, POINT) -> Placed<Byte>;

@@ -6,15 +6,15 @@
 
 namespace dibkit {
 
-/// Calls row(y) for every line from the top, and after each one reports the percentage of lines done and asks
-/// whether to go on. A null progress object is never asked.
-/// \return false when the user cancelled, also when that was during the last line
+/// Calls row(y) for every one of an image's lines() from the top, and after each one reports the percentage
+/// of lines done and asks whether to go on. A null progress object is never asked. \return false when the
+/// user cancelled, also when that was during the last line
 template <class Row>
-bool forEachRowReporting(int height, CQorCommonProgress* progress, Row&& row) {
-  for (int y = 0; y < height; ++y) {
+bool forEachRowReporting(int lines, CQorCommonProgress* progress, Row&& row) {
+  for (int y = 0; y < lines; ++y) {
     row(y);
     if (progress == nullptr) continue;
-    progress->SetPercent(static_cast<int>((y + 1LL) * 100 / height));
+    progress->SetPercent(static_cast<int>((y + 1LL) * 100 / lines));
     if (progress->IsCancel() != 0) return false;
   }
   return true;

@@ -54,8 +54,8 @@ class Translation {
     BYTE buffer[indexChunk];
     BYTE translated[indexChunk];
     const bool complete = knowsAll<From>();
-    for (int left = 0; left < width; left += indexChunk) {
-      const int count = std::min(indexChunk, width - left);
+    for (int left = 0, count = 0; left < width; left += count) {
+      count = std::min(indexChunk, width - left);
       const BYTE* indexes = indexesAt<From>(from, left, count, buffer);
       if (complete) {
         for (int x = 0; x < count; ++x) translated[x] = stored_[indexes[x]];
