@@ -17,10 +17,9 @@ struct PictureFormat {
   bool sixGreenBits = false;
   std::vector<Colour> colours;  ///< up to 8 bits: 1 << bitCount of them
 
-  /// Bytes from one row to the next: rows fill whole DWORDs.
-  std::ptrdiff_t stride() const;
-  /// 64 bits hold this for any format.
-  std::int64_t byteCount() const { return std::int64_t{stride()} * height; }
+  /// Bytes from one row to the next: rows fill whole DWORDs. 64 bits hold this and the next for any size.
+  std::int64_t stride() const { return (std::int64_t{width} * bitCount + 31) / 32 * 4; }
+  std::int64_t byteCount() const { return stride() * height; }
   /// The pixels in a block that holds `rows` of the rows, the lowest first or last as the format says.
   Pixels pixelsAt(BYTE* block, int rows) const;
 };

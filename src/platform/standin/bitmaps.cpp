@@ -38,12 +38,8 @@ PictureFormat deviceFormat(int width, int height, int bitCount) {
 
 }  // namespace
 
-std::ptrdiff_t PictureFormat::stride() const {
-  return static_cast<std::ptrdiff_t>((std::int64_t{width} * bitCount + 31) / 32 * 4);
-}
-
 Pixels PictureFormat::pixelsAt(BYTE* block, int rows) const {
-  const std::ptrdiff_t step = stride();
+  const auto step = static_cast<std::ptrdiff_t>(stride());
   return {topDown ? block : block + (rows - 1) * step,
           topDown ? step : -step,
           width,

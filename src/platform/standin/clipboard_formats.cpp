@@ -17,12 +17,12 @@ struct Picture {
   const BITMAPINFO* info() const { return reinterpret_cast<const BITMAPINFO*>(header.data()); }
 };
 
-std::size_t headerBytes(const BITMAPINFOHEADER& header) {
-  std::size_t bytes = header.biSize;
+std::uint64_t headerBytes(const BITMAPINFOHEADER& header) {
+  std::uint64_t bytes = header.biSize;
   if (header.biCompression == BI_BITFIELDS) bytes += 3 * sizeof(DWORD);
   if (header.biBitCount > 8) return bytes;
   return bytes +
-         (header.biClrUsed != 0 ? header.biClrUsed : std::size_t{1} << header.biBitCount) * sizeof(RGBQUAD);
+         (header.biClrUsed != 0 ? header.biClrUsed : std::uint64_t{1} << header.biBitCount) * sizeof(RGBQUAD);
 }
 
 std::optional<Picture> readPicture(HGLOBAL dib) {
@@ -33,8 +33,8 @@ std::optional<Picture> readPicture(HGLOBAL dib) {
   if (size < sizeof(BITMAPINFOHEADER)) return std::nullopt;
   BITMAPINFOHEADER header;
   std::memcpy(&header, block, sizeof(header));
-  const std::size_t before = headerBytes(header);
-  if (before > size) return std::nullopt;
+  if (header.biSize < sizeof(header) || headerBytes(header) > size) return std::nullopt;
+  const auto before = static_cast<std::size_t>(headerBytes(header));
   Picture picture;
   picture.header.assign(block, block + before);
   if (!readFormat(picture.info(), format)) return std::nullopt;

@@ -129,10 +129,9 @@ namespace {
 /// Where a pixel of the drawing calls lies, when it can be seen.
 std::optional<POINT> visiblePixel(const DeviceContext* context, int x, int y) {
   if (context == nullptr) return std::nullopt;
-  POINT pixel{x, y};
   RECT place{x, y, x, y};
   OffsetRect(&place, context->origin.x, context->origin.y);
-  pixel = {place.left, place.top};
+  const POINT pixel{place.left, place.top};
   const RECT bounds = context->pixels().bounds();
   if (!PtInRect(&bounds, pixel) || (context->clip && !context->clip->contains(pixel.x, pixel.y)))
     return std::nullopt;
