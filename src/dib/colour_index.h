@@ -60,8 +60,10 @@ class ColourIndex {
 };
 
 /// Calls use(key, x, count) for the pixels [from, end) of a 24- or 32-bit row from the left: count() pixels
-/// from x on have the colour `key`, count being a compile-time 1 or, in flat areas, 8. \param use returns
-/// false to stop \return false when `use` stopped the walk
+/// from x on have the colour `key`, count being a compile-time 1 or, in flat areas and after a call with the
+/// same key, 8.
+/// \param use returns false to stop
+/// \return false when `use` stopped the walk
 template <class Format, class Use>
 bool forEachColour(const BYTE* row, int from, int end, Use&& use) {
   using One = std::integral_constant<int, 1>;

@@ -7,8 +7,8 @@
 class CQorCommonProgress {
  public:
   /// Told after every line of the picture, on the thread that runs the operation.
-  /// \param fraction done of the running stage, 0.0 to 1.0; see ScaledFraction for operations of several
-  /// stages \return anything; the library discards it
+  /// \param fraction done of the running stage, 0.0 to 1.0 (ScaledFraction makes one bar of several stages)
+  /// \return anything; the library discards it
   virtual float SetProgress(float fraction) = 0;
   virtual ~CQorCommonProgress() = default;
 
