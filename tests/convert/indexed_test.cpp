@@ -6,8 +6,6 @@
 namespace {
 
 using Map = test::ColourMap;
-using test::entriesOf;
-using test::mapOf;
 using test::OwnedDib;
 using Conversion = BITMAPINFOHEADER* (*)(BITMAPINFOHEADER*, Map*, CQorCommonProgress*);
 
@@ -21,129 +19,93 @@ const Converter converters[] = {
     {8, 1, CBitmapConverter::Convert8BitsDibTo1BitsDib}, {4, 1, CBitmapConverter::Convert4BitsDibTo1BitsDib},
 };
 
-TEST(IndexedConversions, KeepThePictureWithAndWithoutAMap) {
-  test::Random random(13);
-  for (const Converter& converter : converters) {
-    for (const int width : {1, 4, 7, 8, 9, 15, 33, 515, 1025}) {
-      SCOPED_TRACE(testing::Message() << converter.from << " to " << converter.to << ", width " << width);
-      // No more colours than either depth can index, all different, the reserved byte included.
-      std::vector<DWORD> palette;
-      for (int i = 0; i < 1 << std::min(converter.from, converter.to); ++i) {
-        palette.push_back(static_cast<DWORD>(i) << 24 | (static_cast<DWORD>(random()) & 0xFFFF00));
-      }
-      OwnedDib source = test::image(width, 3, converter.from, palette);
-      for (int y = 0; y < 3; ++y) {
-        for (int x = 0; x < width; ++x) {
-          test::setPixel(source, x, y, static_cast<DWORD>(random() % palette.size()));
-        }
-      }
-      const std::vector<DWORD> before = test::pixelsOf(source.get());
+/// The conversion as it is told, with the map's colours at their place in a list: in a block with room behind
+/// it for the entries that pass its end.
+std::vector<BYTE> plainConversion(const OwnedDib& source, int to, const std::vector<DWORD>* map) {
+  const OwnedDib empty =
+      test::image(source->biWidth, source->biHeight, to, map != nullptr ? *map : std::vector<DWORD>());
+  std::vector<BYTE> block = test::bytesOf(empty);
+  const std::size_t size = block.size();
+  block.resize(size + 1024);
+  const auto entry = [&](std::size_t index) { return block.data() + 40 + 4 * index; };
 
-      const OwnedDib kept(converter.convert(source.get(), nullptr, nullptr));
-      ASSERT_TRUE(kept);
-      EXPECT_EQ(kept->biClrUsed, 0U);
-      std::vector<DWORD> expected = palette;
-      expected.resize(std::size_t{1} << converter.to);  // the rest is black
-      EXPECT_EQ(entriesOf(kept), expected);
-      EXPECT_EQ(test::pixelsOf(kept.get()), before);
-
-      std::vector<DWORD> shared = palette;
-      std::reverse(shared.begin(), shared.end());
-      Map map = mapOf(shared);
-      const OwnedDib mapped(converter.convert(source.get(), &map, nullptr));
-      ASSERT_TRUE(mapped);
-      EXPECT_EQ(mapped->biClrUsed, shared.size());
-      EXPECT_EQ(entriesOf(mapped), shared);
-      const std::vector<DWORD> after = test::pixelsOf(mapped.get());
-      for (std::size_t i = 0; i < before.size(); ++i) ASSERT_EQ(shared[after[i]], palette[before[i]]);
-      EXPECT_EQ(map.GetCount(), static_cast<int>(shared.size()));
+  const std::vector<DWORD> old = test::entriesOf(source);
+  std::vector<int> translated;
+  std::size_t next = 0;
+  for (const DWORD& colour : old) {
+    if (map != nullptr) {
+      const auto found = std::find(map->begin(), map->end(), colour);
+      translated.push_back(found != map->end() ? static_cast<int>(found - map->begin()) : 0);
+      continue;
     }
+    translated.push_back(static_cast<int>(next));
+    std::size_t equal = source->biBitCount > to ? 0 : next;  // palettes that grow are only copied
+    while (equal < next && std::memcmp(entry(equal), &colour, 4) != 0) ++equal;
+    if (equal == next) std::memcpy(entry(next++), &colour, 4);
+  }
+
+  auto* result = reinterpret_cast<BITMAPINFOHEADER*>(block.data());
+  int value = 0;
+  for (int y = 0; y < source->biHeight; ++y) {
+    BYTE* row = test::rowOf(result, y);
+    for (int x = 0; x < source->biWidth; ++x) {
+      const DWORD index = test::pixel(source, x, y);
+      if (index < translated.size()) value = translated[index];  // else as the pixel before
+      if (to == 1) Set1BitPixel(row, value > 0, x);
+      if (to == 4) Set4BitPixel(row, static_cast<BYTE>(value), x);
+      if (to == 8) Set8BitPixel(row, static_cast<BYTE>(value), x);
+    }
+  }
+  block.resize(size);
+  return block;
+}
+
+TEST(IndexedConversions, AreThoseOfThePlainSearchAlsoBeyondTheirLimits) {
+  test::Random random(13);
+  for (int round = 0; round < 1800; ++round) {
+    const Converter& converter = converters[round % 6];
+    const int width = 1 + test::below(random, round % 10 == 0 ? 1200 : 70);
+    // Palettes of any size, with repeated entries when there are few colours, the reserved byte included.
+    std::vector<DWORD> palette(static_cast<std::size_t>(test::below(random, (1 << converter.from) + 1)));
+    const int colours = 1 + test::below(random, 40);
+    for (DWORD& entry : palette) entry = static_cast<DWORD>(test::below(random, colours)) * 0x03010207;
+    const OwnedDib source =
+        test::randomImage(width, 1 + test::below(random, 4), converter.from, random, palette);
+    std::vector<DWORD> shared;
+    for (DWORD i = 0; i < 40 && shared.size() < std::size_t{1} << converter.to; ++i) {
+      if (random() % 2 != 0) shared.push_back(i * 0x03010207);
+    }
+    std::shuffle(shared.begin(), shared.end(), random);
+    const bool mapped = round % 4 < 2;
+    Map map = test::mapOf(shared);
+    const OwnedDib result(converter.convert(source.get(), mapped ? &map : nullptr, nullptr));
+    ASSERT_TRUE(result);
+    ASSERT_EQ(test::bytesOf(result), plainConversion(source, converter.to, mapped ? &shared : nullptr))
+        << round << ": " << converter.from << " to " << converter.to << ", width " << width;
+    EXPECT_EQ(map.GetCount(), static_cast<int>(shared.size()));
   }
 }
 
 TEST(NarrowingConversions, SendARepeatedEntryToTheNextNewNumber) {
-  std::vector<DWORD> palette(256, 0xFFFFFF);
-  palette[0] = 0;
-  std::vector<DWORD> all(256);
-  for (DWORD i = 0; i < 256; ++i) all[i] = i;
-  const OwnedDib source = test::imageOf(256, 1, 8, all, palette);
-  const OwnedDib bits(CBitmapConverter::Convert8BitsDibTo1BitsDib(source.get(), nullptr, nullptr));
-  EXPECT_EQ(entriesOf(bits), (std::vector<DWORD>{0, 0xFFFFFF}));
-  for (int x = 0; x < 256; ++x) EXPECT_EQ(test::pixel(bits, x, 0), static_cast<DWORD>(x > 0)) << x;
-
-  const OwnedDib nibbles(CBitmapConverter::Convert8BitsDibTo4BitsDib(
-      test::imageOf(6, 1, 8, {0, 1, 2, 3, 4, 5}, {0xA, 0xB, 0xA, 0xC, 0xB, 0xA}).get(), nullptr, nullptr));
-  EXPECT_EQ(test::pixelsOf(nibbles.get()), (std::vector<DWORD>{0, 1, 2, 2, 3, 3}));
-  EXPECT_EQ(entriesOf(nibbles)[2], 0xCU);
-}
-
-TEST(NarrowingConversions, LetAnIndexOfSixteenThroughUnmasked) {
-  // 16 colours and a repeated one, which becomes index 16: bit 4 spills into the even neighbour, and is lost
-  // at an even column.
-  std::vector<DWORD> palette;
-  for (DWORD i = 0; i < 16; ++i) palette.push_back(i + 1);
-  palette.push_back(1);
-  const OwnedDib source = test::imageOf(4, 1, 8, {2, 16, 16, 3}, palette);
+  const OwnedDib source = test::imageOf(6, 1, 8, {0, 1, 2, 3, 4, 5}, {0xA, 0xB, 0xA, 0xC, 0xB, 0xA});
   const OwnedDib result(CBitmapConverter::Convert8BitsDibTo4BitsDib(source.get(), nullptr, nullptr));
-  EXPECT_EQ(test::pixelsOf(result.get()), (std::vector<DWORD>{3, 0, 0, 3}));
+  EXPECT_EQ(test::pixelsOf(result), (std::vector<DWORD>{0, 1, 2, 2, 3, 3}));
+  std::vector<DWORD> palette{0xA, 0xB, 0xC};
+  palette.resize(16);
+  EXPECT_EQ(test::entriesOf(result), palette);
 }
 
-TEST(NarrowingConversions, KeepWhatPassesThePaletteInsideTheBlock) {
-  // Three colours in one bit: the third entry lands in the rows. The row of 4 bytes is then written over
-  // where it has pixels: one byte of them; the padding keeps the entry's other three bytes.
-  const OwnedDib source =
-      test::imageOf(8, 1, 8, {0, 1, 2, 0, 0, 0, 0, 2}, {0x11111111, 0x22222222, 0x44332211, 0x55});
-  const OwnedDib result(CBitmapConverter::Convert8BitsDibTo1BitsDib(source.get(), nullptr, nullptr));
-  const std::vector<BYTE> bytes = test::bytesOf(result);
-  EXPECT_EQ(std::vector<BYTE>(bytes.end() - 4, bytes.end()), (std::vector<BYTE>{0x61, 0x22, 0x33, 0x44}));
-}
-
-TEST(IndexedConversions, RepeatThePixelBeforeForAnIndexBeyondThePalette) {
-  const OwnedDib source = test::imageOf(3, 2, 8, {7, 1, 7, 7, 0, 9}, {0x10, 0x20});
-  Map map = mapOf({0x30, 0x10, 0x20});
-  const OwnedDib result(CBitmapConverter::Convert8BitsDibTo4BitsDib(source.get(), &map, nullptr));
-  EXPECT_EQ(test::pixelsOf(result.get()), (std::vector<DWORD>{0, 2, 2, 2, 1, 1}));
-  // Widening keeps numbers, but only those of the palette: index 1 of a palette of one entry repeats.
-  const OwnedDib one = test::imageOf(3, 1, 1, {1, 0, 1}, {0x10});
-  const OwnedDib wide(CBitmapConverter::Convert1BitsDibTo8BitsDib(one.get(), nullptr, nullptr));
-  EXPECT_EQ(test::pixelsOf(wide.get()), (std::vector<DWORD>{0, 0, 0}));
-}
-
-TEST(IndexedConversions, TakeAColourThatTheMapLacksForIndexZero) {
-  Map map = mapOf({0x30, 0x20});
-  const OwnedDib source = test::imageOf(3, 1, 4, {1, 0, 2}, {0x10, 0x20, 0x01000020});
-  const OwnedDib result(CBitmapConverter::Convert4BitsDibTo8BitsDib(source.get(), &map, nullptr));
-  EXPECT_EQ(test::pixelsOf(result.get()), (std::vector<DWORD>{1, 0, 0}));
-  EXPECT_EQ(map.GetCount(), 2);
-  DWORD key = 0x20;
-  int negative = -5;
-  map.SetAt(key, negative);  // one bit is set above 0 only
+TEST(IndexedConversions, KeepOfANumberInTheMapWhatFits) {
+  // One bit is set above 0 only; a byte takes the lowest bits.
+  Map map;
+  DWORD key = 0x10;
+  int value = -5;
+  map.SetAt(key, value);
+  const OwnedDib source = test::imageOf(1, 1, 4, {0}, {0x10});
   const OwnedDib bits(CBitmapConverter::Convert4BitsDibTo1BitsDib(source.get(), &map, nullptr));
-  EXPECT_EQ(test::pixelsOf(bits.get()), (std::vector<DWORD>{0, 0, 0}));
-}
-
-TEST(IndexedConversions, SwapTheIndexesOfABlackOnWhiteImage) {
-  Map map = mapOf({0xFFFFFF, 0});
-  const OwnedDib source = test::imageOf(3, 1, 1, {0, 1, 1}, {0, 0xFFFFFF});
-  const OwnedDib result(CBitmapConverter::Convert1BitsDibTo4BitsDib(source.get(), &map, nullptr));
-  EXPECT_EQ(test::pixelsOf(result.get()), (std::vector<DWORD>{1, 0, 0}));
-  EXPECT_EQ(entriesOf(result), (std::vector<DWORD>{0xFFFFFF, 0}));
-}
-
-TEST(IndexedConversions, ReportCancelAndRefuse) {
-  for (const Converter& converter : converters) {
-    const OwnedDib source = test::image(5, 3, converter.from, {1, 2});
-    test::Progress progress;
-    EXPECT_TRUE(OwnedDib(converter.convert(source.get(), nullptr, &progress)));
-    EXPECT_EQ(progress.fractions, (std::vector<float>{0.33F, 0.66F, 1.0F}));
-    for (const int cancelAt : {0, 2}) {
-      test::Progress cancelling(cancelAt);
-      EXPECT_EQ(converter.convert(source.get(), nullptr, &cancelling), nullptr);
-    }
-    EXPECT_EQ(converter.convert(nullptr, nullptr, nullptr), nullptr);
-    EXPECT_EQ(converter.convert(test::image(5, 3, 24).get(), nullptr, nullptr), nullptr);
-    EXPECT_EQ(converter.convert(test::image(5, 3, converter.to).get(), nullptr, nullptr), nullptr);
-  }
+  EXPECT_EQ(test::pixel(bits, 0, 0), 0U);
+  const OwnedDib bytes(CBitmapConverter::Convert4BitsDibTo8BitsDib(source.get(), &map, nullptr));
+  EXPECT_EQ(test::pixel(bytes, 0, 0), 251U);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "dib/allocate.h"
+#include "dib/map_walk.h"
 #include "dib/row_progress.h"
 #include "support/images.h"
 
@@ -123,15 +126,6 @@ TEST(PixelHelpers, AddressBitsAndNibbles) {
   EXPECT_EQ(row[0], 0x00);
 }
 
-TEST(PaletteTable, ReadsOnIntoTheRowsAndStopsAtTheEndOfTheBlock) {
-  // One palette entry and one row: index 1 is the row's first four bytes, index 2 lies outside.
-  const OwnedDib dib = test::imageOf(4, 1, 8, {0x11, 0x22, 0x33, 0x44}, {0x00ABCDEF});
-  const dibkit::PaletteTable palette(dib.get());
-  EXPECT_EQ(dibkit::entryKey(dibkit::fromEntry(palette[0])), 0xABCDEFU);
-  EXPECT_EQ(dibkit::entryKey(dibkit::fromEntry(palette[1])), 0x332211U);
-  EXPECT_EQ(dibkit::entryKey(dibkit::fromEntry(palette[2])), 0U);
-}
-
 TEST(View, RefusesADepthThatTheRowsDoNotHold) {
   const OwnedDib dib = test::image(5, 4, 24);
   EXPECT_TRUE(dibkit::View(dib.get(), 24));
@@ -142,8 +136,8 @@ TEST(View, RefusesADepthThatTheRowsDoNotHold) {
 
 TEST(Progress, ReportsPercentOfLinesAndCancelsOnTheLineItWasAsked) {
   test::Progress progress;
-  EXPECT_TRUE(dibkit::forEachRowReporting(3, &progress, [](int) {}));
-  EXPECT_EQ(progress.fractions, (std::vector<float>{0.33F, 0.66F, 1.0F}));
+  EXPECT_TRUE(dibkit::forEachRowReporting(7, &progress, [](int) {}));
+  EXPECT_EQ(progress.fractions, (std::vector<float>{0.14F, 0.28F, 0.42F, 0.57F, 0.71F, 0.85F, 1.0F}));
 
   for (const int cancelAt : {0, 1, 2}) {
     test::Progress cancelling(cancelAt);
@@ -181,15 +175,12 @@ TEST(ColourMap, LooksUpWithoutInsertingAndEnumeratesEverything) {
   EXPECT_FALSE(map.Lookup(missing, value));
   EXPECT_EQ(value, 7);
   EXPECT_EQ(map.GetCount(), 300);
-  std::vector<bool> seen(300);
-  for (POSITION at = map.GetStartPosition(); at != nullptr;) {
-    DWORD key = 0;
-    map.GetNextAssoc(at, key, value);
-    EXPECT_EQ(value, static_cast<int>(key) * 2);
-    EXPECT_FALSE(seen.at(key));
-    seen.at(key) = true;
-  }
-  EXPECT_EQ(std::count(seen.begin(), seen.end(), true), 300);
+  std::set<DWORD> seen;
+  dibkit::forEachAssociation(map, [&](DWORD key, int twice) {
+    EXPECT_EQ(twice, static_cast<int>(key) * 2);
+    EXPECT_TRUE(seen.insert(key).second);
+  });
+  EXPECT_EQ(seen.size(), 300U);
   DWORD first = 0;
   EXPECT_TRUE(map.RemoveKey(first));
   EXPECT_FALSE(map.RemoveKey(first));

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/recorded.h"
-#include "support/images.h"
+#include "support/golden_dib.h"
 
 /// Memory surfaces for tests, and their recorded pixels.
 namespace test {
@@ -112,36 +112,15 @@ inline void expectSurface(const RecordedPixels& expected, const Surface& surface
   EXPECT_EQ(pixelsOf(dib), expected.pixels);
 }
 
-/// A recorded DIB: header fields, colours, rows of stored pixels.
-inline OwnedDib dibOf(const GoldenCase& recorded, const std::string& word) {
-  const std::vector<std::int64_t> fields = recorded.at(word).numbers();
-  const std::vector<std::int64_t> colours = recorded.at("colours").numbers(16);
-  OwnedDib dib = image(static_cast<int>(fields[1]), static_cast<int>(fields[2]), static_cast<int>(fields[4]),
-                       std::vector<DWORD>(colours.begin() + 1, colours.end()));
-  dib->biClrUsed = static_cast<DWORD>(fields[9]);
-  int y = 0;
-  for (const GoldenLine& line : recorded.lines) {
-    if (line.word != "p") continue;
-    const std::vector<std::int64_t> row = line.numbers(16);
-    for (std::size_t x = 0; x < row.size(); ++x)
-      setPixel(dib, static_cast<int>(x), y, static_cast<DWORD>(row[x]));
-    ++y;
-  }
-  return dib;
-}
-
 /// The header fields in the order of the records, and the palette's entries.
 inline std::vector<std::int64_t> headerOf(const BITMAPINFOHEADER* dib) {
   return {dib->biSize,          dib->biWidth,       dib->biHeight,      dib->biPlanes,
           dib->biBitCount,      dib->biCompression, dib->biSizeImage,   dib->biXPelsPerMeter,
           dib->biYPelsPerMeter, dib->biClrUsed,     dib->biClrImportant};
 }
-inline std::vector<std::int64_t> paletteOf(const BITMAPINFOHEADER* dib) {
-  const dibkit::PaletteTable table(dib);
-  std::vector<std::int64_t> colours;
-  for (DWORD i = 0; i < GetDIBPaletteSize(dib); ++i) {
-    colours.push_back(table[i].rgbRed << 16 | table[i].rgbGreen << 8 | table[i].rgbBlue);
-  }
+inline std::vector<DWORD> paletteOf(const BITMAPINFOHEADER* dib) {
+  std::vector<DWORD> colours(GetDIBPaletteSize(dib));
+  std::memcpy(colours.data(), dibkit::paletteOf(dib), colours.size() * sizeof(DWORD));
   return colours;
 }
 
@@ -153,9 +132,7 @@ inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
   EXPECT_EQ(rows, recorded.at("lines").numbers()[0]);
   EXPECT_EQ(headerOf(dib.get()), recorded.at("header").numbers());
   if (const GoldenLine* palette = recorded.find("palette")) {
-    std::vector<std::int64_t> colours = palette->numbers(16);
-    colours.erase(colours.begin());
-    EXPECT_EQ(paletteOf(dib.get()), colours);
+    EXPECT_EQ(paletteOf(dib.get()), coloursOf(*palette));
   }
   EXPECT_EQ(pixelsOf(dib), expected.pixels);
 }

@@ -81,14 +81,16 @@ void putDib(const GoldenCase& recorded) {
     }
   }
   test::expectSurface(before, surface);
-  EXPECT_EQ(put(surface, test::dibOf(recorded, "dib").get()), recorded.at("ret").numbers()[0]);
+  std::vector<BYTE> dib = test::recordedDib(recorded, "dib");
+  EXPECT_EQ(put(surface, test::dibOf(dib)), recorded.at("ret").numbers()[0]);
   test::expectSurface(test::RecordedPixels(recorded, 1), surface);
 }
 
 void getDib(const GoldenCase& recorded) {
-  const test::OwnedDib dib = test::dibOf(recorded, "dib");
+  std::vector<BYTE> block = test::recordedDib(recorded, "dib");
+  const BITMAPINFOHEADER* dib = test::dibOf(block);
   const Surface surface(dib->biWidth, dib->biHeight, false);
-  put(surface, dib.get());
+  put(surface, dib);
   test::expectRead(recorded, surface);
 }
 

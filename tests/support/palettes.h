@@ -34,4 +34,22 @@ inline std::vector<DWORD> distinctColours(int count) {
   return colours;
 }
 
+struct PaletteDeleter {
+  using pointer = HPALETTE;
+  void operator()(HPALETTE palette) const { DeleteObject(palette); }
+};
+
+/// A logical palette of the given colours.
+inline std::unique_ptr<HPALETTE, PaletteDeleter> logicalPalette(const std::vector<DWORD>& colours) {
+  std::vector<BYTE> block(4 + 4 * colours.size());
+  auto* description = reinterpret_cast<LOGPALETTE*>(block.data());
+  description->palVersion = 0x300;
+  description->palNumEntries = static_cast<WORD>(colours.size());
+  for (std::size_t i = 0; i < colours.size(); ++i) {
+    const auto channel = [&](int shift) { return static_cast<BYTE>(colours[i] >> shift & 255); };
+    description->palPalEntry[i] = {channel(16), channel(8), channel(0), 0};
+  }
+  return std::unique_ptr<HPALETTE, PaletteDeleter>(CreatePalette(description));
+}
+
 }  // namespace test
