@@ -80,7 +80,7 @@ void finishFrame(BITMAPINFOHEADER* dib, fuzz::Input& input) {
   const dibkit::ConstView view(dib);
   if (!view || view.bitCount() != 24) return;
   dibkit::FrameColours colours;
-  for (int y = 0; y < view.height(); ++y) {
+  for (int y = 0; y < view.lines(); ++y) {
     const int left = input.byte() % (view.width() + 1);
     colours.note(view.row(y), left, view.width());
   }

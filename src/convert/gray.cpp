@@ -47,9 +47,9 @@ OwnedDib convertToGraysInTwoStages(BITMAPINFOHEADER* dib, CQorCommonProgress* pr
 OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Index8::bits);
   if (!source) return nullptr;
-  OwnedDib result = createMask(source.width(), source.height());
+  OwnedDib result = createMask(source.width(), source.height());  // has the palette wanted here
   if (!result) return nullptr;
-  const bool reachable = threshold <= 255;
+  const bool reachable = threshold <= 255;  // by a byte; else the rows stay black
   const BYTE level = lowByte(std::clamp(threshold, 0, 255));
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     if (reachable) packBits(from, source.width(), to, level);

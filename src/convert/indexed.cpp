@@ -16,7 +16,7 @@ BYTE storedIndex(std::int64_t index) {
 
 /// The old palette at the start of the new one; every index keeps its number.
 template <class To>
-Translation copyPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
+Translation extendPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
   Translation translation;
   for (std::int64_t i = 0; i < old.size(); ++i) {
     putEntry(result, i, entryOf(old[i]));
@@ -46,7 +46,7 @@ Translation makePalette(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMA
     return translationOnto(dib, map, [](int index) { return storedIndex<To>(index); });
   }
   const PaletteEntries old(dib);
-  return From::bits < To::bits ? copyPalette<To>(old, result) : mergePalette<To>(old, result);
+  return From::bits < To::bits ? extendPalette<To>(old, result) : mergePalette<To>(old, result);
 }
 
 /// From one palette depth to another, onto the map's palette if there is a map.

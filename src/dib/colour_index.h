@@ -85,7 +85,7 @@ bool forEachColour(const BYTE* row, int from, int end, Use&& use) {
   if (from >= end) return true;
   if (!use(keyAt(from), from, One())) return false;
   int x = from + 1;
-  for (; x + 8 <= end; x += 8) {
+  for (; end - x >= 8; x += 8) {
     if (eightLikeTheOneBefore(x)) {
       if (!use(keyAt(x), x, Eight())) return false;
       continue;

@@ -53,7 +53,7 @@ std::uint64_t bitsOf64(const BYTE* bytes, BYTE level) {
 
 void unpackBits(const BYTE* row, int count, BYTE* indexes) {
   int x = 0;
-  for (; x + 8 <= count; x += 8) std::memcpy(indexes + x, bitTable.pixels[row[x / 8]], 8);
+  for (; count - x >= 8; x += 8) std::memcpy(indexes + x, bitTable.pixels[row[x / 8]], 8);
   for (; x < count; ++x) indexes[x] = Get1BitPixel(row, x);
 }
 

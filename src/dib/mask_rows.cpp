@@ -34,10 +34,10 @@ void fillMaskRow(BYTE* row, int left, int right, bool value) {
 }
 
 void loadMaskRow(const BYTE* row, int width, std::uint64_t* words) {
-  for (int x = 0; x < width; x += 64, ++words) {
-    const int pixels = std::min(64, width - x);
+  for (; width > 0; width -= 64, row += 8, ++words) {
+    const int pixels = std::min(64, width);
     std::uint64_t word = 0;
-    std::memcpy(&word, row + x / 8, static_cast<std::size_t>((pixels + 7) / 8));
+    std::memcpy(&word, row, static_cast<std::size_t>((pixels + 7) / 8));
     *words = mirrorBytes(word) & lowerBits(pixels);
   }
 }
