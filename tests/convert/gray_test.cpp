@@ -117,9 +117,9 @@ TEST(Convert8BitsGrayDibTo1BitsDib, ComparesRawBytesAtEveryWidth) {
       expected->biClrUsed = 0;
       for (int y = 0; y < 2; ++y) {
         for (int x = 0; x < width; ++x) {
-          const DWORD near =
-              static_cast<DWORD>(threshold - x % 2) & 255;  // of values just at the threshold many
-          if (x % 3 == 0) test::setPixel(source, x, y, near);
+          // Every third pixel lies at the threshold or just below it.
+          const DWORD level = static_cast<DWORD>(threshold) - static_cast<DWORD>(x % 2);
+          if (x % 3 == 0) test::setPixel(source, x, y, level & 255);
           test::setPixel(expected, x, y, static_cast<std::int64_t>(test::pixel(source, x, y)) >= threshold);
         }
       }
