@@ -5,6 +5,7 @@
 #include "dib/placed_frame.h"
 #include "frames/frames.h"
 #include "frames/tint.h"
+#include "frames/trim.h"
 #include "gifmask/burn.h"
 
 namespace dibkit {
@@ -45,25 +46,15 @@ void clearArea(const View& mask, const POINT& seed, std::int64_t frameX) {
       },
       [&](int y, int left, int right) { fillMaskRow(mask.row(y), left, right, false); });
 }
-struct Trim {
-  int left = 0, top = 0, right = 0, bottom = 0;
-  bool any() const { return left != 0 || top != 0 || right != 0 || bottom != 0; }
-};
 
-int giveTrimmed(OwnedDib image, OwnedDib mask, const SIZE& canvas, BITMAPINFOHEADER** outImage,
-                BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  Trim trim;
-  CaclOpaqueBoundary(mask.get(), &trim.left, &trim.top, &trim.right, &trim.bottom);
-  *outPosition = {trim.left, trim.top};
-  if (!trim.any()) {
-    *outImage = image.release();
-    *outMask = mask.release();
-    return 1;
-  }
-  // Never deleted, on purpose: the objects that the process holds after a fill are part of what hosts see of
-  // it.
-  const HRGN kept = CreateRectRgn(trim.left, trim.top, canvas.cx - trim.right, canvas.cy - trim.bottom);
-  return CropFrame(image.get(), mask.get(), kept, outImage, outMask);
+int giveTrimmed(OwnedDib image, OwnedDib mask, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
+                POINT* outPosition) {
+  const TransparentEdges edges = transparentEdges(ConstView(mask.get()));
+  *outPosition = {edges.left, edges.top};
+  if (edges.any()) return cropLeakingRegion(image.get(), mask.get(), edges, outImage, outMask);
+  *outImage = image.release();
+  *outMask = mask.release();
+  return 1;
 }
 
 }  // namespace
@@ -109,6 +100,6 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
     const View rows = viewOfDepth(transparent.get(), 1);
     if (!rows) return 0;
     clearArea(rows, seed, position.x);
-    return giveTrimmed(std::move(image), std::move(transparent), canvas, outImage, outMask, outPosition);
+    return giveTrimmed(std::move(image), std::move(transparent), outImage, outMask, outPosition);
   });
 }

@@ -1,3 +1,5 @@
+#include "frames/opacity.h"
+
 #include <algorithm>
 #include <bit>
 #include <vector>
@@ -6,7 +8,6 @@
 #include "dib/guard.h"
 #include "dib/mask_rows.h"
 #include "dib/region_spans.h"
-#include "dib/view.h"
 #include "frames/frames.h"
 
 namespace dibkit {
@@ -34,7 +35,7 @@ class OpaqueRows {
 };
 
 OwnedRegion opaqueRegion(const ConstView& mask) {
-  if (!mask) return nullptr;
+  if (mask.lines() == 0) return nullptr;
   OpaqueRows opaque(mask);
   SpanCollector spans;
   for (int y = 0; y < mask.lines(); ++y) {
@@ -50,14 +51,12 @@ int lastBit(const std::uint64_t* row, int width) {
   return word * 64 + 63 - std::countl_zero(row[word]);
 }
 
-struct Margins {
-  int left, top, right, bottom;
-};
+}  // namespace
 
-Margins transparentMargins(const ConstView& mask) {
+TransparentEdges transparentEdges(const ConstView& mask) {
   const int width = mask.width();
   const int height = mask.height();
-  if (width == 0) return {width, height, width, height};
+  if (mask.lines() == 0) return {width, height, width, height};
   OpaqueRows opaque(mask);
   int top = 0;
   while (top < height && findBit(opaque(top), 0, width, true) == width) ++top;
@@ -79,7 +78,6 @@ Margins transparentMargins(const ConstView& mask) {
   return {left, top, right, bottom};
 }
 
-}  // namespace
 }  // namespace dibkit
 
 HRGN CalcOpacityAreaRgn(BITMAPINFOHEADER* mask) {
@@ -92,11 +90,11 @@ void CaclOpaqueBoundary(BITMAPINFOHEADER* mask, int* left, int* top, int* right,
   const ConstView view = viewOfMask(mask);
   if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
   orOutOfMemory<int>(0, [&] {
-    const Margins margins = transparentMargins(view);
-    *left = margins.left;
-    *top = margins.top;
-    *right = margins.right;
-    *bottom = margins.bottom;
+    const TransparentEdges edges = transparentEdges(view);
+    *left = edges.left;
+    *top = edges.top;
+    *right = edges.right;
+    *bottom = edges.bottom;
     return 1;
   });
 }

@@ -5,6 +5,7 @@
 #include "dib/pixel_format.h"
 #include "frames/frames.h"
 #include "frames/painted.h"
+#include "frames/trim.h"
 
 namespace dibkit {
 namespace {
@@ -43,28 +44,18 @@ OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
   return mask;
 }
 
-/// Cuts a rectangle out of a picture. The region for it is never deleted, on purpose: the shape pictures have
-/// always kept one for each picture that they trim.
-OwnedDib cropLeakingRegion(BITMAPINFOHEADER* picture, const RECT& rect) {
-  const HRGN region = CreateRectRgn(rect.left, rect.top, rect.right, rect.bottom);
-  BITMAPINFOHEADER* piece = nullptr;
-  BITMAPINFOHEADER* pieceMask = nullptr;
-  CropFrame(picture, nullptr, region, &piece, &pieceMask);
-  const OwnedDib unused(pieceMask);
-  return OwnedDib(piece);
-}
-
 /// Cuts the background off around what is drawn and moves the position along; null when all is background.
 OwnedDib trimmed(OwnedDib picture, POINT& position) {
   const OwnedDib mask = maskOf(picture.get());
   if (!mask) return nullptr;
-  int left = 0, top = 0, right = 0, bottom = 0;
-  CaclOpaqueBoundary(mask.get(), &left, &top, &right, &bottom);
-  if (left == 0 && top == 0 && right == 0 && bottom == 0) return picture;
-  const RECT drawn{left, top, picture->biWidth - right, picture->biHeight - bottom};
-  if (drawn.right < 1 || drawn.bottom <= 0) return nullptr;
-  position = {position.x + left, position.y + top};
-  return cropLeakingRegion(picture.get(), drawn);
+  const TransparentEdges edges = transparentEdges(ConstView(mask.get()));
+  if (!edges.any()) return picture;
+  if (edges.left == picture->biWidth) return nullptr;
+  position = {position.x + edges.left, position.y + edges.top};
+  BITMAPINFOHEADER* piece = nullptr;
+  BITMAPINFOHEADER* noMask = nullptr;  // a rectangle inside the picture leaves none
+  cropLeakingRegion(picture.get(), nullptr, edges, &piece, &noMask);
+  return OwnedDib(piece);
 }
 
 /// Draws on a white surface of the screen's colours with the pen and the brush of the shape pictures, and
