@@ -96,9 +96,10 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
     OwnedDib image = burnColour(frame, mask, mixedWithWhite(fromColorRef(fill), percent), margins);
     if (!image) return 0;
     OwnedDib transparent = canvasMask(mask, placed, canvas, margins);
-    // A mask without white comes back deeper, with an index for white: no mask any more.
+    // A mask without white comes back deeper, with an index for white: no mask any more. One of another size
+    // than the frame's does not cover the canvas.
     const View rows = viewOfDepth(transparent.get(), 1);
-    if (!rows) return 0;
+    if (!rows || rows.width() != canvas.cx || rows.height() != canvas.cy) return 0;
     clearArea(rows, seed, position.x);
     return giveTrimmed(std::move(image), std::move(transparent), outImage, outMask, outPosition);
   });
