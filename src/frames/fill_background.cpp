@@ -35,7 +35,10 @@ OwnedDib canvasMask(BITMAPINFOHEADER* mask, const Box& frame, const SIZE& canvas
 /// the seed but the one at the frame's x on the seed's line, counted through the whole canvas, so that the
 /// fill stops there: deliberate, pictures that were filled so have to come out the same. Beside the canvas it
 /// counts for nothing.
-void clearArea(const View& mask, const POINT& seed, std::int64_t frameX) {
+/// \param begun called with every run of pixels: from the first one on only the work list can run out of
+/// memory
+template <class Begun>
+void clearArea(const View& mask, const POINT& seed, std::int64_t frameX, Begun&& begun) {
   const std::int64_t barred = std::int64_t{seed.y} * mask.width() + frameX;
   walkConnected(
       mask.width(), mask.height(), seed,
@@ -44,7 +47,10 @@ void clearArea(const View& mask, const POINT& seed, std::int64_t frameX) {
         const std::int64_t x = barred - std::int64_t{y} * mask.width();
         if (x >= 0 && x < mask.width()) flags[x] = 0;
       },
-      [&](int y, int left, int right) { fillMaskRow(mask.row(y), left, right, false); });
+      [&](int y, int left, int right) {
+        begun();
+        fillMaskRow(mask.row(y), left, right, false);
+      });
 }
 
 int giveTrimmed(OwnedDib image, OwnedDib mask, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
@@ -100,7 +106,12 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
     // than the frame's does not cover the canvas.
     const View rows = viewOfDepth(transparent.get(), 1);
     if (!rows || rows.width() != canvas.cx || rows.height() != canvas.cy) return 0;
-    clearArea(rows, seed, position.x);
+    clearArea(rows, seed, position.x, [&] {
+      // What a walk that runs out of memory on its way leaves behind.
+      *outImage = nullptr;
+      *outMask = nullptr;
+      *outPosition = position;
+    });
     return giveTrimmed(std::move(image), std::move(transparent), outImage, outMask, outPosition);
   });
 }
