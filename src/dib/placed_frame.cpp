@@ -4,7 +4,8 @@ namespace dibkit {
 
 PlacedFrame::PlacedFrame(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, const POINT& position)
     : frame_(dib, mask), box_(placedBox(frame_.width(), frame_.height(), position)) {
-  const auto width = static_cast<std::size_t>(frame_.width());
+  // An image without lines is never read, however wide it claims to be.
+  const auto width = static_cast<std::size_t>(frame_.height() > 0 ? frame_.width() : 0);
   // Frames of 24 bits are read where they lie.
   if (frame_.bitCount() != Bgr24::bits) buffer_.resize(width * 3);
   if (frame_.mask().present()) {

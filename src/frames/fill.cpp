@@ -4,7 +4,6 @@
 #include "dib/placed_frame.h"
 #include "frames/colour_range.h"
 #include "frames/frames.h"
-#include "frames/mix.h"
 #include "frames/tint.h"
 
 namespace dibkit {
@@ -14,13 +13,14 @@ namespace {
 class FillWork {
  public:
   FillWork(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
-      : frame_(dib, mask, POINT{0, 0}), opaque_(frame_.frame().width(), 1) {
-    if (frame_) image_ = createDib(width(), height(), Bgr24::bits, 0, Pixels::unwritten);
+      : frame_(dib, mask, POINT{0, 0}), opaque_(width(), 1) {
+    if (frame_) image_ = createDib(frame_.frame().width(), height(), Bgr24::bits, 0, Pixels::unwritten);
     if (image_) rows_ = View(image_.get());
   }
 
   bool usable() const { return static_cast<bool>(rows_); }
-  int width() const { return frame_.frame().width(); }
+  /// Pixels of a line; 0 when there is no line, which then needs no buffers however wide it claims to be.
+  int width() const { return height() > 0 ? frame_.frame().width() : 0; }
   int height() const { return frame_.frame().height(); }
   int lines() const { return rows_.lines(); }
   BYTE* row(int y) const { return rows_.row(y); }

@@ -126,7 +126,7 @@ OwnedDib removeNoise(BITMAPINFOHEADER* dib, BITMAPINFOHEADER* maskDib, CQorCommo
   const FrameMask mask(maskDib, source.width());
   if (!source || !mask.usable()) return nullptr;
   OwnedDib result(CBitmapCreator::Clone(dib));
-  if (!result) return nullptr;
+  if (!result || source.lines() == 0) return result;
   NoiseFilter filter(source, mask, View(result.get(), Bgr24::bits));
   const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) { filter.filterRow(y); });
   return finished ? std::move(result) : nullptr;
