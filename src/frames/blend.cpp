@@ -33,10 +33,11 @@ std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour
   OwnedDib work = createDib(width, height, Bgr24::bits, 0, Pixels::unwritten);
   if (!work) return std::nullopt;
   const View target(work.get());
+  FrameColours colours;
+  if (target.lines() == 0) return Layers{colours.finish(std::move(work)), nullptr};
   std::vector<BYTE> ground(static_cast<std::size_t>(width) * 3);
   for (int x = 0; x < width; ++x) Bgr24::put(ground.data(), x, colour);
   BitGrid shows(width, 2);
-  FrameColours colours;
   MaskOnDemand leftOut(width, height);
   for (int y = 0; y < target.lines(); ++y) {
     BYTE* row = target.row(y);
@@ -65,25 +66,32 @@ std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour
   return Layers{colours.finish(std::move(work)), leftOut.take()};
 }
 
-/// Hands an image over together with a copy of the mask that it came with.
-int giveWithMaskOf(BITMAPINFOHEADER* mask, Layers layers, BITMAPINFOHEADER** outImage,
-                   BITMAPINFOHEADER** outMask) {
-  *outImage = layers.image.release();
+/// Fades the upper frame inside its own box and hands it over with a copy of its mask.
+int fade(PlacedFrame& upper, BITMAPINFOHEADER* mask, PlacedFrame* lower, DWORD colour, BYTE opacity,
+         BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  std::optional<Layers> layers =
+      layOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
+              [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+                mixByByteOpacity(top, under, bytes, opacity, mixed);
+              });
+  if (!layers) return 0;
+  *outImage = layers->image.release();
   *outMask = CBitmapCreator::Clone(mask);
   return 1;
 }
 
-/// Hands an image over together with its new mask and its place.
-int givePlaced(const Box& area, Layers layers, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
-               POINT* outPosition) {
-  *outImage = layers.image.release();
-  *outMask = layers.mask.release();
+/// Lays both frames over each other inside an area and hands the picture over with its new mask and its
+/// place.
+template <class Mix>
+int mergeInside(const Box& area, PlacedFrame& upper, PlacedFrame& lower, DWORD colour, Mix&& mix,
+                BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
+  std::optional<Layers> layers = layOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame, mix);
+  if (!layers) return 0;
+  *outImage = layers->image.release();
+  *outMask = layers->mask.release();
   *outPosition = {static_cast<LONG>(area.left), static_cast<LONG>(area.top)};
   return 1;
 }
-
-/// Where the upper frame shows, it is all that shows.
-void takeTop(const BYTE* top, const BYTE*, std::size_t bytes, BYTE* mixed) { std::memcpy(mixed, top, bytes); }
 
 }  // namespace
 }  // namespace dibkit
@@ -94,12 +102,7 @@ int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD col
   return orOutOfMemory(0, [&] {
     PlacedFrame upper(frame, mask, POINT{0, 0});
     if (!upper || outImage == nullptr || outMask == nullptr) return 0;
-    std::optional<Layers> layers =
-        layOver(upper, nullptr, fromColorRef(colour), upper.box(), Beside::nothing,
-                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-                  mixByByteOpacity(top, under, bytes, opacity, mixed);
-                });
-    return layers ? giveWithMaskOf(mask, *std::move(layers), outImage, outMask) : 0;
+    return fade(upper, mask, nullptr, colour, opacity, outImage, outMask);
   });
 }
 
@@ -111,12 +114,7 @@ int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const P
     PlacedFrame upper(frameA, maskA, positionA);
     PlacedFrame lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr) return 0;
-    std::optional<Layers> layers =
-        layOver(upper, &lower, fromColorRef(colour), upper.box(), Beside::nothing,
-                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-                  mixByByteOpacity(top, under, bytes, opacity, mixed);
-                });
-    return layers ? giveWithMaskOf(maskA, *std::move(layers), outImage, outMask) : 0;
+    return fade(upper, maskA, &lower, colour, opacity, outImage, outMask);
   });
 }
 
@@ -128,9 +126,11 @@ int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& 
     PlacedFrame upper(frameA, maskA, positionA);
     PlacedFrame lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
-    const Box area = unionOf(upper.box(), lower.box());
-    std::optional<Layers> layers = layOver(upper, &lower, Rgb(), area, Beside::lowerFrame, takeTop);
-    return layers ? givePlaced(area, *std::move(layers), outImage, outMask, outPosition) : 0;
+    const auto takeTop = [](const BYTE* top, const BYTE*, std::size_t bytes, BYTE* mixed) {
+      std::memcpy(mixed, top, bytes);
+    };
+    return mergeInside(unionOf(upper.box(), lower.box()), upper, lower, 0, takeTop, outImage, outMask,
+                       outPosition);
   });
 }
 
@@ -145,11 +145,9 @@ int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const 
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     const Box area =
         intersection(unionOf(upper.box(), lower.box()), placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
-    std::optional<Layers> layers =
-        layOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame,
-                [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-                  mixByWordOpacity(top, under, bytes, opacity, mixed);
-                });
-    return layers ? givePlaced(area, *std::move(layers), outImage, outMask, outPosition) : 0;
+    const auto mix = [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+      mixByWordOpacity(top, under, bytes, opacity, mixed);
+    };
+    return mergeInside(area, upper, lower, colour, mix, outImage, outMask, outPosition);
   });
 }
