@@ -16,7 +16,7 @@ void GetPixelRGB(BYTE* row, int x, int bitCount, RGBQUAD* palette, BYTE* red, BY
                        if constexpr (Format::bits <= 8) {
                          return palette != nullptr && give(fromEntry(palette[raw]));
                        } else {
-                         return give(Format::colour(raw, PaletteTable()));
+                         return give(Format::colour(raw));
                        }
                      });
   // Depths up to 8 without a format count as index 0.

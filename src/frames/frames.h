@@ -40,9 +40,10 @@ DIBKIT_API int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN r
                          BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
 
 /// Cuts the bounding box of a region out of a 32-bit image. Pixels outside the region keep their colour and
-/// get opacity 0. \param image read as 32 bits a pixel \param region in the image's coordinates; what of its
-/// box lies outside the image comes out as 0 \return the piece, 0 x 0 for an empty region; null when memory
-/// runs out or an argument is unusable
+/// get opacity 0.
+/// \param image read as 32 bits a pixel
+/// \param region in the image's coordinates; what of its box lies outside the image comes out as 0
+/// \return the piece, 0 x 0 for an empty region; null when memory runs out or an argument is unusable
 DIBKIT_API BITMAPINFOHEADER* Crop32BitsDIB(BITMAPINFOHEADER* image, HRGN region);
 /// @}
 
@@ -55,9 +56,8 @@ DIBKIT_API BITMAPINFOHEADER* Crop32BitsDIB(BITMAPINFOHEADER* image, HRGN region)
 /// \param mask may be null
 /// \param position canvas coordinates of the frame's top-left pixel
 /// \param seed in canvas coordinates, inside the canvas; selected whatever the tolerance
-/// \param tolerance largest difference of each channel, 0 to 255; below 0 only the seed is selected. The blue
-/// of
-///        16-bit frames is compared unscaled, 0 to 31, so that it tolerates eight times as much
+/// \param tolerance largest difference of each channel, 0 to 255; below 0 only the seed is selected. The
+///        blue of 16-bit frames is compared unscaled, 0 to 31, so that it tolerates eight times as much
 /// \param canvas size of the canvas in pixels
 /// \return the region in canvas coordinates, or null when memory runs out or an argument is unusable
 DIBKIT_API HRGN MagicWandRegion(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position,
@@ -131,11 +131,12 @@ DIBKIT_API int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, co
 /// (A x opacity + under x (256 - opacity)) / 256 for each channel. Where only B shows it shows as it is.
 /// \param positionA,positionB canvas coordinates of the frames' top-left pixels
 /// \param colour a COLORREF; its top byte is ignored
-/// \param opacity weight of frame A, 0 to 256; above 256 it is not clamped, the low byte of each result
-/// stands \param canvas size of the canvas in pixels, to which the result is cut \param outImage receives the
-/// smallest image that holds both frames' parts on the canvas, possibly 0 x 0 \param outMask receives the
-/// mask of what neither frame shows, or null when there is no such pixel \param outPosition receives the
-/// image's place on the canvas
+/// \param opacity weight of frame A, 0 to 256; above 256 it is not clamped, the low byte of each channel
+///        stands
+/// \param canvas size of the canvas in pixels, to which the result is cut
+/// \param outImage receives the smallest image that holds both frames, cut to the canvas, possibly 0 x 0
+/// \param outMask receives the mask of what neither frame shows, or null when there is no such pixel
+/// \param outPosition receives the image's place on the canvas
 DIBKIT_API int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
                                   BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
                                   DWORD colour, WORD opacity, const SIZE& canvas, BITMAPINFOHEADER** outImage,
@@ -159,18 +160,21 @@ DIBKIT_API int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWO
                             BITMAPINFOHEADER** outMask);
 
 /// Tints the four-connected area of opaque pixels near a target colour that touches a seed. The seed itself
-/// is always tinted, whatever its colour or transparency. \param mask may be null \param seed in the frame's
-/// coordinates, inside the frame \param outImage receives the image, of the frame's size \param outMask
-/// receives a copy of the mask, or null without one \return 1, also with both images null when only the copy
-/// of the mask could not be had; 0 when memory runs out
-///         before, or an argument is unusable
+/// is always tinted, whatever its colour or transparency.
+/// \param mask may be null
+/// \param seed in the frame's coordinates, inside the frame
+/// \param outImage receives the image, of the frame's size
+/// \param outMask receives a copy of the mask, or null without one
+/// \return 1, also with both images null when only the copy of the mask could not be had; 0 when memory runs
+///         out before, both pointers then left alone or null, or when an argument is unusable
 DIBKIT_API int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
                                    int percent, int tolerance, const POINT& seed, BITMAPINFOHEADER** outImage,
                                    BITMAPINFOHEADER** outMask);
 
 /// Places a frame on its canvas and makes the transparent area around a seed opaque, in the fill colour mixed
 /// with white, then cuts off what is still transparent at the edges.
-/// \param mask may be null; needs a white palette entry, which marks the canvas beside the frame
+/// \param mask may be null; of the frame's size, with a white palette entry, which marks the canvas beside
+///        the frame
 /// \param position canvas coordinates of the frame's top-left pixel
 /// \param canvas size of the canvas in pixels
 /// \param percent share of the fill colour in the mixture: 0 paints white, 100 the fill colour
@@ -179,14 +183,17 @@ DIBKIT_API int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* ma
 /// \param outImage receives the image: what InflateDib makes of the frame, cut
 /// \param outMask receives its mask; null only when something was cut and the rest is wholly opaque
 /// \param outPosition receives the image's place on the canvas
-/// \return 1; 0 when memory runs out or an argument is unusable
+/// \return 1; 0 when an argument is unusable or memory runs out, in the middle of the fill with null images
+/// and
+///         the frame's position written
 DIBKIT_API int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position,
                             const SIZE& canvas, DWORD fill, int percent, int reserved, const POINT& seed,
                             BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition);
 
 /// Grows a frame by margins in a colour, which also replaces its transparent pixels; the result is opaque. A
 /// palette without the colour gets one entry more, where it is full with a greater depth: 1 to 4, 4 to 8, 8
-/// to 24 bits. 16-bit pixels lose their unused bit, 32-bit ones their fourth byte. \param mask may be null
+/// to 24 bits. 16-bit pixels lose their unused bit, 32-bit ones their fourth byte.
+/// \param mask may be null
 /// \param left,top,right,bottom margins in pixels; negative ones cut
 /// \return the new image; null for a null frame, a negative size, or when memory runs out
 DIBKIT_API BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD fill, int left,
@@ -197,6 +204,7 @@ DIBKIT_API BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADE
 /// \param width,height of the image in pixels
 /// \param rect right and bottom exclusive; an empty one sets all
 DIBKIT_API void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect);
+/// @}
 
 /// \name Painting
 /// Strokes and shapes as small pictures. Coordinates are the canvas's; the out position is where the
@@ -209,7 +217,7 @@ DIBKIT_API void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RE
 /// \param penWidth in pixels; up to 1 a line of single pixels
 /// \param roundEnds 0 for square ends
 /// \return a new 1-bit image of the box's size, palette black and white; null for an empty box, a picture of
-///     another depth, or when memory runs out
+///         another depth, or when memory runs out
 DIBKIT_API BITMAPINFOHEADER* PaintLineOnPic(BITMAPINFOHEADER* picture, const RECT& box, const POINT& from,
                                             const POINT& to, int penWidth, int roundEnds);
 
@@ -218,8 +226,8 @@ DIBKIT_API BITMAPINFOHEADER* PaintLineOnPic(BITMAPINFOHEADER* picture, const REC
 /// \param bounds what the picture is cut to
 /// \param points corners of the line; a single one draws nothing
 /// \param[out] position may be null
-/// \return a new 1-bit image, palette black and white; null when nothing lies in the bounds or memory runs
-/// out
+/// \return a new 1-bit image, palette black and white; null when nothing lies in the bounds or memory
+///         runs out
 DIBKIT_API BITMAPINFOHEADER* PaintLineOnPic2(const RECT& bounds, POINT* points, int count, int penWidth,
                                              int roundEnds, POINT* position);
 

@@ -73,8 +73,8 @@ class BlockRow {
 };
 
 /// Blocks are averaged over (n + 1) x (n + 1) pixels on purpose, one column and row into their right and
-/// lower neighbours. Of two blocks that meet, the later one shows: pixel (x, y) belongs to block (x / n, y /
-/// n).
+/// lower neighbours. Of two blocks that meet, the later one shows, so that pixel (x, y) has the colour of
+/// block (x / n, y / n).
 OwnedDib mosaic32(const ConstView& source, int blockSize) {
   const int size = std::min({blockSize, source.width(), source.height()});
   if (!source || size < 1) return nullptr;
