@@ -71,7 +71,7 @@ TEST(InflateDibAndExpandDIB, PlaceFramesOfEveryDepth) {
     ASSERT_EQ(padded.mask->biHeight, area.bottom);
     ASSERT_EQ(padded.image->biClrUsed, a.dib->biClrUsed);
     const DWORD exact = a.dib->biBitCount == 16 ? 0xF8F8F8 : 0xFFFFFF;
-    const DWORD shown = ((fill & 255) << 16 | (fill & 0xFF00) | (fill >> 16 & 255)) & exact;
+    const DWORD shown = test::swapped(fill) & exact;
     test::forEachPixel(area, [&](int x, int y) {
       const bool own = a.shows(x, y);
       ASSERT_EQ(test::colourAt(inflated, x, y), own ? a.colour(x, y) : shown) << "round " << round;

@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <functional>
 #include <new>
 
@@ -7,20 +8,32 @@
 
 namespace {
 
-/// How many more image blocks can be had before one cannot; below 0 all can.
-int blocksLeft = -1;
+/// How many more image blocks, and how many more blocks of any other kind, can be had before one cannot;
+/// below 0 all can. And the largest that can be had at all.
+int imagesLeft = -1;
+int othersLeft = -1;
+std::size_t largest = SIZE_MAX;
+
+bool spent(int& left) { return left >= 0 && --left < 0; }
 
 }  // namespace
 
 /// Every image block comes from here.
 void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
-  if (blocksLeft >= 0 && --blocksLeft < 0) return nullptr;
+  if (spent(imagesLeft)) return nullptr;
   try {
     return ::operator new[](bytes);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
 }
+void* operator new(std::size_t bytes) {
+  void* block = spent(othersLeft) || bytes > largest ? nullptr : std::malloc(bytes);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 
 namespace {
 
@@ -85,11 +98,63 @@ TEST(OutOfMemory, EndsEveryOperationAsItIsTold) {
   for (const Expectation& expectation : cases) {
     for (std::size_t i = 0; i < expectation.results.size(); ++i) {
       const bool enough = i + 1 == expectation.results.size();
-      blocksLeft = enough ? -1 : static_cast<int>(i);
+      imagesLeft = enough ? -1 : static_cast<int>(i);
       const Given got = test::given(expectation.run);
-      blocksLeft = -1;
+      imagesLeft = -1;
       EXPECT_EQ(kindOf(got), expectation.results[i]) << expectation.name << " at block " << i;
     }
+  }
+}
+
+/// Once pixels are reached, a walk whose work list cannot grow leaves null images and the frame's position.
+TEST(OutOfMemory, LeavesAPlaceButNoImagesInTheMiddleOfABackground) {
+  const OwnedDib frame = test::image(1, 1, 24);
+  bool begun = false;
+  for (int others = 0;; ++others) {
+    BITMAPINFOHEADER *image = frame.get(), *mask = frame.get();
+    POINT position{-77, -77};
+    othersLeft = others;
+    const int result =
+        ExtFillBkgnd(frame.get(), nullptr, {1, 1}, {2, 2}, 0, 9, 0, {0, 0}, &image, &mask, &position);
+    othersLeft = -1;
+    if (result != 0) {
+      const OwnedDib givenImage(image), givenMask(mask);
+      EXPECT_TRUE(position.x == 0 && position.y == 0);
+      break;
+    }
+    const bool untouched = image == frame.get() && mask == frame.get() && position.x == -77;
+    const bool left = image == nullptr && mask == nullptr && position.x == 1 && position.y == 1;
+    ASSERT_TRUE(left || (untouched && !begun)) << others;
+    begun = left;
+  }
+  EXPECT_TRUE(begun);
+}
+
+TEST(FramesWithoutPixels, NeedNoMemory) {
+  for (const auto& [width, height] : {std::pair{INT32_MAX, 0}, {0, INT32_MAX}}) {
+    const OwnedDib frame = test::image(width, height, 8), mask = test::newMask(width, height);
+    BITMAPINFOHEADER *a = frame.get(), *m = mask.get();
+    largest = 1 << 20;
+    const Given blended =
+        test::given([&](auto image, auto out, POINT*) { return AlphaBlendByColor(a, m, 0, 9, image, out); });
+    const Given merged = test::given([&](auto image, auto out, POINT* at) {
+      return MergeFrames(a, m, {0, 0}, a, m, {0, 0}, image, out, at);
+    });
+    const Given filled =
+        test::given([&](auto image, auto out, POINT*) { return ExtFillFrame(a, m, 0, 0, 9, 9, image, out); });
+    const OwnedDib clean(RemoveNoiseDIB(a, m, nullptr));
+    int left = -1, top = -1, right = -1, bottom = -1;
+    CaclOpaqueBoundary(m, &left, &top, &right, &bottom);
+    const int same = CompareFrame(a, m, a, m);
+    largest = SIZE_MAX;
+    for (const OwnedDib* image : {&blended.image, &filled.image, &clean}) {
+      ASSERT_TRUE(*image);
+      EXPECT_TRUE((*image)->biWidth == width && (*image)->biHeight == height);
+    }
+    EXPECT_TRUE(merged.image && merged.image->biWidth == 0);
+    EXPECT_TRUE(left == width && top == height && right == width && bottom == height);
+    EXPECT_EQ(CalcOpacityAreaRgn(m), nullptr);
+    EXPECT_EQ(same, 1);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "frames/frames.h"
 #include "platform/surface.h"
+#include "support/bitmap_regions.h"
 
 namespace {
 
@@ -62,15 +63,10 @@ TEST(PaintLineOnPic, EqualsEveryRecordedCase) {
 void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POINT& position) {
   const test::RecordedPixels drawn(recorded);
   const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
-  RECT visible{drawn.width, drawn.height, 0, 0};
   const auto at = [&](int x, int y) { return drawn.pixels[static_cast<std::size_t>(y * drawn.width + x)]; };
-  for (int y = 0; y < drawn.height; ++y) {
-    for (int x = 0; x < drawn.width; ++x) {
-      if (at(x, y) == 0xFFFFFF) continue;
-      visible = {std::min<LONG>(visible.left, x), std::min<LONG>(visible.top, y),
-                 std::max<LONG>(visible.right, x + 1), std::max<LONG>(visible.bottom, y + 1)};
-    }
-  }
+  const test::Bitmap notWhite(drawn.width, drawn.height, [&](int x, int y) { return at(x, y) != 0xFFFFFF; });
+  RECT visible;
+  GetRgnBox(notWhite.region().get(), &visible);
   if (visible.right == 0) {
     EXPECT_EQ(shape, nullptr);
     EXPECT_TRUE(position.x == box.left && position.y == box.top);
@@ -129,20 +125,6 @@ TEST(PaintShapeOnPic, EqualsEveryRecordedCase) {
                 {{"ellipse", recordedShape}, {"roundrect", recordedShape}, {"polygon", recordedPolygon}}),
             expected);
   EXPECT_EQ(reversedOutOfSight, 21);
-}
-
-TEST(PaintLineOnPic2, IsTheReverseOfPaintLineOnPic) {
-  POINT points[] = {{2, 3}, {9, 6}};
-  POINT position;
-  const OwnedDib line(PaintLineOnPic2({-50, -50, 50, 50}, points, 2, 4, 1, &position));
-  ASSERT_NE(line, nullptr);
-  EXPECT_TRUE(position.x == 2 - 12 && position.y == 3 - 12);
-  EXPECT_TRUE(line->biWidth == 7 + 24 && line->biHeight == 3 + 24);
-  const RECT box{position.x, position.y, position.x + line->biWidth, position.y + line->biHeight};
-  const OwnedDib white(PaintLineOnPic(nullptr, box, points[0], points[1], 4, 1));
-  std::vector<DWORD> reversed = test::pixelsOf(white);
-  for (DWORD& pixel : reversed) pixel = 1 - pixel;
-  EXPECT_EQ(test::pixelsOf(line), reversed);
 }
 
 TEST(PaintOnPic, TakesAnyArgument) {

@@ -2,12 +2,36 @@
 
 #include "convert/convert.h"
 #include "frames/frames.h"
-#include "support/images.h"
+#include "support/bitmap_regions.h"
 
 /// Random frames on a canvas, the plain way to look at them, and pictures made one pixel at a time.
 namespace test {
 
 constexpr int channel(DWORD colour, int shift) { return static_cast<int>(colour >> shift & 255); }
+
+/// The COLORREF's bytes as 0xRRGGBB, and back.
+constexpr DWORD swapped(DWORD colour) {
+  return (colour & 255) << 16 | (colour & 0xFF00) | (colour >> 16 & 255);
+}
+
+/// rule(top, under) for each channel of two colours, its low byte.
+template <class Rule>
+DWORD mixed(DWORD top, DWORD under, Rule&& rule) {
+  DWORD result = 0;
+  for (const int shift : {0, 8, 16}) {
+    result |= static_cast<DWORD>(rule(channel(top, shift), channel(under, shift)) & 255) << shift;
+  }
+  return result;
+}
+inline DWORD wordBlend(DWORD top, DWORD under, int w) {
+  return mixed(top, under, [w](int t, int u) { return (t * w + u * 256 - u * w) >> 8; });
+}
+inline bool nearby(DWORD a, DWORD b, int tolerance) {
+  bool all = true;
+  for (const int shift : {0, 8, 16})
+    all = all && std::abs(channel(a, shift) - channel(b, shift)) <= tolerance;
+  return all;
+}
 
 /// Calls use(x, y) for the pixels of a rectangle in reading order.
 template <class Use>
@@ -15,6 +39,22 @@ void forEachPixel(const RECT& box, Use&& use) {
   for (int y = box.top; y < box.bottom; ++y) {
     for (int x = box.left; x < box.right; ++x) use(x, y);
   }
+}
+
+/// The pixels that steps in four directions reach from a seed, which counts whatever it is.
+template <class Matches>
+Bitmap reachedFrom(POINT seed, int width, int height, Matches&& matches) {
+  Bitmap reached(width, height);
+  std::vector<POINT> work{seed};
+  while (!work.empty()) {
+    const int x = work.back().x, y = work.back().y;
+    work.pop_back();
+    if (x < 0 || y < 0 || x >= width || y >= height || reached.at(x, y)) continue;
+    if (!matches(x, y) && (x != seed.x || y != seed.y)) continue;
+    reached.set(x, y, true);
+    for (const POINT& next : {POINT{x, y + 1}, {x + 1, y}, {x, y - 1}, {x - 1, y}}) work.push_back(next);
+  }
+  return reached;
 }
 
 inline bool marked(const OwnedDib& mask, int x, int y) { return mask && pixel(mask, x, y) != 0; }

@@ -8,15 +8,12 @@ using dibkit::OwnedDib;
 using dibkit::OwnedRegion;
 using test::Shot;
 
-/// The pixels of a region inside width x height; the region must have no others.
-std::vector<bool> pixelsIn(HRGN region, int width, int height) {
-  std::vector<bool> pixels;
-  test::forEachPixel({0, 0, width, height},
-                     [&](int x, int y) { pixels.push_back(PtInRegion(region, x, y) != 0); });
+/// The pixels of a region, which must have none outside width x height.
+test::Bitmap pixelsIn(const OwnedRegion& region, int width, int height) {
   RECT box;
-  GetRgnBox(region, &box);
+  GetRgnBox(region.get(), &box);
   EXPECT_TRUE(box.left >= 0 && box.top >= 0 && box.right <= width && box.bottom <= height);
-  return pixels;
+  return test::bitmapOf(region.get(), width, height);
 }
 
 TEST(CalcOpacityAreaRgn, HoldsExactlyTheOpaquePixels) {
@@ -25,11 +22,10 @@ TEST(CalcOpacityAreaRgn, HoldsExactlyTheOpaquePixels) {
     const int width = 1 + test::below(random, 140), height = 1 + test::below(random, 12);
     const OwnedDib mask = test::randomMask(width, height, round % 4 * 33, random);
     const OwnedRegion region(CalcOpacityAreaRgn(mask.get()));
-    std::vector<bool> expected;
-    for (const DWORD bit : test::pixelsOf(mask)) expected.push_back(bit == 0);
-    ASSERT_EQ(region == nullptr, std::count(expected.begin(), expected.end(), true) == 0);
+    const test::Bitmap expected(width, height, [&](int x, int y) { return !test::marked(mask, x, y); });
+    ASSERT_EQ(region == nullptr, expected == test::Bitmap(width, height));
     if (region) {
-      ASSERT_EQ(pixelsIn(region.get(), width, height), expected) << width << "x" << height;
+      ASSERT_EQ(pixelsIn(region, width, height), expected) << width << "x" << height;
     }
   }
   EXPECT_EQ(CalcOpacityAreaRgn(nullptr), nullptr);
@@ -90,28 +86,13 @@ TEST(MagicWandRegion, EqualsThePlainWalkOnTheCanvas) {
     const bool opaque = frame.shows(seed.x, seed.y);
     const DWORD centre = opaque ? compared(seed.x, seed.y) : 0;
     const auto qualifies = [&](int x, int y) {
-      bool nearby = frame.shows(x, y) == opaque;
-      for (int shift = 0; nearby && opaque && shift < 24; shift += 8) {
-        nearby = std::abs(test::channel(compared(x, y), shift) - test::channel(centre, shift)) <= tolerance;
-      }
-      return nearby;
+      return frame.shows(x, y) == opaque && (!opaque || test::nearby(compared(x, y), centre, tolerance));
     };
-    std::vector<bool> selected(static_cast<std::size_t>(canvas.cx * canvas.cy));
-    std::vector<POINT> work{seed};
-    while (!work.empty()) {
-      const POINT p = work.back();
-      work.pop_back();
-      if (p.x < 0 || p.y < 0 || p.x >= canvas.cx || p.y >= canvas.cy) continue;
-      const auto index = static_cast<std::size_t>(p.y * canvas.cx + p.x);
-      if (selected[index] || (!qualifies(p.x, p.y) && (p.x != seed.x || p.y != seed.y))) continue;
-      selected[index] = true;
-      for (const POINT& step : {POINT{0, 1}, {1, 0}, {0, -1}, {-1, 0}})
-        work.push_back({p.x + step.x, p.y + step.y});
-    }
     const OwnedRegion region(
         MagicWandRegion(frame.dib.get(), frame.mask.get(), frame.at, seed, tolerance, canvas));
-    ASSERT_TRUE(region);
-    ASSERT_EQ(pixelsIn(region.get(), canvas.cx, canvas.cy), selected) << "round " << round;
+    ASSERT_EQ(pixelsIn(region, canvas.cx, canvas.cy),
+              test::reachedFrom(seed, canvas.cx, canvas.cy, qualifies))
+        << "round " << round;
   }
 }
 
@@ -119,8 +100,8 @@ TEST(MagicWandRegion, TakesAnyNumbers) {
   const OwnedDib frame = test::imageOf(2, 1, 24, {0x000000, 0xFFFFFF});
   const auto count = [&](POINT position, int tolerance) {
     const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, position, {0, 0}, tolerance, {2, 1}));
-    const std::vector<bool> selected = pixelsIn(region.get(), 2, 1);
-    return std::count(selected.begin(), selected.end(), true);
+    const test::Bitmap selected = pixelsIn(region, 2, 1);
+    return selected.at(0, 0) + selected.at(1, 0);
   };
   EXPECT_EQ(count({0, 0}, INT32_MAX), 2);
   EXPECT_EQ(count({0, 0}, 255), 2);
@@ -138,7 +119,7 @@ TEST(MagicWandRegion, ToleratesEightTimesTheBlueOfSixteenBits) {
   // Blue 2 of 31 is 16 of 255 but compares as 2; green 2 of 31 compares as 16.
   const OwnedDib frame = test::imageOf(4, 1, 16, {0x0040, 0x0000, 0x0002, 0x0003});
   const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, {0, 0}, {1, 0}, 2, {4, 1}));
-  EXPECT_EQ(pixelsIn(region.get(), 4, 1), (std::vector<bool>{false, true, true, false}));
+  EXPECT_EQ(pixelsIn(region, 4, 1), test::Bitmap(4, 1, [](int x, int) { return x == 1 || x == 2; }));
 }
 
 }  // namespace
