@@ -140,4 +140,8 @@ Result withFormat(int bitCount, Result otherwise, Use&& use) {
   }
 }
 
+inline bool hasFormat(int bitCount) {
+  return withFormat(bitCount, false, [](auto) { return true; });
+}
+
 }  // namespace dibkit

@@ -27,14 +27,11 @@ struct Cut {
 
 OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const Cut& cut) {
   const int bitCount = source.bitCount();
-  const int clrUsed = bitCount <= 8 ? static_cast<int>(dib->biClrUsed) : 0;
-  const bool hasFormat = withFormat(bitCount, false, [](auto) { return true; });
-  OwnedDib piece = createDib(cut.width(), cut.height(), bitCount, clrUsed,
-                             cut.whole() && hasFormat ? Pixels::unwritten : Pixels::cleared);
+  // Pixels of a depth without format stay 0: only header, palette and mask of such a frame can be cut.
+  OwnedDib piece = createDib(cut.width(), cut.height(), bitCount, static_cast<int>(dib->biClrUsed),
+                             cut.whole() && hasFormat(bitCount) ? Pixels::unwritten : Pixels::cleared);
   if (!piece) return nullptr;
   copyPalette(dib, piece.get());
-  // Pixels of an unknown depth stay 0: only header, palette and mask of such a frame can be cut.
-  if (!hasFormat) return piece;
   const View target(piece.get());
   for (int y = 0; y < cut.overlap.height; ++y) {
     copyPixels(bitCount, source.row(cut.inSource().y + y), cut.inSource().x, cut.overlap.width,

@@ -48,8 +48,7 @@ void unpackTransparency(const BYTE* maskRow, int x, int count, BYTE* flags) {
 FrameDifference::FrameDifference(const Frame& a, const Frame& b)
     : a_(a),
       b_(b),
-      sameFormat_(a.bitCount() == b.bitCount() &&
-                  withFormat(a.bitCount(), false, [](auto) { return true; }) &&
+      sameFormat_(a.bitCount() == b.bitCount() && hasFormat(a.bitCount()) &&
                   (a.bitCount() > 8 || sameColours(a.palette(), b.palette(), a.bitCount()))) {}
 
 /// Whether the stored pixels tell without decoding that all colours are the same.
