@@ -58,40 +58,34 @@ int kindOf(const Given& got) {
 TEST(OutOfMemory, EndsEveryOperationAsItIsTold) {
   const OwnedDib frame = test::imageOf(2, 1, 24, {1, 2});
   const OwnedDib mask = test::imageOf(2, 1, 1, {0, 1}, {0, 0xFFFFFF});
+  BITMAPINFOHEADER *f = frame.get(), *m = mask.get();
   const POINT origin{0, 0};
   const dibkit::OwnedRegion region(CreateRectRgn(0, 0, 2, 1));
   // The frame's image, its reduction, the mask.
   const Expectation cases[] = {
       {"AlphaBlendByColor",
-       [&](auto image, auto out, POINT*) {
-         return AlphaBlendByColor(frame.get(), mask.get(), 0, 9, image, out);
-       },
+       [&](auto image, auto out, POINT*) { return AlphaBlendByColor(f, m, 0, 9, image, out); },
        {0, 2, 3, 1}},
       {"MergeFrames",
-       [&](auto image, auto out, POINT* position) {
-         return MergeFrames(frame.get(), mask.get(), origin, frame.get(), mask.get(), origin, image, out,
-                            position);
+       [&](auto image, auto out, POINT* at) {
+         return MergeFrames(f, m, origin, f, m, origin, image, out, at);
        },
        {0, 0, 2, 1}},
       {"ExtFillFrame",
-       [&](auto image, auto out, POINT*) {
-         return ExtFillFrame(frame.get(), mask.get(), 0, 0, 9, 9, image, out);
-       },
+       [&](auto image, auto out, POINT*) { return ExtFillFrame(f, m, 0, 0, 9, 9, image, out); },
        {0, 2, 0, 1}},
       // A mask that cannot be copied takes the image along and leaves the result at 1.
       {"ExtFillAdjacentArea",
        [&](auto image, auto out, POINT*) {
-         return ExtFillAdjacentArea(frame.get(), mask.get(), 0, 0, 9, 9, origin, image, out);
+         return ExtFillAdjacentArea(f, m, 0, 0, 9, 9, origin, image, out);
        },
        {0, 0, 4, 1}},
       {"CropFrame",
-       [&](auto image, auto out, POINT*) {
-         return CropFrame(frame.get(), mask.get(), region.get(), image, out);
-       },
+       [&](auto image, auto out, POINT*) { return CropFrame(f, m, region.get(), image, out); },
        {0, 0, 0, 1}},
       {"ExtFillBkgnd",
-       [&](auto image, auto out, POINT* position) {
-         return ExtFillBkgnd(frame.get(), mask.get(), origin, {2, 1}, 0, 9, 0, origin, image, out, position);
+       [&](auto image, auto out, POINT* at) {
+         return ExtFillBkgnd(f, m, origin, {2, 1}, 0, 9, 0, origin, image, out, at);
        },
        {0, 0, 1}},
   };

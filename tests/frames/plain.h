@@ -41,22 +41,6 @@ void forEachPixel(const RECT& box, Use&& use) {
   }
 }
 
-/// The pixels that steps in four directions reach from a seed, which counts whatever it is.
-template <class Matches>
-Bitmap reachedFrom(POINT seed, int width, int height, Matches&& matches) {
-  Bitmap reached(width, height);
-  std::vector<POINT> work{seed};
-  while (!work.empty()) {
-    const int x = work.back().x, y = work.back().y;
-    work.pop_back();
-    if (x < 0 || y < 0 || x >= width || y >= height || reached.at(x, y)) continue;
-    if (!matches(x, y) && (x != seed.x || y != seed.y)) continue;
-    reached.set(x, y, true);
-    for (const POINT& next : {POINT{x, y + 1}, {x + 1, y}, {x, y - 1}, {x - 1, y}}) work.push_back(next);
-  }
-  return reached;
-}
-
 inline bool marked(const OwnedDib& mask, int x, int y) { return mask && pixel(mask, x, y) != 0; }
 
 /// The colour of a frame's pixel, 0xRRGGBB.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "support/images.h"
@@ -74,6 +75,25 @@ class Bitmap {
   int height_;
   std::vector<bool> bits_;
 };
+
+/// What a four-connected walk reaches, one pixel at a time: the seed, whatever it holds, and from there every
+/// pixel that enter(x, y) lets in.
+template <class Enter>
+Bitmap reachedFrom(const POINT& seed, int width, int height, Enter&& enter) {
+  Bitmap reached(width, height);
+  std::vector<std::pair<int, int>> work{{seed.x, seed.y}};
+  while (!work.empty()) {
+    const auto [x, y] = work.back();
+    work.pop_back();
+    if (reached.at(x, y)) continue;
+    reached.set(x, y, true);
+    for (const auto& [nextX, nextY] : {std::pair{x, y + 1}, {x + 1, y}, {x, y - 1}, {x - 1, y}}) {
+      const bool inside = nextX >= 0 && nextX < width && nextY >= 0 && nextY < height;
+      if (inside && !reached.at(nextX, nextY) && enter(nextX, nextY)) work.emplace_back(nextX, nextY);
+    }
+  }
+  return reached;
+}
 
 /// The region's pixels, rows and columns, asked one by one.
 inline Bitmap bitmapOf(HRGN region, int width, int height) {
