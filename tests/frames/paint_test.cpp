@@ -24,15 +24,16 @@ void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
   EXPECT_EQ(line->biBitCount, 1);
   EXPECT_EQ(line->biWidth, expected.width);
   EXPECT_EQ(test::pixelsOf(line), expected.pixels);
-  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<std::int64_t>{0, 0xFFFFFF}));
+  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<DWORD>{0, 0xFFFFFF}));
 }
 
 void recordedLine(const GoldenCase& recorded) {
   const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers(), 0);
-  const OwnedDib picture = recorded.find("picture") != nullptr ? test::dibOf(recorded, "picture") : nullptr;
+  std::vector<BYTE> picture = test::recordedDib(recorded, "picture");
   expectStroke(recorded,
-               OwnedDib(PaintLineOnPic(picture.get(), test::rectOf(recorded.at("rect").numbers(), 0), ends[0],
-                                       ends[1], number(recorded, "pen"), number(recorded, "pen", 1))));
+               OwnedDib(PaintLineOnPic(picture.empty() ? nullptr : test::dibOf(picture),
+                                       test::rectOf(recorded.at("rect").numbers(), 0), ends[0], ends[1],
+                                       number(recorded, "pen"), number(recorded, "pen", 1))));
 }
 
 void recordedPolyline(const GoldenCase& recorded) {
@@ -76,7 +77,7 @@ void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POIN
   EXPECT_TRUE(position.x == box.left + visible.left && position.y == box.top + visible.top);
   EXPECT_EQ(shape->biBitCount, 4);
   EXPECT_EQ(shape->biClrUsed, 3u);
-  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<std::int64_t>{0, 0xFF0000, 0xFFFFFF}));
+  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<DWORD>{0, 0xFF0000, 0xFFFFFF}));
   ASSERT_EQ(shape->biWidth, visible.right - visible.left);
   ASSERT_EQ(shape->biHeight, visible.bottom - visible.top);
   std::vector<DWORD> indexes;
