@@ -41,10 +41,12 @@ struct Scan {
 /// Rows from the top that are the same, for frames of one position and width.
 Scan sameTopRows(const Pair& pair) {
   const int width = pair.reference.width();
-  const int common = std::min(pair.reference.height(), pair.next.height());
-  int y = width == 0 ? common : 0;  // rows without pixels are all the same
+  const int height = pair.reference.height();
+  if (width == 0) return {height, false};  // no pixel is looked at
+  const int common = std::min(height, pair.next.height());
+  int y = 0;
   while (y < common && pair.difference.first({0, y, 0, y}, width) == width) ++y;
-  return {y, y == common && common < pair.reference.height() && width > 0};
+  return {y, y == common && common < height};
 }
 
 /// Rows from the bottom up to `top` that are the same over the columns [left, end), for frames of one

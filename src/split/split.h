@@ -28,18 +28,18 @@ class DIBKIT_API CSpiltEmbededDIB {
 
   /// \return 1 when both frames end at the same corner of the canvas and have one width or one height, else 0
   int IsCanSpilt() const;
-  /// \return 1 when nothing differs, so that there is no piece to cut; else 0
+  /// \return 1 when the same columns at the left or the same rows at the top are the whole new frame, so that
+  ///     there is no piece to cut; else 0
   int IsEqual() const;
 
   /// Cuts the changed rectangle.
   /// \param outMask receives the piece's mask, or null when it is wholly opaque
   /// \param outPosition receives the piece's place on the canvas
   /// \param outSameFound set to 1 when a pixel of the piece has the reference frame's colour, else left
-  /// alone:
-  ///        the caller clears it first; may be null
+  ///     alone: the caller clears it first; may be null
   /// \return 1; 0 with nothing written when a pixel turned from opaque to transparent, which no piece laid
-  /// over the
-  ///         reference frame can show, when the piece has no width or height, or when memory runs out
+  ///     over the reference frame can show, when the piece has no width or height, when the frame is not of
+  ///     the splitter's depth, or when memory runs out
   int SplitOpacity(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                    int* outSameFound) const;
   /// The same with the pixels that have the reference frame's colour made transparent.
@@ -50,13 +50,14 @@ class DIBKIT_API CSpiltEmbededDIB {
  protected:
   /// Counts the same columns and rows at the left and top edges: rows first, then columns over the rows that
   /// are left. Rows are counted only for frames of one position and width, columns for one position and
-  /// height. \return 1 when there are any; 0 when not, or as soon as a point of the reference frame lies
-  /// outside the new
-  ///         one, the counts so far standing
+  /// height.
+  /// \return 1 when there are any; 0 when not, or as soon as a point of the reference frame lies outside the
+  ///     new one, the counts so far standing
   int CalcBoundaryTopLeftInfo(int* left, int* top) const;
   /// Counts the same columns and rows at the right and bottom edges in what the counts at left and top leave:
   /// columns first. Columns are counted only for frames of one right edge, top and height, rows for one
-  /// position and width. \return as for CalcBoundaryTopLeftInfo
+  /// position and width.
+  /// \return as for CalcBoundaryTopLeftInfo
   int CalcBoundaryBottomRightInfo(int left, int top, int* right, int* bottom);
 
  public:

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "frames/plain.h"
+#include "support/palettes.h"
 
 namespace {
 
@@ -77,9 +78,10 @@ struct Scene {
     const RECT box = next.box();
     const RECT area{box.left + left, box.top + top, box.right - right, box.bottom - bottom};
     if (IsRectEmpty(&area)) return {};
-    OwnedDib indexes(CBitmapCreator::CreateDibImage(area.right - area.left, area.bottom - area.top, 8,
-                                                    static_cast<int>(next.dib->biClrUsed)));
-    if (indexed) std::memcpy(indexes.get() + 1, next.dib.get() + 1, GetDIBPaletteSize(next.dib.get()) * 4);
+    OwnedDib indexes;
+    if (indexed) {
+      indexes = test::image(area.right - area.left, area.bottom - area.top, 8, test::entriesOf(next.dib));
+    }
     test::PlainPicture picture(area);
     bool lost = false, found = false;
     test::forEachPixel(area, [&](int x, int y) {
@@ -194,22 +196,13 @@ TEST(Splitters, EndAScanAtAPointOutsideTheNewFrame) {
   EXPECT_GT(outside, 50);
 }
 
-/// Notes the calls that reach the one virtual operation.
-struct Counting : CSpiltEmbededDIB {
-  mutable std::vector<std::pair<int, bool>> calls;
-  int CropEmbededDIB(BITMAPINFOHEADER**, BITMAPINFOHEADER**, POINT*, int makeSame,
-                     int* found) const override {
-    calls.emplace_back(makeSame, found != nullptr);
-    return 42;
-  }
-};
-
-TEST(Splitters, SplitThroughTheVirtualOperation) {
-  const Counting counting;
-  int found = 0;
-  EXPECT_EQ(counting.SplitOpacity(nullptr, nullptr, nullptr, &found), 42);
-  EXPECT_EQ(counting.SplitTransparency(nullptr, nullptr, nullptr, &found), 42);
-  EXPECT_EQ(counting.calls, (std::vector<std::pair<int, bool>>{{0, true}, {1, false}}));
+TEST(Splitters, CountRowsWithoutPixelsAsSame) {
+  const OwnedDib high = test::image(0, INT32_MAX, 8), low = test::image(0, 3, 8);
+  Opened<CSpiltEmbededDIB> splitter;
+  splitter.Reset(high.get(), nullptr, {0, 0}, low.get(), nullptr, {0, 0});
+  int left = -1, top = -1;
+  EXPECT_EQ(splitter.CalcBoundaryTopLeftInfo(&left, &top), 1);
+  EXPECT_EQ(std::pair(left, top), std::pair(0, INT32_MAX));
 }
 
 TEST(Splitters, StartEmptyCopyEverythingAndRefuseWhatCannotBe) {
@@ -237,20 +230,17 @@ TEST(Splitters, StartEmptyCopyEverythingAndRefuseWhatCannotBe) {
 TEST(Splitters, LieInMemoryAsHostsExpect) {
   static_assert(sizeof(CSpiltEmbededDIBEx) == sizeof(CSpiltEmbededDIB));
   const CSpiltEmbededDIB splitter;
-  const auto offset = [&](const void* field) {
-    return static_cast<const char*>(field) - reinterpret_cast<const char*>(&splitter);
+  std::size_t expected = sizeof(void*);  // after the pointer to the virtual table
+  const auto follows = [&](const auto& field) {
+    const auto* start = reinterpret_cast<const char*>(&splitter);
+    EXPECT_EQ(reinterpret_cast<const char*>(&field), start + expected);
+    expected += sizeof(field);
   };
-  const auto pointer = static_cast<std::ptrdiff_t>(sizeof(void*));
-  EXPECT_EQ(offset(&splitter.m_pRefDIB), pointer);  // after the pointer to the virtual table
-  EXPECT_EQ(offset(&splitter.m_pRefMask), 2 * pointer);
-  EXPECT_EQ(offset(&splitter.m_pNewDIB), 3 * pointer);
-  EXPECT_EQ(offset(&splitter.m_pNewMask), 4 * pointer);
-  EXPECT_EQ(offset(&splitter.m_ptRef), 5 * pointer);
-  EXPECT_EQ(offset(&splitter.m_ptNew), 5 * pointer + 8);
-  EXPECT_EQ(offset(&splitter.m_nLeftSame), 5 * pointer + 16);
-  EXPECT_EQ(offset(&splitter.m_nTopSame), 5 * pointer + 20);
-  EXPECT_EQ(offset(&splitter.m_nRightSame), 5 * pointer + 24);
-  EXPECT_EQ(offset(&splitter.m_nBottomSame), 5 * pointer + 28);
+  const auto follow = [&](const auto&... fields) { (follows(fields), ...); };
+  follow(splitter.m_pRefDIB, splitter.m_pRefMask, splitter.m_pNewDIB, splitter.m_pNewMask, splitter.m_ptRef,
+         splitter.m_ptNew, splitter.m_nLeftSame, splitter.m_nTopSame, splitter.m_nRightSame,
+         splitter.m_nBottomSame);
+  EXPECT_EQ(expected, sizeof(splitter));
 }
 
 }  // namespace
