@@ -15,7 +15,7 @@ constexpr int moreThan256 = ColourIndex::capacity + 1;
 
 int countColours(const ConstView& view) {
   ColourIndex colours;
-  for (int y = 0; y < view.height(); ++y) {
+  for (int y = 0; y < view.lines(); ++y) {
     const bool fits = forEachColour<Bgr24>(view.row(y), 0, view.width(), [&](DWORD key, int, auto) {
       return colours.enter(key) != ColourIndex::none;
     });
@@ -55,7 +55,7 @@ class MapFiller {
 template <class Format>
 int fillMap(const ConstView& view, ColourMap& map) {
   MapFiller filler(map);
-  for (int y = 0; y < view.height(); ++y) {
+  for (int y = 0; y < view.lines(); ++y) {
     const bool fits = forEachColour<Format>(view.row(y), 0, view.width(),
                                             [&](DWORD key, int, auto) { return filler.enter(key); });
     if (!fits) return -1;
@@ -77,9 +77,9 @@ int countIndexes(const ConstView& view, IndexMap& map) {
   int left = 1 << Format::bits;
   int count = 0;
   BYTE buffer[indexChunk];
-  for (int y = 0; y < view.height(); ++y) {
-    for (int x = 0; x < view.width(); x += indexChunk) {
-      const int pixels = std::min(indexChunk, view.width() - x);
+  for (int y = 0; y < view.lines(); ++y) {
+    for (int x = 0, pixels = 0; x < view.width(); x += pixels) {
+      pixels = std::min(indexChunk, view.width() - x);
       const BYTE* indexes = indexesAt<Format>(view.row(y), x, pixels, buffer);
       for (int i = 0; i < pixels; ++i) {
         if (met[indexes[i]]) continue;
@@ -112,7 +112,7 @@ int CPaletteFuns::GetColorsNumFromTrueDib(BITMAPINFOHEADER* dib, CMap<DWORD, DWO
 
 int CPaletteFuns::GetColorsNumFromPaletteDib(BITMAPINFOHEADER* dib, CMap<int, int&, int, int&>* indexes) {
   const ConstView view(dib);
-  if (!view || indexes == nullptr || view.width() == 0 || view.height() == 0) return 0;
+  if (!view || indexes == nullptr || view.lines() == 0) return 0;
   return orOutOfMemory(0, [&] {
     switch (view.bitCount()) {
       case 1:

@@ -58,7 +58,7 @@ void CPaletteFuns::MakeGrayPalette(RGBQUAD* palette, int count) {
 }
 
 BYTE CPaletteFuns::GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD colour) {
-  if (palette == nullptr) return 0;
+  if (palette == nullptr || count < 1) return 0;
   const Rgb wanted = fromColorRef(colour);
   int best = 0;
   int bestDistance = squaredDistance(fromEntry(palette[0]), wanted);
@@ -72,7 +72,7 @@ BYTE CPaletteFuns::GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD col
 }
 
 int CPaletteFuns::GetMaxDifferenceColor(RGBQUAD* palette, int count, BYTE red, BYTE green, BYTE blue) {
-  if (palette == nullptr) return 0;
+  if (palette == nullptr || count < 1) return 0;
   const Rgb from{red, green, blue};
   int best = 0;
   int bestDistance = squaredDistance(fromEntry(palette[0]), from);

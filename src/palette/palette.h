@@ -59,10 +59,12 @@ class DIBKIT_API CPaletteFuns {
   /// \param count 2 or more; fewer entries are left alone
   static void MakeGrayPalette(RGBQUAD* palette, int count);
 
-  /// Index of the entry nearest to a COLORREF by the sum of squared differences; the highest one of equals.
+  /// Index of the entry nearest to a COLORREF by the sum of squared differences; the highest one of equals,
+  /// 0 without entries.
   static BYTE GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD colour);
 
-  /// Index of the entry farthest from a colour by the same measure; the lowest one of equals.
+  /// Index of the entry farthest from a colour by the same measure; the lowest one of equals, 0 without
+  /// entries.
   static int GetMaxDifferenceColor(RGBQUAD* palette, int count, BYTE red, BYTE green, BYTE blue);
 
   /// The gray value that parts dark from light best: Otsu's method (N. Otsu, A threshold selection method

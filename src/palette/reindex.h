@@ -18,17 +18,13 @@ inline DWORD keyOf(const RGBQUAD& entry) {
 class PaletteEntries {
  public:
   explicit PaletteEntries(const BITMAPINFOHEADER* dib)
-      : first_(reinterpret_cast<const BYTE*>(dib) + dib->biSize), size_(GetDIBPaletteSize(dib)) {}
+      : first_(paletteOf(dib)), size_(GetDIBPaletteSize(dib)) {}
 
   std::int64_t size() const { return size_; }
-  DWORD operator[](std::int64_t index) const {
-    DWORD key = 0;
-    std::memcpy(&key, first_ + index * std::int64_t{sizeof(RGBQUAD)}, sizeof(key));
-    return key;
-  }
+  DWORD operator[](std::int64_t index) const { return keyOf(first_[index]); }
 
  private:
-  const BYTE* first_;
+  const RGBQUAD* first_;
   std::int64_t size_;
 };
 

@@ -27,7 +27,7 @@ void changeIndexes(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFO
   // Only the lowest byte of an index fits a pixel; one bit tells whether the index is other than 0.
   Translation translation = translationOnto(
       dib, map, [](int index) { return Format::bits == 1 ? BYTE{index != 0} : lowByte(index); });
-  for (int y = 0; y < source.height(); ++y) {
+  for (int y = 0; y < source.lines(); ++y) {
     translation.row<Format, Format>(source.row(y), source.width(), target.row(y));
   }
 }

@@ -13,7 +13,7 @@ using Histogram = std::array<std::int64_t, 256>;
 Histogram countLevels(const ConstView& view) {
   constexpr int lanes = 4;
   std::array<std::array<DWORD, 256>, lanes> bins{};
-  for (int y = 0; y < view.height(); ++y) {
+  for (int y = 0; y < view.lines(); ++y) {
     const BYTE* row = view.row(y);
     int x = 0;
     for (; x + lanes <= view.width(); x += lanes) {

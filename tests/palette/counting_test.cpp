@@ -7,23 +7,27 @@
 
 namespace {
 
+using test::associationsOf;
 using test::ColourMap;
-using IndexMap = CMap<int, int&, int, int&>;
 using test::distinctColours;
 using test::OwnedDib;
+using IndexMap = CMap<int, int&, int, int&>;
 
 OwnedDib imageOfColours(int count, int bitCount) {
   return test::imageOf(count, 1, bitCount, distinctColours(count));
 }
 
-DWORD colorRef(DWORD colour) {
-  return RGB(colour >> 16 & 255, colour >> 8 & 255, static_cast<int>(colour & 255));
+std::vector<DWORD> colorRefs(std::vector<DWORD> colours) {
+  for (DWORD& colour : colours) {
+    colour = (colour & 255) << 16 | (colour & 0xFF00) | (colour >> 16 & 255);
+  }
+  return colours;
 }
 
 /// The colours of an image in order of first appearance, by plain search.
 std::vector<DWORD> coloursInOrder(const OwnedDib& dib) {
   std::vector<DWORD> colours;
-  for (const DWORD stored : test::pixelsOf(dib.get())) {
+  for (const DWORD stored : test::pixelsOf(dib)) {
     const DWORD colour = stored & 0xFFFFFF;
     if (std::find(colours.begin(), colours.end(), colour) == colours.end()) colours.push_back(colour);
   }
@@ -32,8 +36,7 @@ std::vector<DWORD> coloursInOrder(const OwnedDib& dib) {
 
 /// Pictures of runs, some long enough for whole words, some of single pixels.
 OwnedDib picture(test::Random& random, int bitCount, int colourCount) {
-  const int width = 1 + test::below(random, 90);
-  const int height = 1 + test::below(random, 9);
+  const int width = 1 + test::below(random, 90), height = 1 + test::below(random, 9);
   const std::vector<DWORD> colours = distinctColours(colourCount);
   OwnedDib dib = test::image(width, height, bitCount);
   for (int y = 0; y < height; ++y) {
@@ -46,64 +49,43 @@ OwnedDib picture(test::Random& random, int bitCount, int colourCount) {
   return dib;
 }
 
-TEST(GetColorsNumFrom24BitsDib, CountsLikeAPlainSearch) {
+TEST(ColourCounts, AreThoseOfAPlainSearchInReadingOrder) {
   test::Random random(2);
   for (int round = 0; round < 200; ++round) {
-    const OwnedDib dib = picture(random, 24, round % 2 != 0 ? 9 : 400);
-    const int expected = std::min(257, static_cast<int>(coloursInOrder(dib).size()));
-    ASSERT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(dib.get()), expected) << round;
+    const int bitCount = round % 2 != 0 ? 24 : 32;
+    const OwnedDib dib = picture(random, bitCount, round % 4 < 2 ? 60 : 400);
+    std::vector<DWORD> colours = coloursInOrder(dib);
+    const int count = static_cast<int>(colours.size());
+    if (bitCount == 24) {
+      ASSERT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(dib.get()), std::min(count, 257)) << round;
+    }
+    ColourMap map;
+    ASSERT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(dib.get(), &map), count > 256 ? -1 : count) << round;
+    // What was entered before the 257th stays.
+    if (count > 256) colours.resize(256);
+    ASSERT_EQ(associationsOf(map), associationsOf(test::mapOf(colorRefs(colours)))) << round;
   }
 }
 
 TEST(ColourCounts, KnowTwoHundredFiftySixFromOneMore) {
   EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(imageOfColours(256, 24).get()), 256);
   EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(imageOfColours(257, 24).get()), 257);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(test::image(0, 5, 24).get()), 0);
-  for (const int bitCount : {24, 32}) {
-    ColourMap map;
-    EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(imageOfColours(256, bitCount).get(), &map), 256);
-    ColourMap full;
-    EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(imageOfColours(257, bitCount).get(), &full), -1);
-    EXPECT_EQ(full.GetCount(), 256);
-  }
-}
-
-TEST(GetColorsNumFromTrueDib, NumbersColorRefsInReadingOrder) {
-  test::Random random(4);
-  for (int round = 0; round < 100; ++round) {
-    const OwnedDib dib = picture(random, round % 2 != 0 ? 24 : 32, 60);
-    const std::vector<DWORD> colours = coloursInOrder(dib);
-    ColourMap map;
-    ASSERT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(dib.get(), &map), static_cast<int>(colours.size()));
-    ASSERT_EQ(map.GetCount(), static_cast<int>(colours.size()));
-    for (int i = 0; i < static_cast<int>(colours.size()); ++i) {
-      DWORD key = colorRef(colours[static_cast<std::size_t>(i)]);
-      int value = -1;
-      EXPECT_TRUE(map.Lookup(key, value));
-      EXPECT_EQ(value, i);
-    }
-  }
+  ColourMap map, full;
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(imageOfColours(256, 24).get(), &map), 256);
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(imageOfColours(257, 32).get(), &full), -1);
+  EXPECT_EQ(full.GetCount(), 256);
 }
 
 TEST(GetColorsNumFromTrueDib, CountsFromZeroWhateverTheMapHolds) {
   ColourMap map;
   DWORD red = RGB(255, 0, 0);
-  int value = 42;
-  map.SetAt(red, value);
+  map[red] = 42;
   const OwnedDib dib = test::imageOf(4, 1, 24, {0x0000FF, 0xFF0000, 0x00FF00, 0x0000FF});
   EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(dib.get(), &map), 2);
-  DWORD blue = RGB(0, 0, 255);
-  DWORD green = RGB(0, 255, 0);
-  EXPECT_EQ(map[red], 42);
-  EXPECT_EQ(map[blue], 0);
-  EXPECT_EQ(map[green], 1);
+  EXPECT_EQ(associationsOf(map),
+            (std::vector<std::pair<DWORD, int>>{{0x0000FF, 42}, {0x00FF00, 1}, {0xFF0000, 0}}));
   // 300 colours that are there already, more than the counter remembers by itself, are not counted.
-  ColourMap large;
-  const std::vector<DWORD> colours = distinctColours(300);
-  for (DWORD colour : colours) {
-    DWORD key = colorRef(colour);
-    large.SetAt(key, value);
-  }
+  ColourMap large = test::mapOf(colorRefs(distinctColours(300)));
   EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(imageOfColours(300, 24).get(), &large), 0);
 }
 
@@ -111,46 +93,43 @@ TEST(GetColorsNumFromPaletteDib, NumbersIndexesInOrderOfFirstUse) {
   struct Case {
     int bitCount;
     std::vector<DWORD> pixels;
-    std::vector<int> order;
+    std::vector<std::pair<int, int>> numbers;  ///< index and number, in order of the indexes
   };
   const Case cases[] = {
-      {1, {1, 1, 0}, {1, 0}},    {1, {0, 0, 0}, {0}},
-      {4, {15, 3, 15}, {15, 3}}, {8, {200, 7, 255}, {200, 7, 255}},
-      {24, {9, 8, 7}, {0}},  // no palette: index 0 all over
+      {1, {1, 1, 0}, {{0, 1}, {1, 0}}},    {1, {0, 0, 0}, {{0, 0}}},
+      {4, {15, 3, 15}, {{3, 1}, {15, 0}}}, {8, {200, 7, 255}, {{7, 1}, {200, 0}, {255, 2}}},
+      {24, {9, 8, 7}, {{0, 0}}},  // no palette: index 0 all over
   };
   for (const Case& expected : cases) {
     IndexMap map;
     const OwnedDib dib = test::imageOf(3, 1, expected.bitCount, expected.pixels);
     EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(dib.get(), &map),
-              static_cast<int>(expected.order.size()));
-    for (int i = 0; i < static_cast<int>(expected.order.size()); ++i) {
-      int index = expected.order[static_cast<std::size_t>(i)];
-      int value = -1;
-      EXPECT_TRUE(map.Lookup(index, value));
-      EXPECT_EQ(value, i);
-    }
+              static_cast<int>(expected.numbers.size()));
+    EXPECT_EQ(associationsOf(map), expected.numbers);
   }
   IndexMap held;
   int index = 3;
-  int value = 77;
-  held.SetAt(index, value);
-  const OwnedDib dib = test::imageOf(3, 1, 8, {3, 9, 3});
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(dib.get(), &held), 1);
-  EXPECT_EQ(held[index], 77);
-  index = 9;
-  EXPECT_EQ(held[index], 0);
+  held[index] = 77;
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(test::imageOf(3, 1, 8, {3, 9, 3}).get(), &held), 1);
+  EXPECT_EQ(associationsOf(held), (std::vector<std::pair<int, int>>{{3, 77}, {9, 0}}));
 }
 
 TEST(ColourCounts, TakeWrongArgumentsAsNothing) {
   ColourMap colours;
   IndexMap indexes;
+  // No pixels at once, however many lines.
+  const OwnedDib narrow = test::image(0, INT32_MAX, 24), narrow8 = test::image(0, INT32_MAX, 8);
+  const OwnedDib dib = test::image(9, 9, 24), dib8 = test::image(9, 9, 8);
+  for (const OwnedDib* wrong : {&narrow, &dib8}) {
+    EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(wrong->get()), 0);
+    EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(wrong->get(), &colours), 0);
+  }
   EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(nullptr), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(test::image(9, 9, 1).get()), 0);
   EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(nullptr, &colours), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(test::image(9, 9, 24).get(), nullptr), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(test::image(9, 9, 8).get(), &colours), 0);
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(dib.get(), nullptr), 0);
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(narrow8.get(), &indexes), 0);
   EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(nullptr, &indexes), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(test::image(9, 9, 8).get(), nullptr), 0);
+  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(dib8.get(), nullptr), 0);
 }
 
 }  // namespace

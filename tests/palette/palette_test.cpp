@@ -6,6 +6,7 @@
 
 namespace {
 
+using test::associationsOf;
 using test::ColourMap;
 using test::entriesOf;
 using test::mapOf;
@@ -26,54 +27,35 @@ TEST(SumDibImagePalEntries, FillsTheMapToTwoHundredFiftySix) {
   EXPECT_FALSE(CPaletteFuns::SumDibImagePalEntries(map, quads(fresh).data(), 10));
   EXPECT_EQ(map.GetCount(), 256);
   for (int i = 0; i < 6; ++i) EXPECT_EQ(map[fresh[static_cast<std::size_t>(i)]], 250 + i);
-  // Nothing new fits a full map.
+  // Nothing new fits a full map; what is there already does.
   EXPECT_TRUE(CPaletteFuns::SumDibImagePalEntries(map, quads({5, 7, 0x01000000}).data(), 3));
   EXPECT_FALSE(CPaletteFuns::SumDibImagePalEntries(map, quads({5, 7, 0x02000000}).data(), 3));
-  EXPECT_EQ(map.GetCount(), 256);
-}
 
-TEST(SumDibImagePalEntries, KeepsTheNumbersThatAreThereAndRepeatsNothing) {
-  ColourMap map = mapOf({0xAA, 0xBB});
-  EXPECT_TRUE(CPaletteFuns::SumDibImagePalEntries(map, quads({0xCC, 0xBB, 0xCC, 0xDD}).data(), 4));
-  EXPECT_EQ(map.GetCount(), 4);
-  for (const auto& [colour, number] : {std::pair{0xAA, 0}, {0xBB, 1}, {0xCC, 2}, {0xDD, 3}}) {
-    DWORD key = static_cast<DWORD>(colour);
-    EXPECT_EQ(map[key], number);
-  }
-  EXPECT_TRUE(CPaletteFuns::SumDibImagePalEntries(map, nullptr, 0));
-  EXPECT_FALSE(CPaletteFuns::SumDibImagePalEntries(map, nullptr, 4));
-}
-
-TEST(ChangeDibBitsPalette, MovesEachColourToItsIndexInTheMap) {
-  const OwnedDib dib = test::imageOf(3, 2, 4, {0, 1, 1, 1, 0, 0}, {0x0000FF, 0xFF0000});  // blue, red
-  ColourMap map = mapOf({0xFF0000, 0x0000FF});
-  const OwnedDib result(CPaletteFuns::ChangeDibBitsPalette(dib.get(), &map));
-  ASSERT_TRUE(result);
-  EXPECT_EQ(result->biBitCount, 4);
-  EXPECT_EQ(result->biClrUsed, 2U);
-  EXPECT_EQ(entriesOf(result), (std::vector<DWORD>{0xFF0000, 0x0000FF}));
-  EXPECT_EQ(test::pixelsOf(result.get()), (std::vector<DWORD>{1, 0, 0, 0, 1, 1}));
+  ColourMap small = mapOf({0xAA, 0xBB});
+  EXPECT_TRUE(CPaletteFuns::SumDibImagePalEntries(small, quads({0xCC, 0xBB, 0xCC, 0xDD}).data(), 4));
+  EXPECT_EQ(associationsOf(small), associationsOf(mapOf({0xAA, 0xBB, 0xCC, 0xDD})));
+  EXPECT_TRUE(CPaletteFuns::SumDibImagePalEntries(small, nullptr, 0));
+  EXPECT_FALSE(CPaletteFuns::SumDibImagePalEntries(small, nullptr, 4));
 }
 
 TEST(ChangeDibBitsPalette, KeepsThePictureAtEveryDepthAndWidth) {
   test::Random random(6);
   for (const int bitCount : {1, 4, 8}) {
+    std::vector<DWORD> colours;
+    for (DWORD i = 0; i < 1U << bitCount; ++i) colours.push_back(static_cast<DWORD>(random()) << 8 | i);
     for (const int width : {1, 4, 7, 8, 9, 15, 33, 511, 513, 1030}) {
-      const int size = 1 << bitCount;
-      std::vector<DWORD> colours;
-      for (int i = 0; i < size; ++i)
-        colours.push_back(static_cast<DWORD>(random()) << 8 | static_cast<DWORD>(i));
       std::vector<DWORD> shuffled = colours;
       std::shuffle(shuffled.begin(), shuffled.end(), random);
       ColourMap map = mapOf(shuffled);
       const OwnedDib dib = test::randomImage(width, 3, bitCount, random, colours);
       const OwnedDib result(CPaletteFuns::ChangeDibBitsPalette(dib.get(), &map));
       ASSERT_TRUE(result);
+      EXPECT_EQ(result->biBitCount, bitCount);
       EXPECT_EQ(entriesOf(result), shuffled);
-      const auto before = test::pixelsOf(dib.get());
-      const auto after = test::pixelsOf(result.get());
-      for (std::size_t i = 0; i < before.size(); ++i)
+      const auto before = test::pixelsOf(dib), after = test::pixelsOf(result);
+      for (std::size_t i = 0; i < before.size(); ++i) {
         ASSERT_EQ(shuffled[after[i]], colours[before[i]]) << width;
+      }
     }
   }
 }
@@ -99,6 +81,8 @@ TEST(ChangeDibBitsPalette, HasAnAnswerForWhatTheMapOrThePaletteLacks) {
   EXPECT_EQ(test::pixelsOf(OwnedDib(CPaletteFuns::ChangeDibBitsPalette(bits.get(), &wide)).get()),
             (std::vector<DWORD>{1, 0}));
 
+  // No pixels at once, however many lines.
+  EXPECT_TRUE(OwnedDib(CPaletteFuns::ChangeDibBitsPalette(test::image(0, INT32_MAX, 8).get(), &map)));
   EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(nullptr, &map), nullptr);
   EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(test::image(2, 2, 16).get(), &map), nullptr);
   EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(test::image(2, 2, 2).get(), &map), nullptr);
@@ -158,19 +142,16 @@ TEST(GrayPalettes, AreRecognisedOnlyAsTheWholeRamp) {
   EXPECT_TRUE(CPaletteFuns::IsGrayScaleImage(reinterpret_cast<BITMAPINFOHEADER*>(block.data())));
 }
 
+void expectGray(const RGBQUAD& entry, int gray, int reserved) {
+  EXPECT_EQ((std::vector<int>{entry.rgbBlue, entry.rgbGreen, entry.rgbRed, entry.rgbReserved}),
+            (std::vector<int>{gray, gray, gray, reserved}));
+}
+
 TEST(GrayPalettes, RampInWholeSteps) {
-  struct Case {
-    int count, step;
-  };
-  for (const Case& ramp : {Case{256, 1}, {16, 17}, {3, 127}, {2, 255}, {257, 0}, {100, 2}}) {
-    std::vector<RGBQUAD> palette(static_cast<std::size_t>(ramp.count), RGBQUAD{1, 2, 3, 4});
-    CPaletteFuns::MakeGrayPalette(palette.data(), ramp.count);
-    for (int i = 0; i < ramp.count; ++i) {
-      const RGBQUAD& entry = palette[static_cast<std::size_t>(i)];
-      const int gray = i * ramp.step % 256;
-      EXPECT_TRUE(entry.rgbRed == gray && entry.rgbGreen == gray && entry.rgbBlue == gray &&
-                  entry.rgbReserved == 4);
-    }
+  for (const auto& [count, step] : {std::pair{256, 1}, {16, 17}, {3, 127}, {2, 255}, {257, 0}, {100, 2}}) {
+    std::vector<RGBQUAD> palette(static_cast<std::size_t>(count), RGBQUAD{1, 2, 3, 4});
+    CPaletteFuns::MakeGrayPalette(palette.data(), count);
+    for (int i = 0; i < count; ++i) expectGray(palette[static_cast<std::size_t>(i)], i * step % 256, 4);
   }
   RGBQUAD one{1, 2, 3, 4};
   CPaletteFuns::MakeGrayPalette(&one, 1);
@@ -179,20 +160,11 @@ TEST(GrayPalettes, RampInWholeSteps) {
 }
 
 TEST(GrayPalettes, WeighColoursAndKeepTheReservedByte) {
-  struct Case {
-    DWORD colour;
-    int gray;
-  };
   // 0.3 x 255 = 76.5; 0.59 x 255 = 150.45; 0.11 x 255 = 28.05; 0.3 x 10 + 0.59 x 20 + 0.11 x 30 = 18.1
-  for (const Case& expected : {Case{0xFF0000, 76}, {0x00FF00, 150}, {0x0000FF, 28}, {0x0A141E, 18}, {0, 0}}) {
-    std::vector<RGBQUAD> palette = quads({0x77000000 | expected.colour});
-    CPaletteFuns::GrayPalette(palette.data(), 1);
-    const BYTE gray = static_cast<BYTE>(expected.gray);
-    const RGBQUAD& entry = palette[0];
-    EXPECT_TRUE(entry.rgbRed == gray && entry.rgbGreen == gray && entry.rgbBlue == gray &&
-                entry.rgbReserved == 0x77)
-        << std::hex << expected.colour;
-  }
+  std::vector<RGBQUAD> palette = quads({0x77FF0000, 0x7700FF00, 0x770000FF, 0x770A141E});
+  CPaletteFuns::GrayPalette(palette.data(), 4);
+  const int grays[] = {76, 150, 28, 18};
+  for (std::size_t i = 0; i < palette.size(); ++i) expectGray(palette[i], grays[i], 0x77);
   CPaletteFuns::GrayPalette(nullptr, 5);
 }
 
@@ -205,70 +177,40 @@ TEST(PaletteSearch, BreaksTiesHighForTheNearestAndLowForTheFarthest) {
   palette[2] = palette[5] = {255, 255, 255, 0};
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(palette.data(), 9, 0, 0, 0), 2);
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(palette.data(), 2, 50, 50, 50), 0);
-  // Each channel counts by itself: red 4 away beats blue and green 3 away each? 16 < 18.
-  const std::vector<RGBQUAD> nearby = quads({0x040000, 0x000303});
-  EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(const_cast<RGBQUAD*>(nearby.data()), 2, 0), 0);
-  EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(const_cast<RGBQUAD*>(nearby.data()), 2, 0, 0, 0), 1);
+  // Distances are squared: red 4 away is nearer than green and blue 3 away each.
+  std::vector<RGBQUAD> nearby = quads({0x040000, 0x000303});
+  EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(nearby.data(), 2, 0), 0);
+  EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(nearby.data(), 2, 0, 0, 0), 1);
   EXPECT_EQ(CPaletteFuns::GetNearestPaletteIndex(nullptr, 3, 0), 0);
   EXPECT_EQ(CPaletteFuns::GetMaxDifferenceColor(nullptr, 3, 0, 0, 0), 0);
 }
 
-/// The threshold step by step, on one plain histogram and in doubles throughout.
-int plainThreshold(const OwnedDib& dib) {
-  int bins[256] = {};
-  for (const DWORD level : test::pixelsOf(dib.get())) ++bins[level];
-  for (int i = 0; i < 256; ++i) {
-    int sum = 0;
-    for (int j = i - 2; j <= i + 2; ++j) sum += bins[j < 0 ? 0 : j > 255 ? 255 : j];
-    bins[i] = static_cast<int>(sum / 5.0 + 0.5);
-  }
-  double total = 0, weighted = 0, best = -1, background = 0, backgroundSum = 0;
-  for (int i = 0; i < 256; ++i) {
-    total += bins[i];
-    weighted += static_cast<double>(i) * bins[i];
-  }
-  int threshold = 1;
-  for (int t = 0; t < 255; ++t) {
-    background += bins[t];
-    if (background == 0) continue;
-    const double foreground = total - background;
-    if (foreground == 0) break;
-    backgroundSum += static_cast<double>(t) * bins[t];
-    const double difference = backgroundSum / background - (weighted - backgroundSum) / foreground;
-    const double score = background * foreground * (difference * difference);
-    if (score > best) {
-      best = score;
-      threshold = t;
-    }
-  }
-  return threshold;
-}
-
-TEST(GetThreshValueForm8BitsGrayDib, AgreesWithThePlainSteps) {
-  test::Random random(8);
-  for (int round = 0; round < 300; ++round) {
-    OwnedDib dib = test::image(1 + test::below(random, 70), 1 + test::below(random, 20), 8);
-    const int low = test::below(random, 256);
-    const int spread = 1 + test::below(random, 256 - low);
-    for (int y = 0; y < dib->biHeight; ++y) {
-      for (int x = 0; x < dib->biWidth; ++x) {
-        test::setPixel(dib, x, y,
-                       static_cast<DWORD>(low + test::below(random, 1 + test::below(random, spread))));
-      }
-    }
-    ASSERT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(dib.get()), plainThreshold(dib)) << round;
-  }
-}
-
 TEST(GetThreshValueForm8BitsGrayDib, PartsDarkFromLight) {
-  std::vector<DWORD> pixels(200, 20);
-  std::fill(pixels.begin() + 80, pixels.end(), 200);
-  const int threshold = CPaletteFuns::GetThreshValueForm8BitsGrayDib(test::imageOf(20, 10, 8, pixels).get());
-  EXPECT_GT(threshold, 20);
-  EXPECT_LT(threshold, 200);
-  EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(test::image(0, 0, 8).get()), 1);
-  // Two pixels of one level round away to nothing: (2 + 2) / 5 = 0.
-  EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(test::imageOf(2, 1, 8, {90, 90}).get()), 1);
+  struct Case {
+    const char* bins;  ///< what smoothing leaves
+    std::vector<DWORD> levels;
+    int threshold;
+  };
+  std::vector<DWORD> twoModes(200, 20);
+  std::fill(twoModes.begin() + 80, twoModes.end(), 200);
+  const Case cases[] = {
+      // The means run to the left, since the bins before are smooth already. Of the equal scores
+      // 1 x 2 x 1.5 x 1.5 and 2 x 1 x 1.5 x 1.5 the first wins.
+      {"98, 99 and 100: 1 each", {100, 100, 100, 100, 100}, 98},
+      // Bins at the ends count three times. Scores 2 x 3 x 86 x 86, 3 x 2 x 128 x 128, 4 x 1 x 254 x 254.
+      {"0: 2, 1, 2 and 255: 1", {0, 0, 0, 0, 255}, 2},
+      // Scores 1 x 6 x (5 / 3)^2 = 16.7 and 3 x 4 x (4 / 3)^2 = 21.3.
+      {"253: 1, 254: 2, 255: 4", {255, 255, 255, 255, 255}, 254},
+      // Past the lower mode's last bin all scores are equal.
+      {"18 to 26: 16, 19, 23, 8, 6, 3, 2, 1, 1", twoModes, 26},
+      {"(2 + 2) / 5: none", {90, 90}, 1},
+      {"none", {}, 1},
+  };
+  for (const Case& expected : cases) {
+    const OwnedDib dib = test::imageOf(static_cast<int>(expected.levels.size()), 1, 8, expected.levels);
+    EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(dib.get()), expected.threshold) << expected.bins;
+  }
+  EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(test::image(0, INT32_MAX, 8).get()), 1);
   EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(nullptr), 0);
   EXPECT_EQ(CPaletteFuns::GetThreshValueForm8BitsGrayDib(test::image(4, 4, 4).get()), 0);
 }

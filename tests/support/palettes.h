@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <utility>
+
+#include "dib/map_walk.h"
 #include "support/images.h"
 
 /// Palettes and colour maps of test images, as numbers 0xXXRRGGBB.
@@ -15,6 +19,15 @@ inline ColourMap mapOf(const std::vector<DWORD>& colours) {
     map.SetAt(key, i);
   }
   return map;
+}
+
+/// A map's keys with their values, in order of the keys.
+template <class Key, class Argument>
+std::vector<std::pair<Key, int>> associationsOf(const CMap<Key, Argument, int, int&>& map) {
+  std::vector<std::pair<Key, int>> found;
+  dibkit::forEachAssociation(map, [&](Key key, int value) { found.emplace_back(key, value); });
+  std::sort(found.begin(), found.end());
+  return found;
 }
 
 inline RGBQUAD* paletteOf(const OwnedDib& dib) {
