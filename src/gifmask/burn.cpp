@@ -3,9 +3,11 @@
 #include <vector>
 
 #include "dib/allocate.h"
+#include "dib/guard.h"
 #include "dib/index_rows.h"
 #include "dib/map_walk.h"
 #include "dib/placed_frame.h"
+#include "gifmask/gifmask.h"
 
 namespace dibkit {
 namespace {
@@ -20,14 +22,9 @@ struct Ground {
 
 /// \return the first entry with the colour, or the palette's size
 std::int64_t findColour(const BITMAPINFOHEADER* dib, Rgb colour) {
-  const auto* entries = reinterpret_cast<const BYTE*>(dib) + dib->biSize;
-  const std::int64_t size = GetDIBPaletteSize(dib);
-  for (std::int64_t i = 0; i < size; ++i) {
-    RGBQUAD entry;
-    std::memcpy(&entry, entries + i * std::int64_t{sizeof(entry)}, sizeof(entry));
-    if (fromEntry(entry) == colour) return i;
-  }
-  return size;
+  const RGBQUAD* end = paletteOf(dib) + GetDIBPaletteSize(dib);
+  return std::find_if(paletteOf(dib), end, [&](const RGBQUAD& entry) { return fromEntry(entry) == colour; }) -
+         paletteOf(dib);
 }
 
 Ground groundFor(const BITMAPINFOHEADER* dib, Rgb colour) {
@@ -50,12 +47,13 @@ void burnIndexes(PlacedFrame& frame, const View& target, BYTE index) {
   const ConstView& source = frame.frame().view();
   const Box area = placedBox(target.width(), target.height(), POINT{0, 0});
   BitGrid opaque(target.width(), 1);
-  std::vector<BYTE> buffer(static_cast<std::size_t>(source.width()));
+  std::vector<BYTE> buffer;
   std::vector<BYTE> indexes(static_cast<std::size_t>(target.width()));
   for (int y = 0; y < target.height(); ++y) {
     std::fill(indexes.begin(), indexes.end(), index);
     const std::int64_t sourceY = y - frame.box().top;
     if (source.contains(0, sourceY)) {
+      buffer.resize(static_cast<std::size_t>(source.width()));
       const BYTE* own =
           indexesAt<Source>(source.row(static_cast<int>(sourceY)), 0, source.width(), buffer.data());
       frame.opaqueBits(y, area, opaque.row(0));
@@ -84,7 +82,7 @@ void burnColours(PlacedFrame& frame, const View& target, Rgb colour) {
 }
 
 void burnRows(PlacedFrame& frame, const View& target, const Ground& ground, Rgb colour) {
-  if (target.width() == 0) return;  // rows without pixels have no bytes either
+  if (target.lines() == 0) return;
   withFormat(frame.frame().bitCount(), 0, [&](auto sourceFormat) {
     using Source = decltype(sourceFormat);
     return withFormat(target.bitCount(), 0, [&](auto targetFormat) {
@@ -111,7 +109,7 @@ std::optional<SIZE> paddedSize(const Box& box, const Margins& margins) {
 OwnedDib burnColour(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, Rgb colour,
                     const Margins& margins) {
   PlacedFrame frame(dib, mask, POINT{margins.left, margins.top});
-  if (!frame || !withFormat(dib->biBitCount, false, [](auto) { return true; })) return nullptr;
+  if (!frame || !hasFormat(dib->biBitCount)) return nullptr;
   const std::optional<SIZE> size = paddedSize(frame.box(), margins);
   if (!size) return nullptr;
 
@@ -128,3 +126,12 @@ OwnedDib burnColour(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, R
 }
 
 }  // namespace dibkit
+
+BITMAPINFOHEADER* CMaskedBitmapTransform::OutputDIBStream(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
+                                                          DWORD transparent) {
+  using namespace dibkit;
+  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&]() -> BITMAPINFOHEADER* {
+    if (mask == nullptr) return nullptr;
+    return burnColour(frame, mask, fromColorRef(transparent), {}).release();
+  });
+}

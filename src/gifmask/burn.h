@@ -20,8 +20,9 @@ std::optional<SIZE> paddedSize(const Box& box, const Margins& margins);
 /// 8 bits deep it keeps its palette when that has the colour (the first such entry serves); otherwise the
 /// colour becomes a new last entry, with a greater depth where the palette was full: 1 to 4, 4 to 8, 8 to 24
 /// bits. Deeper frames come out as their format encodes colours: the unused bit of 16 and the fourth byte of
-/// 32 are 0. \param mask may be null \return null for an unusable frame or mask, a negative size, or when
-/// memory runs out Throws std::bad_alloc.
+/// 32 are 0. Throws std::bad_alloc.
+/// \param mask may be null
+/// \return null for an unusable frame or mask, a negative size, or when memory runs out
 OwnedDib burnColour(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, Rgb colour,
                     const Margins& margins);
 

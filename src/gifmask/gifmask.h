@@ -14,11 +14,12 @@ class DIBKIT_API CMaskedBitmapTransform {
   CMaskedBitmapTransform& operator=(const CMaskedBitmapTransform&) { return *this; }
 
   /// Splits a 32-bit image with opacity into a 24-bit image and a mask. Pixels of opacity 0 are transparent
-  /// and get the transparent colour; those in between are blended with the background, each channel (channel
-  /// x opacity + background x (255 - opacity)) / 255. \param source the signs of its width and height are
-  /// ignored; its rows are read bottom-up in any case \param outImage receives the 24-bit image \param
-  /// outMask receives the mask, or null when no pixel has opacity 0 \return 1; 0 with nothing written when
-  /// memory runs out or an argument is unusable
+  /// and get the transparent colour; those in between are blended with the background, each channel
+  /// (channel x opacity + background x (255 - opacity)) / 255.
+  /// \param source the signs of its width and height are ignored; its rows are read bottom-up in any case
+  /// \param outImage receives the 24-bit image
+  /// \param outMask receives the mask, or null when no pixel has opacity 0
+  /// \return 1; 0 with nothing written when memory runs out or an argument is unusable
   static int Spilt32BitsDIBForGIF(BITMAPINFOHEADER* source, DWORD background, DWORD transparent,
                                   BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
 
@@ -33,7 +34,8 @@ class DIBKIT_API CMaskedBitmapTransform {
 
   /// Gives the pixels that a mask marks the transparent colour. A palette without that colour gets one entry
   /// more, where it is full with a greater depth: 1 to 4, 4 to 8, 8 to 24 bits. 16-bit pixels lose their
-  /// unused bit, 32-bit ones their fourth byte. \return the new image, or null when memory runs out
+  /// unused bit, 32-bit ones their fourth byte.
+  /// \return the new image, or null when memory runs out
   static BITMAPINFOHEADER* OutputDIBStream(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
                                            DWORD transparent);
 
@@ -45,7 +47,8 @@ class DIBKIT_API CMaskedBitmapTransform {
   /// Sets the bits of a rectangle to a value, in place; what of it lies outside the mask is left out.
   static void FillMaskDIBBits(BITMAPINFOHEADER* mask, const RECT& rect, bool value);
 
-  /// A copy of a mask with the bits of a second one copied over it.
+  /// A copy of a mask with the bits of a second one copied over it; null when memory runs out, as for the
+  /// markers below.
   static BITMAPINFOHEADER* MarkedMaskDIB(BITMAPINFOHEADER* mask, BITMAPINFOHEADER* second);
 
   /// A copy of an image of any depth that has the value of its top-left pixel everywhere. The mask gives only
@@ -53,10 +56,12 @@ class DIBKIT_API CMaskedBitmapTransform {
   static BITMAPINFOHEADER* MarkedBmpDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask);
 
   /// A picture of a mask in two colours: the image's top-left one where the mask is transparent and its
-  /// complement where it is opaque. \param image 16, 24 or 32 bits; painted pixels of 32 bits get opacity 255
+  /// complement where it is opaque.
+  /// \param image 16, 24 or 32 bits; painted pixels of 32 bits get opacity 255
   static BITMAPINFOHEADER* MarkHighBitsDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask);
 
   /// The same for an image with a palette: the index of the top-left pixel, and that of the entry that
-  /// differs most from it. \param image 1, 4 or 8 bits
+  /// differs most from it.
+  /// \param image 1, 4 or 8 bits
   static BITMAPINFOHEADER* MarkLowBitsDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask);
 };

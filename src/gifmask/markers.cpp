@@ -5,31 +5,40 @@
 namespace dibkit {
 namespace {
 
-/// A copy of an image whose overlap with a mask gets painted.
-struct Marker {
-  Marker(const BITMAPINFOHEADER* image, const BITMAPINFOHEADER* mask) : maskRows(mask) {
-    if (maskRows) copy.reset(CBitmapCreator::Clone(image));
-    if (!copy) return;
-    rows = View(copy.get());
-    width = std::min(rows.width(), maskRows.width());
-    height = std::min(rows.height(), maskRows.height());
-  }
+ConstView maskRows(const BITMAPINFOHEADER* mask) { return viewOfDepth(mask, 1); }
 
-  ConstView maskRows;
-  OwnedDib copy;
-  View rows;
-  int width = 0;
-  int height = 0;
+/// The overlap of an image and a mask.
+struct Overlay {
+  View image;
+  ConstView mask;
+  int width = std::min(image.width(), mask.width());
+  int height = std::min(image.height(), mask.height());
 };
 
-/// Paints the overlap with one value where the mask bit is 1 and another where it is 0.
+/// A copy of an image with its overlap with a mask painted.
+/// \param paint paint(format, overlay), called only when there is an overlap, with the format of the depth
+/// \return null for an unusable image or mask, a depth without format, or when memory runs out
+template <class Paint>
+BITMAPINFOHEADER* painted(const BITMAPINFOHEADER* image, const ConstView& mask, Paint&& paint) {
+  if (!mask) return nullptr;
+  OwnedDib copy(CBitmapCreator::Clone(image));
+  if (!copy) return nullptr;
+  const Overlay overlay{View(copy.get()), mask};
+  return withFormat(image->biBitCount, static_cast<BITMAPINFOHEADER*>(nullptr), [&](auto format) {
+    if (overlay.width > 0 && overlay.height > 0) paint(format, overlay);
+    return copy.release();
+  });
+}
+
+/// Shows the mask: one value where its bit is 1, another where it is 0.
 template <class Format>
-void paint(const Marker& marker, typename Format::Raw marked, typename Format::Raw unmarked) {
-  for (int y = 0; y < marker.height; ++y) {
-    const BYTE* mask = marker.maskRows.row(y);
-    BYTE* row = marker.rows.row(y);
-    for (int x = 0; x < marker.width; ++x)
-      Format::put(row, x, Get1BitPixel(mask, x) != 0 ? marked : unmarked);
+void show(const Overlay& overlay, typename Format::Raw marked, typename Format::Raw unmarked) {
+  for (int y = 0; y < overlay.height; ++y) {
+    const BYTE* bits = overlay.mask.row(y);
+    BYTE* row = overlay.image.row(y);
+    for (int x = 0; x < overlay.width; ++x) {
+      Format::put(row, x, Get1BitPixel(bits, x) != 0 ? marked : unmarked);
+    }
   }
 }
 
@@ -38,9 +47,9 @@ Rgb complement(Rgb colour) {
           static_cast<BYTE>(255 - colour.blue)};
 }
 
-/// A colour as a marker pixel: of 32 bits opaque.
+/// A colour as a pixel, opaque where the format has a fourth byte.
 template <class Format>
-typename Format::Raw markerPixel(Rgb colour) {
+typename Format::Raw opaquePixel(Rgb colour) {
   if constexpr (Format::bits == 32) {
     return Format::encode(colour) | 0xFF000000;
   } else {
@@ -48,63 +57,44 @@ typename Format::Raw markerPixel(Rgb colour) {
   }
 }
 
-bool isMask(const BITMAPINFOHEADER* mask) { return mask != nullptr && mask->biBitCount == 1; }
-
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* CMaskedBitmapTransform::MarkedBmpDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask) {
-  using namespace dibkit;
-  Marker marker(image, mask);
-  if (!marker.copy) return nullptr;
-  return withFormat(image->biBitCount, static_cast<BITMAPINFOHEADER*>(nullptr), [&](auto format) {
+  return painted(image, ConstView(mask), [](auto format, const Overlay& overlay) {
     using Format = decltype(format);
-    if (marker.width > 0 && marker.height > 0) {
-      // The whole stored value, at every depth.
-      const auto value = Format::get(marker.rows.row(0), 0);
-      for (int y = 0; y < marker.height; ++y) {
-        for (int x = 0; x < marker.width; ++x) Format::put(marker.rows.row(y), x, value);
-      }
+    // The whole stored value, at every depth.
+    const auto value = Format::get(overlay.image.row(0), 0);
+    for (int y = 0; y < overlay.height; ++y) {
+      for (int x = 0; x < overlay.width; ++x) Format::put(overlay.image.row(y), x, value);
     }
-    return marker.copy.release();
   });
 }
 
 BITMAPINFOHEADER* CMaskedBitmapTransform::MarkHighBitsDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask) {
-  using namespace dibkit;
-  if (image == nullptr || image->biBitCount <= 8 || !isMask(mask)) return nullptr;
-  Marker marker(image, mask);
-  if (!marker.copy) return nullptr;
-  return withFormat(image->biBitCount, static_cast<BITMAPINFOHEADER*>(nullptr), [&](auto format) {
+  if (image == nullptr || image->biBitCount <= 8) return nullptr;
+  return painted(image, maskRows(mask), [](auto format, const Overlay& overlay) {
     using Format = decltype(format);
     if constexpr (Format::bits > 8) {
-      if (marker.width > 0 && marker.height > 0) {
-        const Rgb colour = Format::colour(Format::get(marker.rows.row(0), 0), PaletteTable());
-        paint<Format>(marker, markerPixel<Format>(colour), markerPixel<Format>(complement(colour)));
-      }
+      const Rgb colour = Format::colour(Format::get(overlay.image.row(0), 0));
+      show<Format>(overlay, opaquePixel<Format>(colour), opaquePixel<Format>(complement(colour)));
     }
-    return marker.copy.release();
   });
 }
 
 BITMAPINFOHEADER* CMaskedBitmapTransform::MarkLowBitsDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask) {
-  using namespace dibkit;
-  if (image == nullptr || image->biBitCount > 8 || !isMask(mask)) return nullptr;
-  Marker marker(image, mask);
-  if (!marker.copy) return nullptr;
-  return withFormat(image->biBitCount, static_cast<BITMAPINFOHEADER*>(nullptr), [&](auto format) {
+  if (image == nullptr || image->biBitCount > 8) return nullptr;
+  return painted(image, maskRows(mask), [image](auto format, const Overlay& overlay) {
     using Format = decltype(format);
     if constexpr (Format::bits <= 8) {
-      if (marker.width > 0 && marker.height > 0) {
-        const BYTE index = static_cast<BYTE>(Format::get(marker.rows.row(0), 0));
-        const PaletteTable table(image);
-        const Rgb colour = fromEntry(table[index]);
-        auto* palette = reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(image) + image->biSize);
-        const int other = CPaletteFuns::GetMaxDifferenceColor(
-            palette, static_cast<int>(GetDIBPaletteSize(image)), colour.red, colour.green, colour.blue);
-        paint<Format>(marker, index, lowByte(other));
-      }
+      const BYTE index = Format::get(overlay.image.row(0), 0);
+      const Rgb colour = Format::colour(index, PaletteTable(image));
+      const int other =
+          CPaletteFuns::GetMaxDifferenceColor(paletteOf(image), static_cast<int>(GetDIBPaletteSize(image)),
+                                              colour.red, colour.green, colour.blue);
+      show<Format>(overlay, index, lowByte(other));
     }
-    return marker.copy.release();
   });
 }

@@ -1,29 +1,24 @@
 #include "dib/mask_rows.h"
-#include "dib/placement.h"
+#include "dib/pixel_format.h"
 #include "dib/region_spans.h"
-#include "dib/view.h"
 #include "gifmask/gifmask.h"
 
 namespace dibkit {
 namespace {
 
-/// The part of a rectangle that lies in an image.
-Box clipped(const RECT& rect, const View& view) {
-  return intersection(toBox(rect), placedBox(view.width(), view.height(), POINT{0, 0}));
-}
-
-template <class Line>
-void forEachLine(const Box& box, const View& view, Line&& line) {
-  for (std::int64_t y = box.top; y < box.bottom; ++y) {
-    line(view.row(static_cast<int>(y)), static_cast<int>(box.left), static_cast<int>(box.right));
-  }
+/// The part of a rectangle that lies in an image, all zeros when there is none.
+RECT clipped(const RECT& rect, const View& view) {
+  const RECT whole{0, 0, view.width(), view.height()};
+  RECT common;
+  IntersectRect(&common, &rect, &whole);
+  return common;
 }
 
 bool allSet(const BYTE* row, int left, int right) {
   while (left < right && left % 8 != 0) {
     if (Get1BitPixel(row, left++) == 0) return false;
   }
-  for (; left + 8 <= right; left += 8) {
+  for (; right - left >= 8; left += 8) {
     if (row[left / 8] != 0xFF) return false;
   }
   while (left < right) {
@@ -34,18 +29,18 @@ bool allSet(const BYTE* row, int left, int right) {
 
 /// Whether a mask already has every bit of a region.
 bool holds(const View& mask, const RegionSpans& region) {
-  bool all = true;
   for (const RECT& rect : region.rectangles()) {
-    forEachLine(clipped(rect, mask), mask,
-                [&](const BYTE* row, int left, int right) { all = all && allSet(row, left, right); });
-    if (!all) break;
+    const RECT part = clipped(rect, mask);
+    for (int y = part.top; y < part.bottom; ++y) {
+      if (!allSet(mask.row(y), part.left, part.right)) return false;
+    }
   }
-  return all;
+  return true;
 }
 
 void fill(const View& mask, const RECT& rect, bool value) {
-  forEachLine(clipped(rect, mask), mask,
-              [value](BYTE* row, int left, int right) { fillMaskRow(row, left, right, value); });
+  const RECT part = clipped(rect, mask);
+  for (int y = part.top; y < part.bottom; ++y) fillMaskRow(mask.row(y), part.left, part.right, value);
 }
 
 }  // namespace
@@ -56,6 +51,7 @@ BITMAPINFOHEADER* CMaskedBitmapTransform::FillMask(BITMAPINFOHEADER* mask, HRGN 
   const View old = viewOfDepth(mask, 1);
   if (!old) return nullptr;
   const RegionSpans spans(region);
+  if (region != nullptr && !spans.valid()) return nullptr;
   // No copy of a mask that would not change: the argument itself says so to the caller.
   if (holds(old, spans)) return mask;
   OwnedDib changed(CBitmapCreator::Clone(mask));
@@ -79,8 +75,7 @@ BITMAPINFOHEADER* CMaskedBitmapTransform::MarkedMaskDIB(BITMAPINFOHEADER* mask, 
   const View below(marked.get());
   const int width = std::min(below.width(), above.width());
   for (int y = 0; y < std::min(below.lines(), above.lines()); ++y) {
-    std::memcpy(below.row(y), above.row(y), static_cast<std::size_t>(width / 8));
-    for (int x = width / 8 * 8; x < width; ++x) Set1BitPixel(below.row(y), Get1BitPixel(above.row(y), x), x);
+    copyPixels(Index1::bits, above.row(y), 0, width, below.row(y), 0);
   }
   return marked.release();
 }

@@ -1,5 +1,3 @@
-#include <vector>
-
 #include "dib/allocate.h"
 #include "dib/guard.h"
 #include "dib/placed_frame.h"
@@ -16,11 +14,11 @@ struct Padded {
 
 Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, const Margins& margins) {
   PlacedFrame frame(dib, sourceMask, POINT{margins.left, margins.top});
-  if (!frame || !withFormat(dib->biBitCount, false, [](auto) { return true; })) return {};
+  if (!frame || !hasFormat(dib->biBitCount)) return {};
   const std::optional<SIZE> size = paddedSize(frame.box(), margins);
   if (!size) return {};
-  const int clrUsed = dib->biBitCount <= 8 ? static_cast<int>(dib->biClrUsed) : 0;
-  Padded padded{createDib(size->cx, size->cy, dib->biBitCount, clrUsed), createMask(size->cx, size->cy)};
+  Padded padded{createDib(size->cx, size->cy, dib->biBitCount, static_cast<int>(dib->biClrUsed)),
+                createMask(size->cx, size->cy)};
   if (!padded.image || !padded.mask) return {};
   copyPalette(dib, padded.image.get());
 
@@ -55,14 +53,5 @@ int CMaskedBitmapTransform::ExpandDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER
     *outImage = padded.image.release();
     *outMask = padded.mask.release();
     return 1;
-  });
-}
-
-BITMAPINFOHEADER* CMaskedBitmapTransform::OutputDIBStream(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
-                                                          DWORD transparent) {
-  using namespace dibkit;
-  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&]() -> BITMAPINFOHEADER* {
-    if (mask == nullptr) return nullptr;
-    return burnColour(frame, mask, fromColorRef(transparent), {}).release();
   });
 }

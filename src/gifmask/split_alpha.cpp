@@ -36,26 +36,24 @@ constexpr BYTE blended(BYTE channel, BYTE ground, unsigned opacity) {
   return static_cast<BYTE>((channel * opacity + ground * (255 - opacity)) / 255);
 }
 
-Rgb blended(DWORD pixel, Rgb ground) {
-  const Rgb colour = Bgra32::colour(pixel, PaletteTable());
-  const unsigned opacity = pixel >> 24;
+constexpr Rgb blended(Rgb colour, Rgb ground, unsigned opacity) {
   return {blended(colour.red, ground.red, opacity), blended(colour.green, ground.green, opacity),
           blended(colour.blue, ground.blue, opacity)};
 }
+
+constexpr DWORD opacityOf(DWORD pixel) { return pixel >> 24; }
 
 void splitRow(const BYTE* from, int width, Rgb background, Rgb transparent, int y, BYTE* to,
               MaskOnDemand& mask) {
   for (int x = 0; x < width;) {
     const DWORD pixel = Bgra32::get(from, x);
-    const DWORD opacity = pixel >> 24;
-    if (opacity != 0) {
-      Bgr24::put(to, x++,
-                 opacity == 255 ? Rgb{lowByte(pixel >> 16), lowByte(pixel >> 8), lowByte(pixel)}
-                                : blended(pixel, background));
+    if (const DWORD opacity = opacityOf(pixel); opacity != 0) {
+      const Rgb colour = Bgra32::colour(pixel);
+      Bgr24::put(to, x++, opacity == 255 ? colour : blended(colour, background, opacity));
       continue;
     }
     const int left = x;
-    for (; x < width && Bgra32::get(from, x) >> 24 == 0; ++x) Bgr24::put(to, x, transparent);
+    for (; x < width && opacityOf(Bgra32::get(from, x)) == 0; ++x) Bgr24::put(to, x, transparent);
     mask.mark(y, left, x);
   }
 }
