@@ -14,7 +14,7 @@ using dibkit::HeightPage;
 
 constexpr int stepsPerRound = 4;
 
-/// Where a random disc may have its centre along one axis; nothing when the field is too small for it.
+/// Where a random disc has its centre along one axis; below 0 when that has no answer.
 int drawPlace(int extent, int radius) {
   const std::int64_t room = std::int64_t{extent} - 2 * std::int64_t{radius} - 1;
   if (room == 0) return -1;
@@ -46,19 +46,19 @@ void CRippleEffect::HeightBlob(int x, int y, int radius, int height, int page) {
   if (x < 0) x = drawPlace(m_nFieldWidth, radius);
   if (y < 0) y = drawPlace(m_nFieldHeight, radius);
   if (x < 0 || y < 0) return;
-  dibkit::raiseDisc({page != 0 ? m_pSecond : m_pFirst, m_nFieldWidth, m_nFieldHeight}, x, y, radius, height);
+  dibkit::raiseDisc(Field(page), x, y, radius, height);
 }
 
 void CRippleEffect::CalcWater(int page, int density) { Step(dibkit::stepWave, page, density); }
 void CRippleEffect::CalcWaterBigFilter(int page, int density) { Step(dibkit::stepBroadWave, page, density); }
 
-HeightPage CRippleEffect::FirstPage() const { return {m_pFirst, m_nFieldWidth, m_nFieldHeight}; }
+HeightPage CRippleEffect::Field(int page) const {
+  return {page != 0 ? m_pSecond : m_pFirst, m_nFieldWidth, m_nFieldHeight};
+}
 
 void CRippleEffect::Step(WaveStep* step, int page, int density) {
   if (m_pFirst == nullptr) return;
-  const HeightPage first = FirstPage();
-  const HeightPage second{m_pSecond, m_nFieldWidth, m_nFieldHeight};
-  step(page != 0 ? second : first, page != 0 ? first : second, std::clamp(density, 0, 31));
+  step(Field(page), Field(page == 0), std::clamp(density, 0, 31));
 }
 
 void CRippleEffect::FlattenWater() {
@@ -75,14 +75,14 @@ BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect(int, int) {
   if (!picture || m_pFirst == nullptr) return nullptr;
   if (picture.width() != m_nFieldWidth || picture.height() != m_nFieldHeight) return nullptr;
   return dibkit::orOutOfMemory<BITMAPINFOHEADER*>(
-      nullptr, [&] { return dibkit::refract(picture, FirstPage()).release(); });
+      nullptr, [&] { return dibkit::refract(picture, Field(0)).release(); });
 }
 
 BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {
   CRippleEffect run(m_pSrcDib, 0);
   if (!run.AllocateField()) return nullptr;
   run.HeightBlob(run.m_nWidth / 2, run.m_nHeight / 2, 5, dibkit::dropHeight, 0);
-  dibkit::layDrops(run.FirstPage());
+  dibkit::layDrops(run.Field(0));
   for (int i = 0; i < m_nIterations; ++i) run.RunRound();
   BITMAPINFOHEADER* picture = run.GenerateRippleEffect(0, 0);
   run.EndToRipple();
@@ -91,6 +91,7 @@ BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {
 
 void CRippleEffect::GetShiftedColor(BYTE* red, BYTE* green, BYTE* blue, int shift) {
   for (BYTE* channel : {red, green, blue}) {
+    if (channel == nullptr) continue;
     *channel = static_cast<BYTE>(std::clamp<std::int64_t>(std::int64_t{*channel} - shift, 0, 255));
   }
 }
@@ -98,7 +99,7 @@ void CRippleEffect::GetShiftedColor(BYTE* red, BYTE* green, BYTE* blue, int shif
 void CRippleEffect::StartToRipple() {
   m_nPage = 0;
   m_nIterations = 0;
-  if (AllocateField()) dibkit::layDrops(FirstPage());
+  if (AllocateField()) dibkit::layDrops(Field(0));
 }
 
 BITMAPINFOHEADER* CRippleEffect::NextToRipple() {

@@ -73,7 +73,7 @@ class DIBKIT_API CRippleEffect {
   using WaveStep = void(const dibkit::HeightPage& page, const dibkit::HeightPage& other, int density);
 
   bool AllocateField();
-  dibkit::HeightPage FirstPage() const;
+  dibkit::HeightPage Field(int page) const;
   void Step(WaveStep* step, int page, int density);
   void RunRound();
 
