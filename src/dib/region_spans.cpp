@@ -13,7 +13,14 @@ RegionSpans::RegionSpans(HRGN region) {
   if (!data_) return;
   auto* data = reinterpret_cast<RGNDATA*>(data_.get());
   if (GetRegionData(region, bytes, data) == 0) return;
-  rectangles_ = {reinterpret_cast<const RECT*>(data->Buffer), data->rdh.nCount};
+  // Wine leaves some rectangles of narrow ellipses unset. None of them may lead outside the region's box.
+  const RECT& box = data->rdh.rcBound;
+  const auto isUnset = [&box](const RECT& rect) {
+    return rect.left < box.left || rect.right > box.right || rect.left >= rect.right || rect.top < box.top ||
+           rect.bottom > box.bottom || rect.top >= rect.bottom;
+  };
+  auto* const first = reinterpret_cast<RECT*>(data->Buffer);
+  rectangles_ = {first, std::remove_if(first, first + data->rdh.nCount, isUnset)};
   box_ = rectangles_.empty() ? RECT{} : data->rdh.rcBound;
   valid_ = true;
 }

@@ -84,6 +84,20 @@ TEST(SpanCollector, KeepsAreasSmall) {
   EXPECT_TRUE(read.row(-1).empty());
 }
 
+// Wine leaves some rectangles of such regions unset.
+TEST(RegionSpans, OfNarrowEllipsesLieInTheBox) {
+  for (int width = 1; width <= 8; ++width) {
+    for (int height = 2; height <= 100; ++height) {
+      const dibkit::OwnedRegion region(CreateEllipticRgn(0, 0, width, height));
+      const RegionSpans spans(region.get());
+      for (const RECT& rect : spans.rectangles()) {
+        EXPECT_TRUE(0 <= rect.left && rect.left < rect.right && rect.right <= width);
+        EXPECT_TRUE(0 <= rect.top && rect.top < rect.bottom && rect.bottom <= height);
+      }
+    }
+  }
+}
+
 TEST(RegionSpans, TellNothingFromAnEmptyRegion) {
   EXPECT_FALSE(RegionSpans(nullptr).valid());
   EXPECT_TRUE(RegionSpans(nullptr).row(0).empty());
