@@ -1,10 +1,8 @@
-#include "effects/bars.h"
-
 #include <algorithm>
 #include <cstring>
 
-#include "dib/allocate.h"
 #include "dib/pixel_format.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -118,32 +116,25 @@ void slideBars(const ConstView& from, const View& to, bool vertically, long perc
 
 /// Both effects give a picture of the frame's size; where nothing has come in it stays empty.
 template <class Slide>
-BOOL composePiece(const BITMAPINFOHEADER* source, long style, EffectOutput& output, Slide&& slide) {
+BOOL slideIn(const BITMAPINFOHEADER* source, long style, EffectOutput& output, Slide&& slide) {
   if (style != 0 && style != 1) return FALSE;
   const auto [w, h] = sizeOf(source);
-  OwnedDib piece = createDib(w, h, 32, 0);
-  if (!piece) return FALSE;
-  slide(ConstView(source), View(piece.get()), style == 1);
-  output.image = piece.release();
-  output.rect = {0, 0, w, h};
-  return TRUE;
+  return paintPiece({0, 0, w, h}, Pixels::cleared, output,
+                    [&](const View& piece) { slide(ConstView(source), piece, style == 1); });
 }
 
 }  // namespace
+
+BOOL renderHalves(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
+  return slideIn(source, style, output, [amount](const ConstView& from, const View& to, bool vertically) {
+    slideHalves(from, to, vertically, amount);
+  });
+}
+
+BOOL renderBars(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
+  return slideIn(source, style, output, [amount](const ConstView& from, const View& to, bool vertically) {
+    slideBars(from, to, vertically, amount);
+  });
+}
+
 }  // namespace dibkit
-
-BOOL CBarSlideEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  return composePiece(m_pSrcDib, m_nStyle, *output,
-                      [&](const ConstView& from, const View& to, bool vertically) {
-                        slideHalves(from, to, vertically, m_nAmount);
-                      });
-}
-
-BOOL CMultiBarSlideEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  return composePiece(m_pSrcDib, m_nStyle, *output,
-                      [&](const ConstView& from, const View& to, bool vertically) {
-                        slideBars(from, to, vertically, m_nAmount);
-                      });
-}

@@ -4,18 +4,14 @@
 #include <cmath>
 
 #include "dib/guard.h"
+#include "effects/covering.h"
 #include "effects/effects.h"
 #include "effects/fade.h"
-#include "effects/mosaic.h"
 #include "effects/ripple_fade.h"
-#include "effects/spiral.h"
-#include "effects/spread.h"
-#include "effects/star.h"
 
 namespace dibkit {
 namespace {
 
-using enum StyleParameter;
 using enum AmountUnit;
 
 /// Progress on a scale that starts at `from` and ends at `to`, rounded to the nearest whole number.
@@ -94,34 +90,34 @@ constexpr bool random = true;
 constexpr bool fixed = false;
 
 constexpr Effect table[] = {
-    {-1, "fade", "Fade", "Fades", {}, 0, none, percent, fixed, toHundred, composeFade},
-    {-1, "ripple", "Ripple", "Fades", {}, 0, none, percent, fixed, toHundred, composeRipple},
-    {-1, "diamonds", "Diamond bands", "Fades", {}, 0, none, percent, fixed, toHundred, composeDiamond},
-    {16, "thaw", "Thaw", "Fades", {}, 0, none, percent, fixed, fromHundred, nullptr},
+    {-1, "fade", "Fade", "Fades", {}, 0, percent, fixed, toHundred, composeFade},
+    {-1, "ripple", "Ripple", "Fades", {}, 0, percent, fixed, toHundred, composeRipple},
+    {-1, "diamonds", "Diamond bands", "Fades", {}, 0, percent, fixed, toHundred, composeDiamond},
+    {16, "thaw", "Thaw", "Fades", {}, 0, percent, fixed, fromHundred, nullptr},
 
-    {12, "slide", "Slide", "Slides", eightDirections, 0, a, percent, fixed, toHundred, nullptr},
-    {-1, "push", "Push", "Slides", eightDirections, 0, none, percent, fixed, toHundred, composePush},
-    {10, "halves", "Sliding halves", "Slides", axes, 0, a, percent, fixed, toHundred, nullptr},
-    {11, "bars", "Sliding bars", "Slides", axes, 0, a, percent, fixed, toHundred, nullptr},
-    {17, "roll", "Carpet roll", "Slides", fourSides, 0, a, percent, fixed, toHundred, nullptr},
-    {8, "film", "Film", "Slides", lines, 0, a, percent, fixed, toHundred, nullptr},
+    {12, "slide", "Slide", "Slides", eightDirections, 0, percent, fixed, toHundred, nullptr},
+    {-1, "push", "Push", "Slides", eightDirections, 0, percent, fixed, toHundred, composePush},
+    {10, "halves", "Sliding halves", "Slides", axes, 0, percent, fixed, toHundred, nullptr},
+    {11, "bars", "Sliding bars", "Slides", axes, 0, percent, fixed, toHundred, nullptr},
+    {17, "roll", "Carpet roll", "Slides", fourSides, 0, percent, fixed, toHundred, nullptr},
+    {8, "film", "Film", "Slides", lines, 0, percent, fixed, toHundred, nullptr},
 
-    {0, "gate", "Gate", "Turns", hinges, 0, a, degrees, fixed, quarterTurnBack, nullptr},
-    {7, "spin", "Spin", "Turns", centreLines, 1, a, degrees, fixed, quarterTurnBack, nullptr},
+    {0, "gate", "Gate", "Turns", hinges, 0, degrees, fixed, quarterTurnBack, nullptr},
+    {7, "spin", "Spin", "Turns", centreLines, 1, degrees, fixed, quarterTurnBack, nullptr},
 
-    {13, "spread", "Spread", "Shapes", shapes, 0, a, percent, fixed, toCoveringSpread, nullptr},
-    {9, "iris", "Iris", "Shapes", {}, 0, none, pixels, fixed, toCovering<coveringIris>, nullptr},
-    {3, "star", "Star", "Shapes", {}, 0, none, percent, fixed, toCovering<coveringStarPercent>, nullptr},
+    {13, "spread", "Spread", "Shapes", shapes, 0, percent, fixed, toCoveringSpread, nullptr},
+    {9, "iris", "Iris", "Shapes", {}, 0, pixels, fixed, toCovering<coveringIris>, nullptr},
+    {3, "star", "Star", "Shapes", {}, 0, percent, fixed, toCovering<coveringStarPercent>, nullptr},
 
-    {1, "clock", "Clock", "Clocks", turns, 1, a, degrees, fixed, fullTurn, nullptr},
-    {2, "clocks", "Many clocks", "Clocks", turns, 1, a, degrees, fixed, fullTurn, nullptr},
-    {4, "spiral", "Spiral", "Clocks", turns, 1, a, degrees, fixed, toCovering<coveringSpiralAngle>, nullptr},
+    {1, "clock", "Clock", "Clocks", turns, 1, degrees, fixed, fullTurn, nullptr},
+    {2, "clocks", "Many clocks", "Clocks", turns, 1, degrees, fixed, fullTurn, nullptr},
+    {4, "spiral", "Spiral", "Clocks", turns, 1, degrees, fixed, toCovering<coveringSpiralAngle>, nullptr},
 
-    {5, "mosaic", "Mosaic", "Pieces", {}, 0, none, percent, random, toCoveringMosaic<false>, nullptr},
-    {6, "mosaic-sweep", "Sweeping mosaic", "Pieces", fourSides, 0, a, percent, random, toCoveringMosaic<true>,
+    {5, "mosaic", "Mosaic", "Pieces", {}, 0, percent, random, toCoveringMosaic<false>, nullptr},
+    {6, "mosaic-sweep", "Sweeping mosaic", "Pieces", fourSides, 0, percent, random, toCoveringMosaic<true>,
      nullptr},
-    {14, "strips", "Strips", "Pieces", strips, 0, a, percent, random, toHundred, nullptr},
-    {15, "blinds", "Venetian blinds", "Pieces", slats, 1, a, percent, fixed, toHundred, nullptr},
+    {14, "strips", "Strips", "Pieces", strips, 0, percent, random, toHundred, nullptr},
+    {15, "blinds", "Venetian blinds", "Pieces", slats, 1, percent, fixed, toHundred, nullptr},
 };
 
 }  // namespace
@@ -129,15 +125,9 @@ constexpr Effect table[] = {
 EffectParameters Effect::parameters(double progress, const SIZE& picture, int style) const {
   // Written so that a progress that is no number counts as 0.
   const double reached = progress > 0.0 ? std::min(progress, 1.0) : 0.0;
-  const long moved = amount(reached, picture, style);
-  switch (styleParameter) {
-    case a:
-      return {style, moved};
-    case b:
-      return {moved, style};
-    default:
-      return {moved, 0};
-  }
+  const SIZE size{std::max<LONG>(picture.cx, 1), std::max<LONG>(picture.cy, 1)};
+  const long moved = amount(reached, size, style);
+  return styles.empty() ? EffectParameters{moved, 0} : EffectParameters{style, moved};
 }
 
 std::span<const Effect> effects() { return table; }

@@ -21,16 +21,14 @@ namespace dibkit {
 /// What an amount counts.
 enum class AmountUnit { percent, degrees, pixels };
 
-/// Which of its two parameters an effect takes as its style; the other one is its amount.
-enum class StyleParameter { none, a, b };
-
 /// A way in which an effect may run. Its value is its place in the effect's list.
 struct EffectStyle {
   const char* name;   ///< for command lines: lower case, words joined by hyphens
   const char* title;  ///< for people
 };
 
-/// The parameters of GeneralEffectFrame for one stage.
+/// The parameters of GeneralEffectFrame for one stage: style and amount of an effect with styles, the amount
+/// and 0 of any other.
 struct EffectParameters {
   long a = 0;
   long b = 0;
@@ -51,7 +49,6 @@ struct DIBKIT_API Effect {
   const char* family;                   ///< heading under which similar ones stand
   std::span<const EffectStyle> styles;  ///< empty for an effect without styles, whose style is then 0
   int defaultStyle;
-  StyleParameter styleParameter;
   AmountUnit unit;
   /// It draws from the C library's generator: a host must not make two such frames at the same time.
   bool drawsRandomNumbers;

@@ -1,10 +1,9 @@
-#include "effects/clock.h"
-
 #include <array>
 #include <cmath>
 #include <vector>
 
 #include "effects/angles.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 #include "effects/region_canvas.h"
 
@@ -17,11 +16,11 @@ int diagonalAngle(const SIZE& box) {
   return static_cast<int>(std::atan(static_cast<double>(box.cx) / box.cy) / eightDigitPi * 180.0);
 }
 
-/// Where the hand ends on a vertical side of the box. A hand that points almost along such a side of a very
-/// thin box ends far away; it is stopped where moving it further changes no pixel of the box.
-int heightOnSide(double tangentOfHand, const SIZE& box) {
-  const double limit = (box.cx + 2.0) * box.cy;
-  return static_cast<int>(std::clamp(tangentOfHand * (box.cx / 2.0) + box.cy / 2.0, -limit, limit));
+/// A coordinate of the hand's end, truncated. A hand that points almost along the side that it should end on
+/// ends far away; it is stopped where moving it further changes no pixel of the box.
+int endAt(double coordinate, const SIZE& box) {
+  const double limit = (box.cx + 2.0) * (box.cy + 2.0);
+  return static_cast<int>(std::clamp(coordinate, -limit, limit));
 }
 
 /// The part of a box that a hand, at twelve o'clock at first, has passed: the centre, the middle of the top
@@ -36,7 +35,7 @@ std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int 
   const LONG farSide = clockwise ? 0 : w;
   const int side = clockwise ? 1 : -1;
   const std::array<POINT, 4> corners = {{{nearSide, 0}, {nearSide, h}, {farSide, h}, {farSide, 0}}};
-  if (angle >= 360) return {corners.begin(), corners.end()};
+  if (angle == 360) return {corners.begin(), corners.end()};
 
   std::vector<POINT> points = {{w / 2, h / 2}, {w / 2, 0}};
   const auto pass = [&](int cornersPassed, POINT end) {
@@ -45,21 +44,21 @@ std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int 
   };
   if (angle <= diagonal) {
     // Only here the halves are whole numbers and the distance alone is truncated.
-    pass(0, {w / 2 + side * static_cast<int>(tangent(angle) * hh), 0});
+    pass(0, {w / 2 + side * endAt(tangent(angle) * hh, box), 0});
   } else if (angle <= 180 - diagonal) {
-    pass(1, {nearSide, heightOnSide(tangent(angle - 90), box)});
+    pass(1, {nearSide, endAt(tangent(angle - 90) * hw + hh, box)});
   } else if (angle <= 180 + diagonal) {
-    pass(2, {static_cast<int>(tangent(side * (180 - angle)) * hh + hw), h});
+    pass(2, {endAt(tangent(side * (180 - angle)) * hh + hw, box), h});
   } else if (angle <= 360 - diagonal) {
-    pass(3, {farSide, heightOnSide(tangent(270 - angle), box)});
+    pass(3, {farSide, endAt(tangent(270 - angle) * hw + hh, box)});
   } else {
-    pass(4, {static_cast<int>(hw - side * (tangent(360 - angle) * hh)), 0});
+    pass(4, {endAt(hw - side * (tangent(360 - angle) * hh), box), 0});
   }
   return points;
 }
 
-OwnedRegion clockRegion(const SIZE& box, int angle, bool clockwise, int diagonal) {
-  const std::vector<POINT> points = clockPolygon(box, angle, clockwise, diagonal);
+OwnedRegion clockRegion(const SIZE& box, int angle, bool clockwise) {
+  const std::vector<POINT> points = clockPolygon(box, angle, clockwise, diagonalAngle(box));
   return OwnedRegion(CreatePolygonRgn(points.data(), static_cast<int>(points.size()), ALTERNATE));
 }
 
@@ -71,7 +70,7 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
   std::array<OwnedRegion, 4> clocks;
   const auto clockOf = [&](const SIZE& tile) {
     OwnedRegion& clock = clocks[(tile.cx < tileWidth ? 1U : 0U) + (tile.cy < tileHeight ? 2U : 0U)];
-    if (!clock) clock = clockRegion(tile, angle, clockwise, diagonalAngle(tile));
+    if (!clock) clock = clockRegion(tile, angle, clockwise);
     return clock.get();
   };
   RegionCanvas canvas(picture);
@@ -86,32 +85,21 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
 }
 
 }  // namespace
-}  // namespace dibkit
 
-void CSweepClockEffect::SetParameters(long a, long b) {
-  m_nDirection = a;
-  m_nAngle = b;
-  m_nDiagonal = dibkit::diagonalAngle(dibkit::sizeOf(m_pSrcDib));
-}
-
-BOOL CSweepClockEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const SIZE picture = sizeOf(m_pSrcDib);
-  const OwnedRegion region =
-      clockRegion(picture, clampAmount(m_nAngle, 0, 360), m_nDirection != 0, static_cast<int>(m_nDiagonal));
-  if (!region) return FALSE;
+BOOL renderClock(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
+  const OwnedRegion region = clockRegion(sizeOf(source), clampAmount(angle, 0, 360), direction != 0);
   // The place is that of the hand's polygon before it is clipped, unlike all other effects': where the hand's
   // end lies outside the picture, it is larger than the piece. Hosts know and clip it themselves.
   RECT box{};
   GetRgnBox(region.get(), &box);
-  clipToPicture(region, picture);
-  const BOOL made = cutPiece(m_pSrcDib, region, *output);
-  output->rect = box;
+  const BOOL made = cutPiece(source, region, output);
+  output.rect = box;
   return made;
 }
 
-BOOL CMultiSweepClock::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const OwnedRegion region = manyClocks(sizeOf(m_pSrcDib), clampAmount(m_nAngle, 0, 360), m_nDirection != 0);
-  return cutPiece(m_pSrcDib, region, *output);
+BOOL renderManyClocks(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
+  const OwnedRegion region = manyClocks(sizeOf(source), clampAmount(angle, 0, 360), direction != 0);
+  return cutPiece(source, region, output);
 }
+
+}  // namespace dibkit

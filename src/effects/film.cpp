@@ -1,10 +1,8 @@
-#include "effects/film.h"
-
 #include <algorithm>
 #include <cstring>
 
-#include "dib/allocate.h"
 #include "dib/pixel_format.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -28,19 +26,16 @@ void smearColumns(const ConstView& from, const View& to, int front) {
 }
 
 }  // namespace
-}  // namespace dibkit
 
-BOOL CProgressiveFilm::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const int percent = clampAmount(m_nAmount, 0, 100);
-  if ((m_nStyle != 0 && m_nStyle != 1) || percent == 0) return FALSE;
-  const auto [w, h] = sizeOf(m_pSrcDib);
-  OwnedDib piece = createDib(w, h, 32, 0, Pixels::unwritten);
-  if (!piece) return FALSE;
-  const bool rows = m_nStyle == 0;
+BOOL renderFilm(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
+  const int percent = clampAmount(amount, 0, 100);
+  if ((style != 0 && style != 1) || percent == 0) return FALSE;
+  const auto [w, h] = sizeOf(source);
+  const bool rows = style == 0;
   const int front = static_cast<int>(percentOf(rows ? h : w, percent));
-  (rows ? smearRows : smearColumns)(ConstView(m_pSrcDib), View(piece.get()), front);
-  output->image = piece.release();
-  output->rect = {0, 0, w, h};
-  return TRUE;
+  return paintPiece({0, 0, w, h}, Pixels::unwritten, output, [&](const View& piece) {
+    (rows ? smearRows : smearColumns)(ConstView(source), piece, front);
+  });
 }
+
+}  // namespace dibkit

@@ -1,5 +1,3 @@
-#include "effects/gate.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -7,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "dib/allocate.h"
 #include "dib/pixel_format.h"
 #include "effects/angles.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -18,16 +16,23 @@ namespace {
 /// The edge that stays fixed.
 enum Hinge : long { left, top, right, bottom };
 
+/// A number in single precision. It goes through memory, since GCC 12 drops two such roundings that it takes
+/// side by side and goes on with the doubles.
+float single(double value) {
+  const volatile float rounded = static_cast<float>(value);
+  return rounded;
+}
+
 /// A door of w x h, opened. Sine and cosine have single precision and so have `t` and the projected corners;
-/// all else is double. Halves are whole numbers in two places and have their fraction in the others: edges
-/// land on their pixels only that way.
+/// all else is double. Some halves are whole numbers, the others have their fraction: edges land on their
+/// pixels only that way.
 struct Door {
   long hinge;
   int w;
   int h;
-  double s;
-  double c;
-  double distance;
+  double s;         ///< sine of the angle
+  double c;         ///< its cosine
+  double distance;  ///< of the viewer: the extent across which the door opens
 };
 
 struct Projected {
@@ -63,10 +68,10 @@ Projected project(const Door& door, int x, int y) {
       turnedY = (h - y) * c - h / 2.0;
       break;
   }
-  return {static_cast<float>(turnedX / (1 - z / distance)), static_cast<float>(turnedY / (1 - z / distance))};
+  return {single(turnedX / (1 - z / distance)), single(turnedY / (1 - z / distance))};
 }
 
-/// The frame coordinates of the opened door.
+/// Where the opened door is seen in the frame.
 struct Outline {
   double left;
   double top;
@@ -109,8 +114,7 @@ struct LineMap {
   double factor;
 };
 
-/// \param position the line's distance from the frame's centre: X to the right for vertical lines, Y upward
-/// for
+/// \param position the line's distance from the frame's centre: to the right for vertical lines, upward for
 ///        horizontal ones
 LineMap lineMap(const Door& door, double position) {
   const auto [hinge, w, h, s, c, distance] = door;
@@ -118,19 +122,19 @@ LineMap lineMap(const Door& door, double position) {
   double source = 0;
   switch (hinge) {
     case left:
-      t = static_cast<float>((w / 2.0 + position) / (position / distance - c / s));
+      t = single((w / 2.0 + position) / (position / distance - c / s));
       source = -t / s;
       break;
     case top:
-      t = static_cast<float>((position - h / 2.0) / (position / distance + c / s));
+      t = single((position - h / 2.0) / (position / distance + c / s));
       source = -t / s;
       break;
     case right:
-      t = static_cast<float>((position - w / 2) / (c / s + position / distance));
+      t = single((position - w / 2) / (c / s + position / distance));
       source = t / s + w;
       break;
     default:
-      t = static_cast<float>((h / 2 + position) / (position / distance - c / s));
+      t = single((h / 2 + position) / (position / distance - c / s));
       source = t / s + h;
       break;
   }
@@ -194,40 +198,28 @@ void swingAboutHorizontal(const Door& door, const Outline& box, const ConstView&
 }
 
 }  // namespace
-}  // namespace dibkit
 
-void CGate3DEffect::SetParameters(long a, long b) {
-  m_nOrientation = a;
-  m_nAngle = b;
-  const double angle = dibkit::radians(static_cast<double>(b));
-  m_fSine = static_cast<float>(std::sin(angle));
-  m_fCosine = static_cast<float>(std::cos(angle));
-  m_nDistance = a == dibkit::left || a == dibkit::right ? m_pSrcDib->biWidth : m_pSrcDib->biHeight;
-}
-
-BOOL CGate3DEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  if (m_nOrientation < left || m_nOrientation > bottom) return FALSE;
-  const auto [w, h] = sizeOf(m_pSrcDib);
-  if (m_fSine == 0) {
+BOOL renderGate(BITMAPINFOHEADER* source, long hinge, long angle, EffectOutput& output) {
+  if (hinge < left || hinge > bottom) return FALSE;
+  const auto [w, h] = sizeOf(source);
+  const bool vertical = hinge == left || hinge == right;
+  const double turned = radians(static_cast<double>(angle));
+  const float sine = single(std::sin(turned));
+  const float cosine = single(std::cos(turned));
+  if (sine == 0) {
     // A shut door has no way back that could be calculated, and shows the picture as it is.
-    output->image = copyOf(m_pSrcDib).release();
-    output->rect = {0, 0, w, h};
-    return output->image != nullptr ? TRUE : FALSE;
+    output = {copyOf(source).release(), {0, 0, w, h}};
+    return output.image != nullptr ? TRUE : FALSE;
   }
-  const Door door{m_nOrientation, w, h, m_fSine, m_fCosine, static_cast<double>(m_nDistance)};
+  const Door door{hinge, w, h, sine, cosine, static_cast<double>(vertical ? w : h)};
   const std::optional<Outline> box = outlineOf(door);
   if (!box) return FALSE;
-  const int width = box->width;
-  const int height = box->height;
-  OwnedDib piece = createDib(width, height, 32, 0);
-  if (!piece) return FALSE;
-  const bool vertical = m_nOrientation == left || m_nOrientation == right;
-  (vertical ? swingAboutVertical : swingAboutHorizontal)(door, *box, ConstView(m_pSrcDib), View(piece.get()));
-
-  const LONG x = m_nOrientation == right ? w - width : 0;
-  const LONG y = m_nOrientation == bottom ? h - height : 0;
-  output->image = piece.release();
-  output->rect = {x, y, x + width, y + height};
-  return TRUE;
+  const LONG x = hinge == right ? w - box->width : 0;
+  const LONG y = hinge == bottom ? h - box->height : 0;
+  const RECT place{x, y, x + box->width, y + box->height};
+  return paintPiece(place, Pixels::cleared, output, [&](const View& piece) {
+    (vertical ? swingAboutVertical : swingAboutHorizontal)(door, *box, ConstView(source), piece);
+  });
 }
+
+}  // namespace dibkit

@@ -4,19 +4,7 @@
 
 #include "dib/guard.h"
 #include "dib/view.h"
-#include "effects/bars.h"
-#include "effects/clock.h"
-#include "effects/effects.h"
-#include "effects/film.h"
-#include "effects/gate.h"
-#include "effects/mosaic.h"
-#include "effects/roll.h"
-#include "effects/slide.h"
-#include "effects/spin.h"
-#include "effects/spiral.h"
-#include "effects/spread.h"
-#include "effects/star.h"
-#include "effects/strips.h"
+#include "effects/numbered.h"
 
 CGeneralEffectFrame::~CGeneralEffectFrame() = default;
 BOOL CGeneralEffectFrame::GenerateFrame(EffectOutput*) { return FALSE; }
@@ -25,32 +13,64 @@ void CGeneralEffectFrame::SetParameters(long, long) {}
 namespace dibkit {
 namespace {
 
+/// An effect that takes its style first and its amount second.
+template <StyledEffect render>
+class StyledEffectFrame final : public CGeneralEffectFrame {
+ public:
+  using CGeneralEffectFrame::CGeneralEffectFrame;
+  BOOL GenerateFrame(EffectOutput* output) override { return render(m_pSrcDib, style_, amount_, *output); }
+  void SetParameters(long a, long b) override {
+    style_ = a;
+    amount_ = b;
+  }
+
+ private:
+  long style_ = 0;
+  long amount_ = 0;
+};
+
+/// An effect without styles, which takes its amount first and nothing else.
+template <PlainEffect render>
+class PlainEffectFrame final : public CGeneralEffectFrame {
+ public:
+  using CGeneralEffectFrame::CGeneralEffectFrame;
+  BOOL GenerateFrame(EffectOutput* output) override { return render(m_pSrcDib, amount_, *output); }
+  void SetParameters(long a, long) override { amount_ = a; }
+
+ private:
+  long amount_ = 0;
+};
+
 using Factory = CGeneralEffectFrame* (*)(BITMAPINFOHEADER* source);
 
-template <class Effect>
-CGeneralEffectFrame* make(BITMAPINFOHEADER* source) {
-  return new (std::nothrow) Effect(source);
+template <StyledEffect render>
+CGeneralEffectFrame* styled(BITMAPINFOHEADER* source) {
+  return new (std::nothrow) StyledEffectFrame<render>(source);
+}
+template <PlainEffect render>
+CGeneralEffectFrame* plain(BITMAPINFOHEADER* source) {
+  return new (std::nothrow) PlainEffectFrame<render>(source);
 }
 
 constexpr std::array<Factory, 18> factories = {
-    make<CGate3DEffect>,          // 0
-    make<CSweepClockEffect>,      // 1
-    make<CMultiSweepClock>,       // 2
-    make<CStarWipeEffect>,        // 3
-    make<CSolenoidWipeEffect>,    // 4
-    make<CMosaicEffect>,          // 5
-    make<CDirectionSenceMosaic>,  // 6
-    make<CSpinEffect>,            // 7
-    make<CProgressiveFilm>,       // 8
-    make<CIrisEffect>,            // 9
-    make<CBarSlideEffect>,        // 10
-    make<CMultiBarSlideEffect>,   // 11
-    make<CSmoothSlideEffect>,     // 12
-    make<CSmoothSpreadEffect>,    // 13
-    make<CNarrowBarEffect>,       // 14
-    make<CJalousieEffect>,        // 15
-    make<CThawingEffect>,         // 16
-    make<CSideRollEffect>,        // 17
+    styled<renderGate>,            // 0
+    styled<renderClock>,           // 1
+    styled<renderManyClocks>,      // 2
+    plain<renderStar>,             // 3
+    styled<renderSpiral>,          // 4
+    plain<renderMosaic>,           // 5
+    styled<renderSweepingMosaic>,  // 6
+    styled<renderSpin>,            // 7
+    styled<renderFilm>,            // 8
+    plain<renderIris>,             // 9
+    styled<renderHalves>,          // 10
+    styled<renderBars>,            // 11
+    styled<renderSlide>,           // 12
+    styled<renderSpread>,          // 13
+    styled<renderStrips>,          // 14
+    styled<renderBlinds>,          // 15
+    plain<renderThaw>,             // 16
+    styled<renderRoll>,            // 17
 };
 
 std::unique_ptr<CGeneralEffectFrame> makeEffect(int number, BITMAPINFOHEADER* source) {

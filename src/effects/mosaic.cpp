@@ -1,5 +1,3 @@
-#include "effects/mosaic.h"
-
 #include <cstdlib>
 #include <numeric>
 #include <optional>
@@ -7,6 +5,8 @@
 #include <vector>
 
 #include "dib/region_spans.h"
+#include "effects/covering.h"
+#include "effects/numbered.h"
 #include "effects/ordered_pool.h"
 #include "effects/piece.h"
 #include "frames/frames.h"
@@ -57,8 +57,7 @@ OwnedRegion regionOf(const CellGrid& grid, const Cells& cells, const SIZE& pictu
       if (!cells[static_cast<std::size_t>(row * grid.columns + column)]) continue;
       const int left = column * grid.cellWidth;
       const int top = row * grid.cellHeight;
-      rectangles.push_back({left, top, std::min<int>(left + grid.cellWidth, picture.cx),
-                            std::min<int>(top + grid.cellHeight, picture.cy)});
+      rectangles.push_back({left, top, left + grid.cellWidth, top + grid.cellHeight});
     }
   }
   return regionOfRectangles(rectangles);
@@ -116,31 +115,28 @@ long coveringMosaicPercent(const SIZE& picture, bool sweeping) {
   return grid.covers(picture) ? 100 : 101;
 }
 
-}  // namespace dibkit
-
-BOOL CMosaicEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const SIZE picture = sizeOf(m_pSrcDib);
+BOOL renderMosaic(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+  const SIZE picture = sizeOf(source);
   const CellGrid grid = randomGrid(picture);
-  const Cells cells = drawRandomly(grid, picture, m_nAmount);
-  return cutPiece(m_pSrcDib, regionOf(grid, cells, picture, m_nAmount), *output);
+  const Cells cells = drawRandomly(grid, picture, amount);
+  return cutPiece(source, regionOf(grid, cells, picture, amount), output);
 }
 
-BOOL CDirectionSenceMosaic::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  if (m_nDirection < 0 || m_nDirection > 3) return FALSE;
-  const SIZE picture = sizeOf(m_pSrcDib);
+BOOL renderSweepingMosaic(BITMAPINFOHEADER* source, long direction, long amount, EffectOutput& output) {
+  if (direction < 0 || direction > 3) return FALSE;
+  const SIZE picture = sizeOf(source);
   const CellGrid grid = sweepingGrid(picture);
-  const Cells cells = drawSweeping(grid, picture, sweeps[m_nDirection], m_nAmount);
-  return cutPiece(m_pSrcDib, regionOf(grid, cells, picture, m_nAmount), *output);
+  const Cells cells = drawSweeping(grid, picture, sweeps[direction], amount);
+  return cutPiece(source, regionOf(grid, cells, picture, amount), output);
 }
 
-BOOL CThawingEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const auto [w, h] = sizeOf(m_pSrcDib);
-  const auto block = static_cast<int>(std::clamp<std::int64_t>(percentOf(40, m_nAmount), 0, std::min(w, h)));
+BOOL renderThaw(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+  const auto [w, h] = sizeOf(source);
+  const auto block = static_cast<int>(std::clamp<std::int64_t>(percentOf(40, amount), 0, std::min(w, h)));
   // Below a block of one pixel the picture is as sharp as it can be.
-  output->image = block > 0 ? Mosaic32BitsDIB(m_pSrcDib, block) : copyOf(m_pSrcDib).release();
-  output->rect = {0, 0, w, h};
+  output.image = block > 0 ? Mosaic32BitsDIB(source, block) : copyOf(source).release();
+  output.rect = {0, 0, w, h};
   return TRUE;  // Even without an image, deliberately: hosts test the pointer of this one.
 }
+
+}  // namespace dibkit

@@ -1,11 +1,18 @@
 #include "effects/piece.h"
 
+#include <cmath>
 #include <cstring>
 
-#include "dib/allocate.h"
 #include "frames/frames.h"
 
 namespace dibkit {
+
+double diagonalOf(const SIZE& picture) {
+  // The squares of a picture wider or higher than 46340 pixels need more than 32 bits.
+  const std::int64_t w = picture.cx;
+  const std::int64_t h = picture.cy;
+  return std::sqrt(static_cast<double>(w * w + h * h));
+}
 
 OwnedDib copyOf(const BITMAPINFOHEADER* picture) {
   const ConstView from = viewOfDepth(picture, 32);
@@ -19,18 +26,13 @@ OwnedDib copyOf(const BITMAPINFOHEADER* picture) {
   return copy;
 }
 
-void clipToPicture(const OwnedRegion& region, const SIZE& picture) {
-  if (!region) return;
-  const OwnedRegion whole(CreateRectRgn(0, 0, picture.cx, picture.cy));
-  CombineRgn(region.get(), region.get(), whole.get(), RGN_AND);
-}
-
 BOOL cutPiece(BITMAPINFOHEADER* source, const OwnedRegion& region, EffectOutput& output) {
   if (!region) return FALSE;
-  RECT box{};
-  GetRgnBox(region.get(), &box);
+  const auto [w, h] = sizeOf(source);
+  const OwnedRegion whole(CreateRectRgn(0, 0, w, h));
+  CombineRgn(region.get(), region.get(), whole.get(), RGN_AND);
+  GetRgnBox(region.get(), &output.rect);
   output.image = Crop32BitsDIB(source, region.get());
-  output.rect = box;
   return output.image != nullptr ? TRUE : FALSE;
 }
 

@@ -1,13 +1,11 @@
-#include "effects/roll.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numbers>
 #include <vector>
 
-#include "dib/allocate.h"
 #include "dib/pixel_format.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -75,27 +73,24 @@ void unrollRows(const ConstView& from, const View& to, const std::vector<CarpetL
 }
 
 }  // namespace
-}  // namespace dibkit
 
-BOOL CSideRollEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  if (m_nSide < 0 || m_nSide > 3) return FALSE;
-  const auto [w, h] = sizeOf(m_pSrcDib);
-  const bool columns = m_nSide == 0 || m_nSide == 2;
-  const bool fromFarSide = m_nSide >= 2;
+BOOL renderRoll(BITMAPINFOHEADER* source, long side, long amount, EffectOutput& output) {
+  if (side < 0 || side > 3) return FALSE;
+  const auto [w, h] = sizeOf(source);
+  const bool columns = side == 0 || side == 2;
+  const bool fromFarSide = side >= 2;
   const int extent = columns ? w : h;
-  std::vector<CarpetLine> lines = carpetLines(extent, clampAmount(m_nAmount, 0, 100));
+  std::vector<CarpetLine> lines = carpetLines(extent, clampAmount(amount, 0, 100));
   const auto visible = static_cast<int>(lines.size());
   if (fromFarSide) {
     std::reverse(lines.begin(), lines.end());
     for (CarpetLine& line : lines) line.source = extent - 1 - line.source;
   }
-  OwnedDib piece = createDib(columns ? visible : w, columns ? h : visible, 32, 0, Pixels::unwritten);
-  if (!piece) return FALSE;
-  (columns ? unrollColumns : unrollRows)(ConstView(m_pSrcDib), View(piece.get()), lines);
-
   const int start = fromFarSide ? extent - visible : 0;
-  output->image = piece.release();
-  output->rect = columns ? RECT{start, 0, start + visible, h} : RECT{0, start, w, start + visible};
-  return TRUE;
+  const RECT place = columns ? RECT{start, 0, start + visible, h} : RECT{0, start, w, start + visible};
+  return paintPiece(place, Pixels::unwritten, output, [&](const View& piece) {
+    (columns ? unrollColumns : unrollRows)(ConstView(source), piece, lines);
+  });
 }
+
+}  // namespace dibkit

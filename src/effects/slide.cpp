@@ -1,10 +1,9 @@
-#include "effects/slide.h"
-
 #include <array>
 
+#include "effects/numbered.h"
 #include "effects/piece.h"
-#include "frames/frames.h"
 
+namespace dibkit {
 namespace {
 
 struct Slide {
@@ -30,16 +29,16 @@ Slide slideFrom(long direction, LONG w, LONG h, LONG dx, LONG dy) {
 
 }  // namespace
 
-BOOL CSmoothSlideEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const auto [w, h] = sizeOf(m_pSrcDib);
+BOOL renderSlide(BITMAPINFOHEADER* source, long direction, long amount, EffectOutput& output) {
+  const auto [w, h] = sizeOf(source);
   // A picture that has arrived stays: beyond the range the cut would leave the picture.
-  const int percent = clampAmount(m_nAmount, 0, 100);
-  const Slide slide = slideFrom(m_nStyle, w, h, static_cast<LONG>(percentOf(w, percent)),
-                                static_cast<LONG>(percentOf(h, percent)));
-  const RECT& cut = slide.cut;
+  const int percent = clampAmount(amount, 0, 100);
+  const auto [cut, place] = slideFrom(direction, w, h, static_cast<LONG>(percentOf(w, percent)),
+                                      static_cast<LONG>(percentOf(h, percent)));
   const OwnedRegion region(CreateRectRgn(cut.left, cut.top, cut.right, cut.bottom));
-  const BOOL made = cutPiece(m_pSrcDib, region, *output);
-  output->rect = slide.place;
+  const BOOL made = cutPiece(source, region, output);
+  output.rect = place;
   return made;
 }
+
+}  // namespace dibkit

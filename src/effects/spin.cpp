@@ -1,13 +1,11 @@
-#include "effects/spin.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <vector>
 
-#include "dib/allocate.h"
 #include "dib/pixel_format.h"
 #include "effects/angles.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -40,22 +38,20 @@ void squashColumns(const ConstView& from, const View& to, double squash) {
 }
 
 }  // namespace
-}  // namespace dibkit
 
-BOOL CSpinEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  if (m_nAxis != 0 && m_nAxis != 1) return FALSE;
-  const auto [w, h] = sizeOf(m_pSrcDib);
-  const bool rows = m_nAxis == 0;
-  const double squash = std::cos(radians(static_cast<double>(m_nAngle)));
-  // Between 90 and 270 degrees the size is negative, and no image can be had.
-  const auto seen = static_cast<int>((rows ? h : w) * squash);
-  OwnedDib piece = createDib(rows ? w : seen, rows ? seen : h, 32, 0, Pixels::unwritten);
-  if (!piece) return FALSE;
-  (rows ? squashRows : squashColumns)(ConstView(m_pSrcDib), View(piece.get()), squash);
-
-  const int margin = ((rows ? h : w) - seen) / 2;
-  output->image = piece.release();
-  output->rect = rows ? RECT{0, margin, w, margin + seen} : RECT{margin, 0, margin + seen, h};
-  return TRUE;
+BOOL renderSpin(BITMAPINFOHEADER* source, long axis, long angle, EffectOutput& output) {
+  if (axis != 0 && axis != 1) return FALSE;
+  const auto [w, h] = sizeOf(source);
+  const bool rows = axis == 0;
+  const int extent = rows ? h : w;
+  const double squash = std::cos(radians(static_cast<double>(angle)));
+  // Between 90 and 270 degrees the size is negative, and no piece can be had.
+  const auto seen = static_cast<int>(extent * squash);
+  const int margin = (extent - seen) / 2;
+  const RECT place = rows ? RECT{0, margin, w, margin + seen} : RECT{margin, 0, margin + seen, h};
+  return paintPiece(place, Pixels::unwritten, output, [&](const View& piece) {
+    (rows ? squashRows : squashColumns)(ConstView(source), piece, squash);
+  });
 }
+
+}  // namespace dibkit

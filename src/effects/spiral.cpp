@@ -1,9 +1,9 @@
-#include "effects/spiral.h"
-
 #include <cmath>
 #include <vector>
 
 #include "effects/angles.h"
+#include "effects/covering.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 #include "effects/region_canvas.h"
 
@@ -12,12 +12,6 @@ namespace {
 
 /// How far the arm's tip runs ahead, so that the first triangle already has a width.
 constexpr int lead = 20;
-
-double halfDiagonal(const SIZE& picture) {
-  const std::int64_t w = picture.cx;
-  const std::int64_t h = picture.cy;
-  return std::sqrt(static_cast<double>(w * w + h * h)) / 2.0;
-}
 
 /// Twice the area of the triangle centre, a, b; its sign is the sense of rotation.
 std::int64_t turn(const POINT& centre, const POINT& a, const POINT& b) {
@@ -67,7 +61,7 @@ class Fan {
 
 OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
   const POINT centre{picture.cx / 2, picture.cy / 2};
-  const double radius = halfDiagonal(picture);
+  const double radius = diagonalOf(picture) / 2.0;
   const int angle = clampAmount(amount, 0, static_cast<int>(coveringSpiralAngle(picture)));
   RegionCanvas canvas(picture);
   canvas.add(RECT{centre.x, centre.y, centre.x + 1, centre.y + 1});
@@ -89,14 +83,13 @@ OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
 }  // namespace
 
 long coveringSpiralAngle(const SIZE& picture) {
-  const double radius = halfDiagonal(picture);
+  const double radius = diagonalOf(picture) / 2.0;
   // Three pixels beyond the corners make good for truncation and for the straight sides of the triangles.
   return static_cast<long>(std::ceil(720.0 * (radius * 1.001 + 3.0) / radius)) + 360;
 }
 
-}  // namespace dibkit
-
-BOOL CSolenoidWipeEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  return cutPiece(m_pSrcDib, spiralRegion(sizeOf(m_pSrcDib), m_nAngle, m_nDirection == 1), *output);
+BOOL renderSpiral(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
+  return cutPiece(source, spiralRegion(sizeOf(source), angle, direction == 1), output);
 }
+
+}  // namespace dibkit

@@ -1,8 +1,8 @@
-#include "effects/spread.h"
-
 #include <algorithm>
 #include <cmath>
 
+#include "effects/covering.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -14,12 +14,6 @@ enum Shape : long { circle, rectangle, ellipse, roundedRectangle, diamond };
 // a little more than the 0.7071 with which it would reach the corners.
 constexpr double ellipseDivisor = 0.717;
 constexpr double roundedDivisor = 0.8;
-
-double diagonalOf(const SIZE& picture) {
-  const std::int64_t w = picture.cx;
-  const std::int64_t h = picture.cy;
-  return std::sqrt(static_cast<double>(w * w + h * h));
-}
 
 OwnedRegion spreadRegion(const SIZE& picture, long shape, long amount) {
   const auto [w, h] = picture;
@@ -97,12 +91,8 @@ long coveringSpreadPercent(const SIZE& picture, long shape) {
   return static_cast<long>(std::ceil(factor * 100.0));
 }
 
-}  // namespace dibkit
-
-BOOL CSmoothSpreadEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const SIZE picture = sizeOf(m_pSrcDib);
-  const OwnedRegion region = spreadRegion(picture, m_nStyle, m_nAmount);
-  clipToPicture(region, picture);
-  return cutPiece(m_pSrcDib, region, *output);
+BOOL renderSpread(BITMAPINFOHEADER* source, long shape, long amount, EffectOutput& output) {
+  return cutPiece(source, spreadRegion(sizeOf(source), shape, amount), output);
 }
+
+}  // namespace dibkit

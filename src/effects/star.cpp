@@ -1,8 +1,8 @@
-#include "effects/star.h"
-
 #include <array>
 #include <cmath>
 
+#include "effects/covering.h"
+#include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
@@ -76,11 +76,36 @@ UnitStar unitStar() {
 
 /// The factor of the unit star at which it spans `percent` of the picture's width or height, whichever is
 /// more.
-double starScale(const UnitStar& star, const SIZE& picture, std::int64_t percent) {
-  const auto scale = [percent](std::int64_t extent, double unit) {
-    return static_cast<double>(extent * percent) / 100 / unit;
+double starScale(const UnitStar& star, const SIZE& picture, long percent) {
+  // In 64 bits, where no product of an extent and a percentage overflows.
+  const auto held = std::clamp<std::int64_t>(percent, INT32_MIN, INT32_MAX);
+  const auto scale = [held](std::int64_t extent, double unit) {
+    return static_cast<double>(extent * held) / 100 / unit;
   };
   return std::max(scale(picture.cx, star.width), scale(picture.cy, star.height));
+}
+
+/// The factor of the unit star at which it covers the picture.
+double coveringScale(const UnitStar& star, const SIZE& picture) {
+  // Half the picture, and two pixels more to make good for truncation.
+  const double w = picture.cx / 2.0 + 2.0;
+  const double h = picture.cy / 2.0 + 2.0;
+  // Between two neighbouring vertices the scale at which the star reaches a point grows evenly along a side
+  // of the picture, so it is largest at a corner or in the direction of a vertex.
+  double scale = 0;
+  for (std::size_t i = 0; i < star.vertices.size(); ++i) {
+    const UnitPoint& a = star.vertices[i];
+    const UnitPoint& b = star.vertices[(i + 1) % star.vertices.size()];
+    scale = std::max(scale, std::min(w / std::max(std::abs(a.x), 1e-9), h / std::max(std::abs(a.y), 1e-9)));
+    for (const UnitPoint& corner : {UnitPoint{w, h}, {-w, h}, {w, -h}, {-w, -h}}) {
+      // corner = s a + t b
+      const double determinant = a.x * b.y - a.y * b.x;
+      const double s = (corner.x * b.y - corner.y * b.x) / determinant;
+      const double t = (a.x * corner.y - a.y * corner.x) / determinant;
+      if (s >= 0 && t >= 0) scale = std::max(scale, s + t);
+    }
+  }
+  return scale;
 }
 
 OwnedRegion starRegion(const SIZE& picture, long amount) {
@@ -101,8 +126,8 @@ OwnedRegion starRegion(const SIZE& picture, long amount) {
 long coveringIris(const SIZE& picture) {
   // The inner vertices have to reach the corners. Half of an odd extent loses its fraction on the right and
   // bottom, and so does the vertical opening by truncation.
-  const std::int64_t halfWidth = (picture.cx + 1) / 2;
-  const std::int64_t halfHeight = (picture.cy + 1) / 2;
+  const std::int64_t halfWidth = (std::int64_t{picture.cx} + 1) / 2;
+  const std::int64_t halfHeight = (std::int64_t{picture.cy} + 1) / 2;
   const double forHeight = std::ceil(static_cast<double>(halfHeight * picture.cx) / picture.cy);
   const auto opening = std::max<std::int64_t>(halfWidth, static_cast<std::int64_t>(forHeight));
   const bool reaches = static_cast<int>(static_cast<double>(opening) * picture.cy / picture.cx) >= halfHeight;
@@ -111,41 +136,15 @@ long coveringIris(const SIZE& picture) {
 
 long coveringStarPercent(const SIZE& picture) {
   const UnitStar star = unitStar();
-  // Half the picture, and two pixels more to make good for truncation.
-  const double w = picture.cx / 2.0 + 2.0;
-  const double h = picture.cy / 2.0 + 2.0;
-  // Between two neighbouring vertices the scale at which the star reaches a point grows evenly along a side
-  // of the picture, so it is largest at a corner or in the direction of a vertex.
-  double scale = 0;
-  for (std::size_t i = 0; i < star.vertices.size(); ++i) {
-    const UnitPoint& a = star.vertices[i];
-    const UnitPoint& b = star.vertices[(i + 1) % star.vertices.size()];
-    scale = std::max(scale, std::min(w / std::max(std::abs(a.x), 1e-9), h / std::max(std::abs(a.y), 1e-9)));
-    for (const UnitPoint& corner : {UnitPoint{w, h}, {-w, h}, {w, -h}, {-w, -h}}) {
-      // corner = s a + t b
-      const double determinant = a.x * b.y - a.y * b.x;
-      const double s = (corner.x * b.y - corner.y * b.x) / determinant;
-      const double t = (a.x * corner.y - a.y * corner.x) / determinant;
-      if (s >= 0 && t >= 0) scale = std::max(scale, s + t);
-    }
-  }
-  return static_cast<long>(std::ceil(100.0 * scale / starScale(star, picture, 100)));
+  return static_cast<long>(std::ceil(100.0 * coveringScale(star, picture) / starScale(star, picture, 100)));
+}
+
+BOOL renderIris(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+  return cutPiece(source, irisRegion(sizeOf(source), amount), output);
+}
+
+BOOL renderStar(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+  return cutPiece(source, starRegion(sizeOf(source), amount), output);
 }
 
 }  // namespace dibkit
-
-BOOL CIrisEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const SIZE picture = sizeOf(m_pSrcDib);
-  const OwnedRegion region = irisRegion(picture, m_nAmount);
-  clipToPicture(region, picture);
-  return cutPiece(m_pSrcDib, region, *output);
-}
-
-BOOL CStarWipeEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  const SIZE picture = sizeOf(m_pSrcDib);
-  const OwnedRegion region = starRegion(picture, m_nAmount);
-  clipToPicture(region, picture);
-  return cutPiece(m_pSrcDib, region, *output);
-}

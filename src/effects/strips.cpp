@@ -1,10 +1,9 @@
-#include "effects/strips.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
 
 #include "dib/region_spans.h"
+#include "effects/numbered.h"
 #include "effects/ordered_pool.h"
 #include "effects/piece.h"
 
@@ -44,7 +43,7 @@ RECT acrossPicture(const SIZE& picture, bool columns, int begin, int end) {
   return columns ? RECT{begin, 0, end, picture.cy} : RECT{0, begin, picture.cx, end};
 }
 
-OwnedRegion narrowBars(const SIZE& picture, long styleNumber, long percent) {
+OwnedRegion stripRegion(const SIZE& picture, long styleNumber, long percent) {
   const StripStyle style = stripStyle(styleNumber);
   const int strips = style.columns ? picture.cx : picture.cy;
   const std::int64_t count = percentOf(strips, percent);
@@ -62,7 +61,7 @@ OwnedRegion narrowBars(const SIZE& picture, long styleNumber, long percent) {
   return regionOfRectangles(runs);
 }
 
-OwnedRegion slats(const SIZE& picture, bool columns, long percent) {
+OwnedRegion slatRegion(const SIZE& picture, bool columns, long percent) {
   const int extent = columns ? picture.cx : picture.cy;
   const int pitch = std::min(slatPitch, extent);
   // A slat that would open backwards stays shut, one that would open further stands open.
@@ -76,14 +75,13 @@ OwnedRegion slats(const SIZE& picture, bool columns, long percent) {
 }
 
 }  // namespace
+
+BOOL renderStrips(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
+  return cutPiece(source, stripRegion(sizeOf(source), style, amount), output);
+}
+
+BOOL renderBlinds(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
+  return cutPiece(source, slatRegion(sizeOf(source), style == 0, amount), output);
+}
+
 }  // namespace dibkit
-
-BOOL CNarrowBarEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  return cutPiece(m_pSrcDib, narrowBars(sizeOf(m_pSrcDib), m_nStyle, m_nAmount), *output);
-}
-
-BOOL CJalousieEffect::GenerateFrame(EffectOutput* output) {
-  using namespace dibkit;
-  return cutPiece(m_pSrcDib, slats(sizeOf(m_pSrcDib), m_nStyle == 0, m_nAmount), *output);
-}

@@ -11,7 +11,7 @@ struct Cell {
 };
 
 /// The pool in the order of a direction; -1 is the mosaic without one.
-std::vector<Cell> poolOf(int columns, int rows, int cw, int ch, int direction) {
+std::vector<Cell> poolOf(int columns, int rows, int cw, int ch, long direction) {
   std::vector<Cell> pool;
   if (direction == 0 || direction == 2) {
     for (int i = 0; i < columns; ++i) {
@@ -25,7 +25,7 @@ std::vector<Cell> poolOf(int columns, int rows, int cw, int ch, int direction) {
   return pool;
 }
 
-Stage mosaicPlainly(const OwnedDib& source, int direction, int percent) {
+Stage mosaicPlainly(const OwnedDib& source, long direction, long percent) {
   const int w = source->biWidth;
   const int h = source->biHeight;
   const int test = direction < 0 ? 100 : 10;
@@ -46,81 +46,46 @@ Stage mosaicPlainly(const OwnedDib& source, int direction, int percent) {
       pool.erase(pool.begin() + static_cast<std::ptrdiff_t>(k));
     }
   }
-  if (!region) return {};
-  clip(region, source);
-  return cutPlainly(source, region);
+  return region ? cutPlainly(source, region) : Stage{};
 }
 
 TEST(Mosaics, MatchTheirPlainTwin) {
-  for (const auto& [w, h] :
-       {std::pair{1, 1}, {7, 12}, {19, 33}, {50, 50}, {95, 95}, {100, 200}, {110, 64}, {200, 100}}) {
-    const OwnedDib picture = numberedPicture(w, h);
-    for (const int percent : {0, 1, 9, 33, 50, 99, 100}) {
-      SCOPED_TRACE(testing::Message() << w << 'x' << h << ' ' << percent);
-      expectStage(render(5, picture, percent, 3), mosaicPlainly(picture, -1, percent));
-      for (int direction = 0; direction < 4; ++direction) {
-        SCOPED_TRACE(direction);
-        expectStage(render(6, picture, direction, percent), mosaicPlainly(picture, direction, percent));
-      }
-    }
-  }
+  const std::vector<SIZE> sizes = {{1, 1},   {7, 12},    {19, 33},  {50, 50},
+                                   {95, 95}, {100, 200}, {110, 64}, {200, 100}};
+  const std::vector<long> percents = {0, 1, 9, 33, 50, 99, 100};
+  expectTwin(5, sizes, percents, {3},
+             [](const OwnedDib& source, long percent, long) { return mosaicPlainly(source, -1, percent); });
+  expectTwin(6, sizes, {0, 1, 2, 3}, percents, mosaicPlainly);
 }
 
-TEST(Mosaics, FullAmountShowsThePictureWhereTheCellsReachItsSides) {
-  for (const auto& [w, h] : {std::pair{50, 50}, {95, 95}, {200, 100}}) {
-    const OwnedDib picture = numberedPicture(w, h);
-    EXPECT_EQ(pixelsOf(render(5, picture, 100, 0).image), pixelsOf(picture));
-    EXPECT_EQ(pixelsOf(render(6, picture, 3, 100).image), pixelsOf(picture));
-  }
+TEST(Mosaics, CellsOfASmallPictureLeaveItsRightSideOver) {
   // 19 columns are eleven cells of one column each: eight columns are left over until more than everything
   // shows.
   const OwnedDib narrow = numberedPicture(19, 20);
   EXPECT_EQ(render(5, narrow, 100, 0).rect, (RECT{0, 0, 11, 20}));
-  for (const long amount : {101L, 1000L, LONG_MAX})
-    EXPECT_EQ(pixelsOf(render(5, narrow, amount, 0).image), pixelsOf(narrow));
-}
-
-TEST(Mosaics, SweepStartsInTheTwoNearestLines) {
-  EXPECT_LE(render(6, numberedPicture(95, 95), 0, 3).rect.right, 18);
-  EXPECT_GE(render(6, numberedPicture(95, 95), 3, 3).rect.top, 81);
-}
-
-TEST(Mosaics, NothingDrawnIsNothingMade) {
-  const OwnedDib picture = numberedPicture(40, 40);
-  for (const long amount : {0L, -1L, -1000L, LONG_MIN}) {
-    EXPECT_EQ(render(5, picture, amount, 0).result, 0);
-    EXPECT_EQ(render(6, picture, 1, amount).result, 0);
-  }
-  EXPECT_EQ(render(6, picture, 4, 50).result, 0);
-  EXPECT_EQ(render(6, picture, -1, 50).result, 0);
+  EXPECT_EQ(pixelsOf(render(5, narrow, 101, 0).image), pixelsOf(narrow));
 }
 
 TEST(Thawing, PixelatesByTwoFifthsOfItsAmount) {
   struct Case {
     int w, h;
     long amount;
-    int block;
+    int block;  ///< 0 for the picture as it is
   };
   for (const Case& c : {Case{100, 100, 50, 20},
                         {30, 20, 100, 20},
                         {20, 30, 100, 20},
-                        {100, 100, 3, 1},
                         {100, 100, 99, 39},
-                        {60, 50, 1000, 50},
-                        {60, 50, LONG_MAX, 50}}) {
+                        {60, 50, LONG_MAX, 50},
+                        {100, 100, 3, 1},
+                        {30, 20, 2, 0},
+                        {30, 20, LONG_MIN, 0}}) {
     const OwnedDib picture = numberedPicture(c.w, c.h);
-    Stage expected{1, OwnedDib(Mosaic32BitsDIB(picture.get(), c.block)), {0, 0, c.w, c.h}};
-    expectStage(render(16, picture, c.amount, 0), expected);
-  }
-}
-
-TEST(Thawing, BelowABlockOfOneThePictureIsUntouched) {
-  const OwnedDib picture = numberedPicture(30, 20);
-  for (const long amount : {2L, 0L, -1L, LONG_MIN}) {
-    const Stage stage = render(16, picture, amount, 0);
+    const Stage stage = render(16, picture, c.amount, 0);
     EXPECT_EQ(stage.result, 1);
-    EXPECT_EQ(stage.rect, (RECT{0, 0, 30, 20}));
-    EXPECT_EQ(pixelsOf(stage.image), pixelsOf(picture));
+    EXPECT_EQ(stage.rect, (RECT{0, 0, c.w, c.h}));
+    const OwnedDib blocks(Mosaic32BitsDIB(picture.get(), c.block));
+    EXPECT_EQ(pixelsOf(stage.image), pixelsOf(c.block > 0 ? blocks : picture));
   }
 }
 

@@ -39,16 +39,4 @@ TEST(SmoothSlide, TruncatesWhatHasComeIn) {
   EXPECT_EQ(stage.rect, (RECT{0, 0, 3, 1}));
 }
 
-TEST(SmoothSlide, StaysAtItsEndsBeyondItsRange) {
-  const OwnedDib picture = numberedPicture(9, 5);
-  for (long direction = 0; direction < 8; ++direction) {
-    for (const long amount : {101L, 1000L, LONG_MAX}) {
-      expectStage(render(effect, picture, direction, amount), render(effect, picture, direction, 100));
-    }
-    for (const long amount : {-1L, -1000L, LONG_MIN}) {
-      expectStage(render(effect, picture, direction, amount), render(effect, picture, direction, 0));
-    }
-  }
-}
-
 }  // namespace

@@ -57,15 +57,11 @@ inline void join(OwnedRegion& region, OwnedRegion piece) {
   }
 }
 
-inline void clip(const OwnedRegion& region, const OwnedDib& source) {
+/// Asks the region, clipped to the source, about every pixel of its box.
+inline Stage cutPlainly(const OwnedDib& source, const OwnedRegion& region) {
   const OwnedRegion whole = rectangle(0, 0, source->biWidth, source->biHeight);
   CombineRgn(region.get(), region.get(), whole.get(), RGN_AND);
-}
-
-/// Asks the region about every pixel of its box, which has to lie in the source.
-inline Stage cutPlainly(const OwnedDib& source, const OwnedRegion& region) {
-  Stage stage;
-  stage.result = 1;
+  Stage stage{1, nullptr, {}};
   GetRgnBox(region.get(), &stage.rect);
   const RECT& box = stage.rect;
   stage.image = image(box.right - box.left, box.bottom - box.top, 32);
@@ -86,6 +82,22 @@ inline void expectStage(const Stage& actual, const Stage& expected) {
   EXPECT_EQ(actual.rect, expected.rect);
   ASSERT_NE(actual.image, nullptr);
   EXPECT_TRUE(bytesOf(actual.image) == bytesOf(expected.image));
+}
+
+/// Compares an effect with its plain twin, twin(picture, style, amount), at every size, style and amount.
+template <class Twin>
+void expectTwin(int effect, const std::vector<SIZE>& sizes, const std::vector<long>& styles,
+                const std::vector<long>& amounts, Twin&& twin) {
+  for (const auto& [w, h] : sizes) {
+    const OwnedDib picture = numberedPicture(w, h);
+    for (const long style : styles) {
+      for (const long amount : amounts) {
+        SCOPED_TRACE(testing::Message()
+                     << effect << '/' << style << ' ' << w << 'x' << h << " at " << amount);
+        expectStage(render(effect, picture, style, amount), twin(picture, style, amount));
+      }
+    }
+  }
 }
 
 }  // namespace test

@@ -1,7 +1,6 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "effects/ordered_pool.h"
 #include "effects/stage.h"
 
 namespace {
@@ -46,73 +45,18 @@ Stage jalousiePlainly(const OwnedDib& source, long style, long percent) {
 }
 
 TEST(NarrowBar, MatchesItsPlainTwin) {
-  for (const auto& [w, h] : {std::pair{1, 1}, {2, 3}, {7, 5}, {33, 31}, {100, 64}, {65, 130}}) {
-    const OwnedDib picture = numberedPicture(w, h);
-    for (long style = -1; style <= 7; ++style) {
-      for (const long percent : {0L, 1L, 13L, 50L, 87L, 100L}) {
-        SCOPED_TRACE(testing::Message() << style << ' ' << w << 'x' << h << ' ' << percent);
-        expectStage(render(14, picture, style, percent), narrowBarsPlainly(picture, style, percent));
-      }
-    }
-  }
-}
-
-TEST(NarrowBar, SweepNeverRunsMoreThan32StripsAhead) {
-  const OwnedDib picture = numberedPicture(200, 2);
-  for (long percent = 1; percent < 100; ++percent) {
-    const Stage stage = render(14, picture, 2, percent);
-    int hidden = 0;
-    for (int x = stage.rect.left; x < stage.rect.right; ++x) {
-      hidden += pixel(stage.image, x - stage.rect.left, 1) >> 24 == 0 ? 1 : 0;
-    }
-    EXPECT_LT(hidden + stage.rect.left, 32);
-  }
-}
-
-TEST(NarrowBar, ShowsEverythingWhenAskedForMore) {
-  const OwnedDib picture = numberedPicture(40, 30);
-  for (const long amount : {101L, 1000L, LONG_MAX}) {
-    EXPECT_EQ(pixelsOf(render(14, picture, 0, amount).image), pixelsOf(picture));
-  }
-  for (const long amount : {-1L, -1000L, LONG_MIN}) EXPECT_EQ(render(14, picture, 0, amount).result, 0);
+  expectTwin(14, {{1, 1}, {2, 3}, {7, 5}, {33, 31}, {100, 64}, {65, 130}}, {-1, 0, 1, 2, 3, 4, 5, 6, 7},
+             {0, 1, 13, 50, 87, 100}, narrowBarsPlainly);
 }
 
 TEST(Jalousie, MatchesItsPlainTwin) {
-  for (const auto& [w, h] : {std::pair{1, 1}, {5, 3}, {8, 8}, {9, 17}, {33, 31}, {100, 64}}) {
-    const OwnedDib picture = numberedPicture(w, h);
-    for (const long style : {0L, 1L, -7L}) {
-      for (const long percent : {0L, 12L, 13L, 50L, 99L, 100L, 130L}) {
-        SCOPED_TRACE(testing::Message() << style << ' ' << w << 'x' << h << ' ' << percent);
-        expectStage(render(15, picture, style, percent), jalousiePlainly(picture, style, percent));
-      }
-    }
-  }
+  expectTwin(15, {{1, 1}, {5, 3}, {8, 8}, {9, 17}, {33, 31}, {100, 64}}, {0, 1, -7},
+             {0, 12, 13, 50, 99, 100, 130}, jalousiePlainly);
 }
 
 TEST(Jalousie, SlatsAreNoHigherThanThePicture) {
   // 5 rows, one slat of 5: 60 percent open are 3 rows.
   EXPECT_EQ(render(15, numberedPicture(20, 5), 1, 60).rect, (RECT{0, 0, 20, 3}));
-}
-
-TEST(Jalousie, NegativeAmountsLeaveTheSlatsShut) {
-  const Stage stage = render(15, numberedPicture(20, 20), 0, -50);
-  EXPECT_EQ(stage.result, 1);
-  EXPECT_EQ(stage.rect, RECT{});
-}
-
-TEST(OrderedPool, ClosesUpAfterEachDraw) {
-  Random random(5);
-  for (const int count : {0, 1, 2, 31, 32, 33, 500}) {
-    dibkit::OrderedPool pool(count);
-    std::vector<int> list(static_cast<std::size_t>(count));
-    std::iota(list.begin(), list.end(), 0);
-    while (pool.left() > 0) {
-      const int place = below(random, pool.left());
-      EXPECT_EQ(pool.take(place), list[static_cast<std::size_t>(place)]);
-      list.erase(list.begin() + place);
-    }
-    EXPECT_TRUE(list.empty());
-  }
 }
 
 }  // namespace
