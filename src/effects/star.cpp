@@ -110,9 +110,9 @@ double coveringScale(const UnitStar& star, const SIZE& picture) {
 
 OwnedRegion starRegion(const SIZE& picture, long amount) {
   static const UnitStar star = unitStar();
-  // A negative amount turns the star upside down; it covers the picture at the same size.
-  const int covering = static_cast<int>(coveringStarPercent(picture));
-  const double s = starScale(star, picture, clampAmount(amount, -covering, covering));
+  // A negative amount turns the star upside down. Either way it has covered the picture at the same scale.
+  const double covering = coveringScale(star, picture);
+  const double s = std::clamp(starScale(star, picture, amount), -covering, covering);
   std::array<POINT, 10> points;
   for (std::size_t i = 0; i < points.size(); ++i) {
     points[i].x = static_cast<int>(star.vertices[i].x * s + picture.cx / 2.0);

@@ -48,6 +48,11 @@ TEST(Star, HasTheVerticesOfAPentagram) {
                  {119, 0}});
 }
 
+TEST(Star, CoversThePictureUpsideDownAsWell) {
+  const OwnedDib picture = numberedPicture(100, 20);
+  EXPECT_EQ(pixelsOf(render(3, picture, -1000, 0).image), pixelsOf(picture));
+}
+
 Stage spiralPlainly(const OwnedDib& source, long direction, long angle) {
   const int w = source->biWidth;
   const int h = source->biHeight;
