@@ -1,4 +1,5 @@
 #include <array>
+#include <climits>
 #include <cmath>
 #include <vector>
 
@@ -26,7 +27,7 @@ int endAt(double coordinate, const SIZE& box) {
 /// The part of a box that a hand, at twelve o'clock at first, has passed: the centre, the middle of the top
 /// side, the corners passed, and the end of the hand. Which side the hand ends on is told by the diagonal's
 /// angle in whole degrees, so that just before the second and the fourth corner its end lies a little outside
-/// the box, on purpose.
+/// the box, on purpose. A hand before twelve o'clock or past a full turn still ends on the top side.
 std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int diagonal) {
   const auto [w, h] = box;
   const double hw = w / 2.0;
@@ -87,7 +88,8 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
 }  // namespace
 
 BOOL renderClock(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
-  const OwnedRegion region = clockRegion(sizeOf(source), clampAmount(angle, 0, 360), direction != 0);
+  const OwnedRegion region =
+      clockRegion(sizeOf(source), clampAmount(angle, INT_MIN, INT_MAX), direction != 0);
   // The place is that of the hand's polygon before it is clipped, unlike all other effects': where the hand's
   // end lies outside the picture, it is larger than the piece. Hosts know and clip it themselves.
   RECT box{};
@@ -98,7 +100,7 @@ BOOL renderClock(BITMAPINFOHEADER* source, long direction, long angle, EffectOut
 }
 
 BOOL renderManyClocks(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
-  const OwnedRegion region = manyClocks(sizeOf(source), clampAmount(angle, 0, 360), direction != 0);
+  const OwnedRegion region = manyClocks(sizeOf(source), clampAmount(angle, INT_MIN, INT_MAX), direction != 0);
   return cutPiece(source, region, output);
 }
 

@@ -61,8 +61,9 @@ class DIBKIT_API CGeneralEffectFrame {
 /// | 16 thaws out of blocks | percent, 0 is sharp | |
 /// | 17 unrolls like a carpet | from 0 left, 1 top, 2 right, 3 bottom | percent |
 ///
-/// An amount outside its range is harmless and as a rule counts as the nearer end; the door and the centre
-/// line take any angle. Effects 5 and 6 show the whole picture above 100 percent, whatever their cells leave.
+/// An amount outside its range is harmless and as a rule counts as the nearer end; the door, the centre line
+/// and the clock hands take any angle. Effects 5 and 6 show the whole picture above 100 percent, whatever
+/// their cells leave.
 ///
 /// Effects 5, 6 and 14 draw from the C library's generator, which they seed from the picture's size: equal
 /// arguments give equal pieces and a larger amount shows all that a smaller one does, but two of them must

@@ -44,9 +44,10 @@ OwnedRegion clockPlainly(int w, int h, int angle, bool clockwise) {
   return OwnedRegion(CreatePolygonRgn(p.data(), static_cast<int>(p.size()), ALTERNATE));
 }
 
-const std::vector<long> angles = {0,   1,   20,  44,  45,  46,  60,  89,  90,  91,  120,
-                                  134, 135, 136, 150, 179, 180, 181, 224, 225, 226, 240,
-                                  269, 270, 271, 300, 314, 315, 316, 340, 359, 360};
+// A hand before twelve o'clock or past a full turn still ends on the top side.
+const std::vector<long> angles = {-60, -1,  361, 400, 0,   1,   20,  44,  45,  46,  60,  89,
+                                  90,  91,  120, 134, 135, 136, 150, 179, 180, 181, 224, 225,
+                                  226, 240, 269, 270, 271, 300, 314, 315, 316, 340, 359, 360};
 
 Stage sweepClockPlainly(const OwnedDib& source, long direction, long angle) {
   const OwnedRegion region =
