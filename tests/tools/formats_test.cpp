@@ -1,4 +1,8 @@
+#include <cstdio>
+#include <cstdlib>
+
 #include <gtest/gtest.h>
+#include <jpeglib.h>
 
 #include "journey.h"
 
@@ -201,6 +205,106 @@ TEST(GifFiles, InterlacedWithALocalPaletteBeyondTheCanvas) {
   EXPECT_EQ(seenIn(folder, gif), imageBy(4, 9, [&](int x, int y) { return x == 0 ? 0U : byLine[y]; }));
 }
 
+/// Six flat blocks of 8 x 8 in three lines, the n-th one of gray 40 n: flat blocks come back exactly.
+Image sixBlocks() {
+  return imageBy(16, 24, [](int x, int y) {
+    const unsigned gray = 40 * (1 + unsigned(x / 8) + 2 * unsigned(y / 8));
+    return 0xFF000000U | gray << 16 | gray << 8 | gray;
+  });
+}
+
+/// The blocks as a JPEG file whose Exif data tell the orientation.
+Bytes jpegWith(const Bytes& exif) {
+  jpeg_compress_struct jpeg{};
+  jpeg_error_mgr errors{};
+  jpeg.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&jpeg);
+  unsigned char* buffer = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&jpeg, &buffer, &size);
+  const Image image = sixBlocks();
+  jpeg.image_width = static_cast<JDIMENSION>(image.width);
+  jpeg.image_height = static_cast<JDIMENSION>(image.height);
+  jpeg.input_components = 1;
+  jpeg.in_color_space = JCS_GRAYSCALE;
+  jpeg_set_defaults(&jpeg);
+  jpeg_set_quality(&jpeg, 100, TRUE);
+  jpeg_start_compress(&jpeg, TRUE);
+  jpeg_write_marker(&jpeg, JPEG_APP0 + 1, exif.data(), static_cast<unsigned>(exif.size()));
+  for (int y = 0; y < image.height; ++y) {
+    Bytes line;
+    for (int x = 0; x < image.width; ++x) line.push_back(static_cast<std::uint8_t>(image.at(x, y) & 255));
+    JSAMPROW row = line.data();
+    jpeg_write_scanlines(&jpeg, &row, 1);
+  }
+  jpeg_finish_compress(&jpeg);
+  jpeg_destroy_compress(&jpeg);
+  const Bytes file(buffer, buffer + size);
+  std::free(buffer);
+  return file;
+}
+
+/// Exif data with nothing but the orientation, in either order of bytes.
+Bytes exifWith(std::uint8_t orientation, bool bigEndian) {
+  Bytes exif{'E', 'x', 'i', 'f', 0, 0};
+  const Bytes little{'I', 'I', 42, 0, 8, 0,           0, 0, 1, 0, 0x12, 1, 3,
+                     0,   1,   0,  0, 0, orientation, 0, 0, 0, 0, 0,    0, 0};
+  const Bytes big{'M', 'M', 0, 42, 0, 0, 0,           8, 0, 1, 1, 0x12, 0,
+                  3,   0,   0, 0,  1, 0, orientation, 0, 0, 0, 0, 0,    0};
+  const Bytes& tiff = bigEndian ? big : little;
+  exif.insert(exif.end(), tiff.begin(), tiff.end());
+  return exif;
+}
+
+TEST(JpegFiles, StandUpright) {
+  // Blocks in the corners of the upright picture, by what Exif says of line 0 and column 0 of the stored one:
+  // top left, top right, bottom left, bottom right.
+  struct Case {
+    std::uint8_t orientation;
+    int width;
+    unsigned corners[4];
+  };
+  const Case cases[] = {
+      {1, 16, {1, 2, 5, 6}},  // line 0 at the top, column 0 at the left
+      {2, 16, {2, 1, 6, 5}},  // top, right
+      {3, 16, {6, 5, 2, 1}},  // bottom, right
+      {4, 16, {5, 6, 1, 2}},  // bottom, left
+      {5, 24, {1, 5, 2, 6}},  // left, top
+      {6, 24, {5, 1, 6, 2}},  // right, top
+      {7, 24, {6, 2, 5, 1}},  // right, bottom
+      {8, 24, {2, 6, 1, 5}},  // left, bottom
+      {9, 16, {1, 2, 5, 6}},  // unknown
+  };
+  const Folder folder;
+  for (const Case& sample : cases) {
+    SCOPED_TRACE(int{sample.orientation});
+    const Image seen = seenIn(folder, jpegWith(exifWith(sample.orientation, sample.orientation % 2 == 0)));
+    ASSERT_EQ(seen.width, sample.width);
+    ASSERT_EQ(seen.height, 40 - sample.width);
+    const std::uint32_t corners[] = {seen.at(0, 0), seen.at(seen.width - 1, 0), seen.at(0, seen.height - 1),
+                                     seen.at(seen.width - 1, seen.height - 1)};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(corners[i] & 255, 40 * sample.corners[i]) << "corner " << i;
+  }
+  Bytes cut = exifWith(6, false);
+  cut.resize(20);
+  EXPECT_EQ(seenIn(folder, jpegWith(cut)), sixBlocks()) << "Exif data that end too soon";
+}
+
+TEST(JpegFiles, WithoutSomeOfTheirPixelsAreRefused) {
+  const Folder folder;
+  const Bytes whole = jpegWith(exifWith(1, false));
+  Bytes gap = whole;
+  gap.erase(gap.end() - 6, gap.end() - 2);
+  Bytes cut = whole;
+  cut.resize(cut.size() - 6);
+  for (const auto& [file, message] : {std::pair(gap, "the data are damaged"), std::pair(cut, "truncated")}) {
+    write(folder / "in.jpg", file);
+    const Ended ended = run({"info", folder / "in.jpg"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.err.find(message), std::string::npos) << ended.err;
+  }
+}
+
 TEST(PngFiles, KeepTheirColours) {
   const Folder folder;
   const Image image{3, 2, {R, G, B, W, K, 0xFF123456}};
@@ -216,6 +320,9 @@ TEST(Info, TellsSizeColoursAndTimes) {
                            "\n  format        PNG, 32 bits a pixel\n  size          2x2\n  colours       4\n"
                            "  transparency  translucent pixels\n  frames        1\n");
   writePng(folder / "b.png", {2, 2, {G, G, B, R}});
+  const Ended mixed = run({"info", folder / "missing.png", folder / "b.png"});
+  EXPECT_EQ(mixed.status, 1);
+  EXPECT_NE(mixed.out.find("b.png"), std::string::npos) << "one that fails keeps the others from being told";
   ASSERT_EQ(run({"transition", folder / "a.png", folder / "b.png", "-o", folder / "ab.gif", "--frames", "1"})
                 .status,
             0);

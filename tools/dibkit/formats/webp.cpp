@@ -40,7 +40,9 @@ void readFrames(ByteView bytes, Size size, Keep keep, Animation& animation) {
     throw FormatError("WebP: the animation cannot be decoded");
   }
   if (keep == Keep::allFrames) requireUsableAnimation(size, info.frame_count);
-  animation.loops = static_cast<int>(info.loop_count);
+  // WebP counts how often the animation plays, 0 for ever; once is no repetition.
+  const int plays = static_cast<int>(info.loop_count);
+  if (plays != 1) animation.loops = std::max(0, plays - 1);
   int before = 0;
   while (WebPAnimDecoderHasMoreFrames(decoder.get()) != 0) {
     std::uint8_t* canvas = nullptr;
