@@ -58,8 +58,24 @@ std::string text(const std::string& path) {
   list.push_back(program.data());
   for (const std::string& argument : arguments) list.push_back(const_cast<char*>(argument.c_str()));
   list.push_back(nullptr);
+  // Shells start what runs in their background with this signal ignored.
+  ::signal(SIGINT, SIG_DFL);
   ::execv(list[0], list.data());
   ::_exit(127);
+}
+
+/// A program that is only starting does not catch Ctrl-C yet.
+void waitUntilItCatches(pid_t child) {
+  const std::string path = "/proc/" + std::to_string(child) + "/status";
+  for (int i = 0; i < 2000; ++i) {
+    std::ifstream status(path);
+    for (std::string line; std::getline(status, line);) {
+      const bool caught =
+          line.starts_with("SigCgt:") && (std::stoull(line.substr(7), nullptr, 16) >> (SIGINT - 1) & 1) != 0;
+      if (caught) return;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
 }
 
 }  // namespace
@@ -68,8 +84,10 @@ Ended run(const std::vector<std::string>& arguments, const Input& input) {
   const Folder folder;
   const std::string in = input.standardInput.empty() ? "/dev/null" : input.standardInput;
   const pid_t child = ::fork();
-  if (child == 0) become(arguments, in, folder / "out", folder / "err");
+  const std::string out = input.standardOutput.empty() ? folder / "out" : input.standardOutput;
+  if (child == 0) become(arguments, in, out, folder / "err");
   if (input.interruptAfter >= 0) {
+    waitUntilItCatches(child);
     std::this_thread::sleep_for(std::chrono::milliseconds(input.interruptAfter));
     ::kill(child, SIGINT);
   }

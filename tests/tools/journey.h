@@ -35,8 +35,9 @@ struct Ended {
 };
 
 struct Input {
-  std::string standardInput;  ///< a file to read as standard input
-  int interruptAfter = -1;    ///< milliseconds until Ctrl-C; below 0 for none
+  std::string standardInput{};   ///< a file to read as standard input
+  int interruptAfter = -1;       ///< milliseconds of work until Ctrl-C; below 0 for none
+  std::string standardOutput{};  ///< a file to write standard output to, instead of catching it
 };
 
 Ended run(const std::vector<std::string>& arguments, const Input& input = {});

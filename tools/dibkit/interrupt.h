@@ -4,8 +4,8 @@
 
 namespace host {
 
-/// From here on Ctrl-C does not end the program at once: it raises a flag that the long loops look at. A
-/// second Ctrl-C ends the program.
+/// From here on Ctrl-C (and being told to end, or losing the terminal) does not end the program at once: it
+/// raises a flag that the long loops look at. A second Ctrl-C ends the program.
 void catchInterrupts();
 
 bool interrupted();

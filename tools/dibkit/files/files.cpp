@@ -8,6 +8,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,7 +21,11 @@ namespace {
 
 constexpr std::size_t maximumFileBytes = std::size_t{1} << 30;
 
-[[noreturn]] void fail(const std::string& path, int error) { throw FileError(path, std::strerror(error)); }
+/// Ctrl-C ends calls that wait, for a pipe's other end say.
+[[noreturn]] void fail(const std::string& path, int error) {
+  if (error == EINTR) throwIfInterrupted();
+  throw FileError(path, std::strerror(error));
+}
 
 /// Closes on every way out; close() tells of a failed write too, so it is asked where that matters.
 class Descriptor {
@@ -43,8 +48,8 @@ class Descriptor {
 int writeAll(int descriptor, ByteView bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return errno;
+    if (written < 0 && (errno != EINTR || interrupted())) return errno;
+    if (written < 0) continue;
     bytes = bytes.subspan(static_cast<std::size_t>(written));
   }
   return 0;
@@ -64,6 +69,25 @@ mode_t modeOfNewFiles() {
   return 0666 & ~mask;
 }
 
+/// Lets no signal end the program while a temporary file is about.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigset_t held;
+    ::sigemptyset(&held);
+    ::sigaddset(&held, SIGINT);
+    ::sigaddset(&held, SIGTERM);
+    ::sigaddset(&held, SIGHUP);
+    ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+  }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+  ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
+
 /// Removes the temporary file unless it has taken the target's place.
 struct TemporaryFile {
   std::string name;
@@ -73,6 +97,7 @@ struct TemporaryFile {
 };
 
 void replaceFile(const std::string& path, const std::string& target, mode_t mode, ByteView bytes) {
+  const HeldSignals held;
   TemporaryFile temporary{target + ".XXXXXX"};
   Descriptor file(::mkstemp(temporary.name.data()));
   if (!file.valid()) {
