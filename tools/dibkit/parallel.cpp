@@ -11,6 +11,10 @@
 
 namespace host {
 
+int threadsFor(int count) {
+  return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, std::max(count, 1));
+}
+
 void forEachInOrder(int count, const std::function<void(int)>& work) {
   for (int i = 0; i < count; ++i) {
     throwIfInterrupted();
@@ -19,7 +23,7 @@ void forEachInOrder(int count, const std::function<void(int)>& work) {
 }
 
 void forEachIndex(int count, const std::function<void(int)>& work) {
-  const int threads = std::min(count, static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
+  const int threads = threadsFor(count);
   if (threads <= 1) return forEachInOrder(count, work);
   std::atomic<int> nextIndex{0};
   std::exception_ptr failure;

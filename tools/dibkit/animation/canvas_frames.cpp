@@ -76,13 +76,18 @@ CanvasAnimation onPalette(std::vector<Frame> frames, const std::vector<RGBQUAD>&
     animation.hasTransparent = true;
   }
   animation.frames.resize(frames.size());
-  forEachIndex(static_cast<int>(frames.size()), [&](int number) {
-    const auto i = static_cast<std::size_t>(number);
+  // The frames of a thread share what it finds, as they share most of their colours.
+  const int threads = threadsFor(static_cast<int>(frames.size()));
+  forEachIndex(threads, [&](int first) {
     PaletteIndex index(colours);
-    const Picture picture = std::move(frames[i].picture);
-    animation.frames[i] = {indexedDib(picture.size(), index.indicesOf(picture, dither), palette),
-                           maskOf(picture), frames[i].delay};
-    step();
+    for (auto i = static_cast<std::size_t>(first); i < frames.size();
+         i += static_cast<std::size_t>(threads)) {
+      throwIfInterrupted();
+      const Picture picture = std::move(frames[i].picture);
+      animation.frames[i] = {indexedDib(picture.size(), index.indicesOf(picture, dither), palette),
+                             maskOf(picture), frames[i].delay};
+      step();
+    }
   });
   return animation;
 }

@@ -52,8 +52,9 @@ Colour overLeaf(Colour behind, const Leaf& leaf, Point p) {
     const Point d = q - leaf.root;
     const double along = (d.x * std::cos(leaf.angle) + d.y * std::sin(leaf.angle)) / leaf.length;
     const double side = -d.x * std::sin(leaf.angle) + d.y * std::cos(leaf.angle) - leaf.bend * along * along;
-    const double half =
-        along > 0 && along < 1 ? leaf.width * std::pow(std::sin(pi * std::pow(along, 0.85)), 0.9) : 0;
+    constexpr double shadowReach = 0.02;
+    const bool near = along > 0 && along < 1 && std::abs(side) < leaf.width + shadowReach;
+    const double half = near ? leaf.width * std::pow(std::sin(pi * std::pow(along, 0.85)), 0.9) : 0;
     return std::pair(Point{along, side}, half);
   };
   const auto [shadowAt, shadowHalf] = place(p - Point{0.012, 0.018});
@@ -99,9 +100,12 @@ struct Petal {
 Petal petalAt(const Ring& ring, Point p) {
   const Point d = p - heart;
   const double r = length(d);
+  Petal petal;
+  petal.along = 1;
+  constexpr double longest = 1.02;  // of the ring's radius
+  if (r >= ring.radius * longest) return petal;
   const double step = 2 * pi / ring.petals;
   const double angle = std::atan2(d.y, d.x) - ring.turn * step;
-  Petal petal;
   petal.number = static_cast<int>(std::lround(angle / step));
   // Petals are not all of one length.
   const double radius = ring.radius * (0.95 + 0.07 * chance(petal.number % ring.petals, ring.petals, 350));

@@ -1,3 +1,5 @@
+#include <array>
+
 #include "samples/paint.h"
 #include "samples/samples.h"
 
@@ -153,22 +155,38 @@ Colour lake(Point p) {
   return mix(colour, hex(0xFFD9A8), 0.35 * ramp(0.012, 0.0, p.y - shore));
 }
 
-/// Reeds in front: thin bent stalks, some with a cat's tail.
-double reeds(Point p, double aspect) {
-  constexpr int count = 74;
-  double cover = 0;
-  for (int i = 0; i < count; ++i) {
+/// A thin bent stalk, some with a cat's tail.
+struct Reed {
+  double root;
+  double height;
+  double lean;
+  bool tail;
+};
+
+using Reeds = std::array<Reed, 74>;
+
+Reeds reedsFor(double aspect) {
+  Reeds reeds;
+  for (int i = 0; i < static_cast<int>(reeds.size()); ++i) {
     const bool left = i % 5 < 3;
     const double offset = std::pow(chance(i, 0, 200), 1.7) * 0.36;
-    const double root = left ? offset - 0.01 : aspect - offset * 0.8 + 0.01;
-    const double tall = (0.34 - 0.62 * offset) * (0.45 + 0.75 * chance(i, 1, 200));
-    const double up = (1.02 - p.y) / tall;
+    reeds[static_cast<std::size_t>(i)] = {left ? offset - 0.01 : aspect - offset * 0.8 + 0.01,
+                                          (0.34 - 0.62 * offset) * (0.45 + 0.75 * chance(i, 1, 200)),
+                                          (chance(i, 2, 200) - 0.5) * 0.16 + (left ? 0.03 : -0.03),
+                                          chance(i, 3, 200) > 0.62};
+  }
+  return reeds;
+}
+
+/// How much of the place the reeds in front cover.
+double cover(const Reeds& reeds, Point p) {
+  double cover = 0;
+  for (const Reed& reed : reeds) {
+    const double up = (1.02 - p.y) / reed.height;
     if (up < 0 || up > 1) continue;
-    const double lean = (chance(i, 2, 200) - 0.5) * 0.16 + (left ? 0.03 : -0.03);
-    const double away = std::abs(p.x - root - lean * up * up);
+    const double away = std::abs(p.x - reed.root - reed.lean * up * up);
     double half = 0.0029 * (1 - 0.82 * up) + 0.0003;
-    if (chance(i, 3, 200) > 0.62 && up > 0.80 && up < 0.97)
-      half = 0.0050 * std::sqrt(std::sin((up - 0.80) / 0.17 * pi));
+    if (reed.tail && up > 0.80 && up < 0.97) half = 0.0050 * std::sqrt(std::sin((up - 0.80) / 0.17 * pi));
     cover = std::max(cover, ramp(half + 0.0012, half - 0.0006, away));
   }
   return cover;
@@ -178,9 +196,9 @@ double reeds(Point p, double aspect) {
 
 Picture drawLake(Size size) {
   const double aspect = static_cast<double>(size.width) / size.height;
-  return paint::paint(size, [aspect](Point p) {
+  return paint::paint(size, [reeds = reedsFor(aspect)](Point p) {
     const Colour scene = p.y < shore ? land(p) : lake(p);
-    return mix(scene, mix(hex(0x0A0D26), hex(0x2A1E3F), ramp(1.0, 0.62, p.y)), reeds(p, aspect));
+    return mix(scene, mix(hex(0x0A0D26), hex(0x2A1E3F), ramp(1.0, 0.62, p.y)), cover(reeds, p));
   });
 }
 
