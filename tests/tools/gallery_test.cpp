@@ -64,7 +64,18 @@ TEST(Gallery, NeedsTwoPicturesOrNone) {
   writePng(folder / "a.png", flat(4, 4, 0xFFFFFFFF));
   const Ended ended = run({"gallery", folder / "pages", folder / "a.png"});
   EXPECT_EQ(ended.status, 2);
+  EXPECT_EQ(run({"gallery", folder / "pages", "--size", "9000x7000"}).status, 2);
   EXPECT_FALSE(std::filesystem::exists(folder / "pages"));
+}
+
+TEST(Gallery, DoesNotReplaceThePicturesThatItShows) {
+  const Folder folder;
+  writePng(folder / "a.png", flat(4, 4, 0xFFFFFFFF));
+  writePng(folder / "to.png", flat(4, 4, 0xFF0000FF));
+  const Ended ended = run({"gallery", folder.path(), folder / "a.png", folder / "to.png"});
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_NE(ended.err.find("would replace " + (folder / "to.png")), std::string::npos) << ended.err;
+  EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.png", "to.png"}));
 }
 
 }  // namespace

@@ -58,6 +58,8 @@ TEST_F(Transition, MergesFramesThatShowTheSameAndAddsTheirTimes) {
   }
 }
 
+TEST_F(Transition, PlaysOnceWhenAskedTo) { EXPECT_EQ(make({"--frames", "1", "--once"}).loops, std::nullopt); }
+
 TEST_F(Transition, CarriesRoundingForwardAndNeverGoesBelowTwoHundredths) {
   const std::vector<std::string> slide{"--effect", "slide", "--style", "left",
                                        "--frames", "4",     "--hold",  "100"};

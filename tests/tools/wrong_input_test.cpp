@@ -122,7 +122,9 @@ TEST_F(WrongInput, ArgumentsThatMakeNoSense) {
       {{"--matte", "#12"}, "#1e90ff"},
       {{"--frames", "0"}, "--frames"},
       {{"--delay", "-1"}, "--delay"},
+      {{"--delay", "nan"}, "--delay: 'nan' is no time from 0 to 600000"},
       {{"--loop", "65536"}, "--loop"},
+      {{"--loop", "2", "--once"}, "exclude each other"},
       {{"--dither", "noise"}, "ordered"},
       {{"--size", "8000x8000", "--frames", "900"}, "smaller --size"},
       {{"--unheard"}, "--unheard"},
@@ -135,6 +137,11 @@ TEST_F(WrongInput, ArgumentsThatMakeNoSense) {
   expectOneLine(run({"transition", folder_ / "a.png", folder_ / "b.png"}), 2, "--output");
   expectOneLine(run({"effect"}), 2, "did you mean 'effects'?");
   expectOneLine(run({}), 2, "--help");
+  writePng(folder_ / "wide.png", flat(65536, 1, 0xFFFF0000));
+  expectOneLine(run({"ripple", folder_ / "wide.png", "-o", folder_ / "out.gif"}), 2,
+                "more than a GIF can have");
+  std::filesystem::remove(folder_ / "wide.png");
+  expectOneLine(run({"convert", folder_ / "a.png", folder_ / "b.png", "-o", "-"}), 2, "folder");
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"a.png", "b.png"}));
 }
 
@@ -143,6 +150,7 @@ TEST_F(WrongInput, TargetsThatCannotBeWritten) {
   expectOneLine(transition(folder_ / "b.png", folder_ / "nowhere/out.gif"), 1, "No such file or directory");
   expectOneLine(transition(folder_ / "b.png", folder_.path()), 1, "Is a directory");
   expectOneLine(transition(folder_ / "b.png", folder_ / "a.png/out.gif"), 1, "Not a directory");
+  expectOneLine(run({"effects"}, {.standardOutput = "/dev/full"}), 1, "No space left on device");
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"a.png", "b.png"}));
 }
 
@@ -162,6 +170,13 @@ TEST_F(WrongInput, ControlCLeavesNothingHalfWritten) {
   EXPECT_EQ(ended.err, "dibkit: cancelled\n");
   EXPECT_EQ(read(folder_ / "out.gif"), bytesOf("precious"));
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"a.png", "b.png", "out.gif"}));
+}
+
+TEST_F(WrongInput, ControlCEndsWaitingForAPipe) {
+  ASSERT_EQ(::mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  const Ended ended = run({"info", folder_ / "pipe"}, {.interruptAfter = 150});
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.err, "dibkit: cancelled\n");
 }
 
 TEST_F(WrongInput, AGoodRunReplacesAnOldFileAndKeepsItsPermissionsAndLinks) {

@@ -22,6 +22,9 @@ class FileError : public std::runtime_error {
   std::string file_;
 };
 
+/// Something failed that the user was told of; the program ends with status 1.
+class AlreadySaid : public std::exception {};
+
 /// A wrong way to call the program. It says `dibkit: what` and ends with status 2.
 class UsageError : public std::runtime_error {
  public:

@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
 #include <vector>
 
-#include "commands/commands.h"
-#include "errors.h"
+#include "commands/common.h"
 #include "interrupt.h"
 #include "options.h"
 
@@ -19,11 +21,20 @@ int complain(const std::string& what, ExitStatus status) {
   return status;
 }
 
+/// What was said on standard output may not have got there.
+int finishOutput() {
+  if (std::cout.flush() && std::fflush(stdout) == 0) return success;
+  return complain(std::string("standard output: ") + std::strerror(errno), failure);
+}
+
 int complainAboutArguments(const CLI::App& program, const CLI::ParseError& error) {
   const std::vector<const CLI::App*> commands =
       program.get_subcommands([](const CLI::App* command) { return command->parsed(); });
   const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-  return complain(std::string(error.what()) + " (dibkit" + command + " --help says more)", wrongUsage);
+  const bool commandIsMissing =
+      commands.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+  const std::string what = commandIsMissing ? "say which command" : error.what();
+  return complain(what + " (dibkit" + command + " --help says more)", wrongUsage);
 }
 
 /// The parser would only say that a command is missing.
@@ -68,14 +79,19 @@ int run(int argc, char** argv) {
   try {
     if (argc > 1 && argv[1][0] != '-') requireKnownCommand(program, argv[1]);
     program.parse(argc, argv);
-    return success;
+    return finishOutput();
   } catch (const CLI::ParseError& error) {
     // Help and version come this way too.
-    return error.get_exit_code() == 0 ? program.exit(error) : complainAboutArguments(program, error);
+    if (error.get_exit_code() != 0) return complainAboutArguments(program, error);
+    program.exit(error);
+    return finishOutput();
   } catch (const host::UsageError& error) {
     return complain(error.what(), wrongUsage);
   } catch (const host::FileError& error) {
-    return complain(error.file() + ": " + error.what(), failure);
+    host::complain(error);
+    return failure;
+  } catch (const host::AlreadySaid&) {
+    return failure;
   } catch (const host::Cancelled&) {
     return complain("cancelled", cancelledByUser);
   } catch (const std::bad_alloc&) {

@@ -32,6 +32,9 @@ constexpr std::array<NamedColour, 12> namedColours{{
     {"transparent", {0, 0, 0, 0}},
 }};
 
+/// Of a GIF, which has 16 bits for each side.
+constexpr int mostPixelsAcross = 65535;
+
 /// The whole text as a number in the given base, or -1.
 long wholeNumber(std::string_view text, int base) {
   long value = -1;
@@ -62,8 +65,8 @@ Size parseSize(const std::string& text) {
   if (cross != std::string::npos) {
     const long width = wholeNumber(std::string_view(text).substr(0, cross), 10);
     const long height = wholeNumber(std::string_view(text).substr(cross + 1), 10);
-    constexpr long most = 65535;  // a GIF has 16 bits for each
-    if (width > 0 && height > 0 && width <= most && height <= most && width * height <= maximumPixels) {
+    if (width > 0 && height > 0 && width <= mostPixelsAcross && height <= mostPixelsAcross &&
+        width * height <= maximumPixels) {
       return {static_cast<int>(width), static_cast<int>(height)};
     }
   }
@@ -92,6 +95,9 @@ Pixel parseColour(const std::string& text) {
 }
 
 void requireRoomFor(Size size, int frames) {
+  if (std::max(size.width, size.height) > mostPixelsAcross) {
+    throw UsageError(toString(size) + " pixels are more than a GIF can have; choose a --size");
+  }
   try {
     requireUsableAnimation(size, frames);
   } catch (const FormatError& error) {

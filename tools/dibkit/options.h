@@ -16,7 +16,7 @@ Size parseSize(const std::string& text);
 /// "#rrggbb", "#rgb", or one of a few names; opaque, except for "transparent".
 Pixel parseColour(const std::string& text);
 
-/// Throws UsageError when so many frames of that size are more than the program makes.
+/// Throws UsageError when no GIF has that size, or so many frames of it are more than the program makes.
 void requireRoomFor(Size size, int frames);
 
 /// The names joined for a message: "a, b, c".

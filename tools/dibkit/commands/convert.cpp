@@ -38,9 +38,9 @@ Format formatOf(const Arguments& arguments, const std::string& path) {
   if (name.empty()) {
     const std::string extension = std::filesystem::path(path).extension().string();
     name = path == "-" || extension.empty() ? "png" : extension.substr(1);
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
   }
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
   if (name == "png") return Format::png;
   if (name == "bmp") return Format::bmp;
   throw UsageError("'" + name + "' cannot be written; choose png or bmp");
@@ -49,6 +49,7 @@ Format formatOf(const Arguments& arguments, const std::string& path) {
 /// For one picture the output is a file, for several a folder in which each keeps its name.
 std::vector<std::string> targetsOf(const Arguments& arguments) {
   if (arguments.pictures.size() == 1) return {arguments.output};
+  if (arguments.output == "-") throw UsageError("several pictures need a folder to go to");
   std::vector<std::string> targets;
   for (const std::string& path : arguments.pictures) {
     const std::string name = std::filesystem::path(path).stem().string() + "." +
@@ -117,20 +118,27 @@ void run(const Arguments& arguments, const Settings& settings) {
 void addConvertCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("convert", "Change a picture's depth or palette");
   const auto arguments = std::make_shared<Arguments>();
-  command->add_option("PICTURES", arguments->pictures, "One picture, or several")->required();
+  command->add_option("PICTURES", arguments->pictures, "One picture, or several")->required()->type_name("");
   command
       ->add_option("-o,--output", arguments->output, "The PNG or BMP to write; for several pictures a folder")
-      ->required();
+      ->required()
+      ->type_name("FILE");
   command->add_option("--bits", arguments->bits, "1, 4, 8, 16, 24 or 32; else as few as keep all colours")
-      ->check(CLI::IsMember({1, 4, 8, 16, 24, 32}));
+      ->check(CLI::IsMember({1, 4, 8, 16, 24, 32}).description(""))
+      ->type_name("N");
   command->add_flag("--gray", arguments->depth.gray, "To 256 grays, or fewer with --bits");
-  command->add_option("--threshold", arguments->threshold,
-                      "To black and white: white from this gray on, or auto");
-  command->add_option("--palette", arguments->paletteFile, "Use the palette of this picture");
+  command
+      ->add_option("--threshold", arguments->threshold,
+                   "To black and white: white from this gray (0 to 256) on, or auto")
+      ->type_name("N");
+  command->add_option("--palette", arguments->paletteFile, "Use the palette of this picture")
+      ->type_name("FILE");
   command->add_flag("--shared-palette", arguments->depth.sharedPalette, "One palette for all pictures");
   command->add_option("--matte", arguments->matte, "Colour under transparent pixels where the depth has none")
+      ->type_name("COLOUR")
       ->capture_default_str();
-  command->add_option("--format", arguments->format, "png or bmp; else by the name of the output");
+  command->add_option("--format", arguments->format, "png or bmp; else by the name of the output")
+      ->type_name("NAME");
   command->footer(
       "Examples:\n"
       "  dibkit convert photo.jpg --bits 8 -o photo.bmp\n"

@@ -29,7 +29,7 @@ void print(const dibkit::Effect& effect) {
             << std::setw(9) << nameOf(effect.unit) << effect.title << '\n';
   int place = 0;
   for (const dibkit::EffectStyle& style : effect.styles) {
-    std::cout << std::setw(11) << "" << std::setw(3) << place << std::setw(16) << style.name << style.title
+    std::cout << std::setw(11) << "" << std::setw(3) << place << std::setw(19) << style.name << style.title
               << (place == effect.defaultStyle ? " (usual)" : "") << '\n';
     ++place;
   }

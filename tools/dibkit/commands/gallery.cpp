@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "animation/changes.h"
@@ -20,7 +23,8 @@ namespace {
 
 struct Arguments {
   std::string folder;
-  std::vector<std::string> pictures;
+  std::string from;
+  std::string to;
   std::string size;
 };
 
@@ -44,32 +48,30 @@ std::string quoted(const std::string& word) {
   return text + "'";
 }
 
-/// The pictures, their size on the page and their files.
+/// The two pictures and their files.
 struct Sources {
-  std::vector<std::string> files;  ///< as a command in the folder names them
+  std::vector<std::string> files;  ///< as the commands name them: drawn ones in the folder, others as given
   std::vector<Picture> pictures;
+  bool drawn = false;
 };
 
-/// Draws the sample pictures into the folder, or reads the ones that were given.
+/// Reads the pictures that were given, or draws two.
 Sources sourcesFor(const Arguments& arguments) {
   Sources sources;
-  if (arguments.pictures.empty()) {
+  if (arguments.from.empty()) {
     constexpr Size sampleSize{480, 320};
     sources.files = {"lake.png", "dahlia.png"};
     sources.pictures.push_back(drawLake(sampleSize));
     sources.pictures.push_back(drawDahlia(sampleSize));
-    for (std::size_t i = 0; i < sources.files.size(); ++i) {
-      writeFile(arguments.folder + "/" + sources.files[i], writePng(sources.pictures[i].dib()));
-    }
+    sources.drawn = true;
     return sources;
   }
-  sources.files = arguments.pictures;
-  for (const std::string& path : arguments.pictures) sources.pictures.push_back(readPictureFile(path));
+  sources.files = {arguments.from, arguments.to};
+  for (const std::string& path : sources.files) sources.pictures.push_back(readPictureFile(path));
   return sources;
 }
 
-Size sizeOnPage(const Arguments& arguments, Size picture) {
-  if (!arguments.size.empty()) return parseSize(arguments.size);
+Size usualSize(Size picture) {
   constexpr int width = 240;
   return {width,
           std::clamp(static_cast<int>(std::int64_t{width} * picture.height / picture.width), 1, 4 * width)};
@@ -92,12 +94,22 @@ Bytes stripOf(const CanvasAnimation& animation, int frames) {
   return writePng(strip);
 }
 
+const dibkit::EffectStyle* styleOf(const ChosenEffect& chosen) {
+  const dibkit::Effect& effect = *chosen.effect;
+  return effect.styles.empty() ? nullptr : &effect.styles[static_cast<std::size_t>(chosen.style)];
+}
+
+/// Of the effect's files, without their extension.
+std::string nameOf(const ChosenEffect& chosen) {
+  const dibkit::EffectStyle* style = styleOf(chosen);
+  return chosen.effect->name + (style != nullptr ? std::string("-") + style->name : "");
+}
+
 GalleryCard makeCard(const Arguments& arguments, const ChosenEffect& chosen,
                      const std::vector<Picture>& pictures, const std::vector<std::string>& files) {
   const dibkit::Effect& effect = *chosen.effect;
-  const dibkit::EffectStyle* style =
-      effect.styles.empty() ? nullptr : &effect.styles[static_cast<std::size_t>(chosen.style)];
-  const std::string name = effect.name + (style != nullptr ? std::string("-") + style->name : "");
+  const dibkit::EffectStyle* style = styleOf(chosen);
+  const std::string name = nameOf(chosen);
   const TransitionPlan plan = planFor(chosen);
   GalleryCard card{effect.family,
                    effect.title,
@@ -125,19 +137,45 @@ std::vector<ChosenEffect> everyStyle() {
   return all;
 }
 
+/// As the page sees them.
+const std::vector<std::string> fittedFiles{"from.png", "to.png"};
+
+/// A picture in the gallery's folder may have the name of one of its files.
+void requireOthersThan(const Sources& sources, const std::string& folder) {
+  std::vector<std::string> names = fittedFiles;
+  for (const ChosenEffect& chosen : everyStyle()) {
+    for (const char* extension : {".gif", ".png"}) names.push_back(nameOf(chosen) + extension);
+  }
+  for (const std::string& file : sources.files) {
+    for (const std::string& name : names) {
+      std::error_code missing;
+      if (std::filesystem::equivalent(folder + "/" + name, file, missing))
+        throw UsageError("the gallery would replace " + file + "; choose another folder");
+    }
+  }
+}
+
 void run(const Arguments& arguments, const Settings& settings) {
-  if (arguments.pictures.size() == 1)
+  if (!arguments.from.empty() && arguments.to.empty())
     throw UsageError("a gallery needs two pictures, or none for the built-in ones");
-  makeFolder(arguments.folder);
+  const std::optional<Size> asked =
+      arguments.size.empty() ? std::nullopt : std::optional(parseSize(arguments.size));
+  if (asked) requireRoomFor(*asked, countFrames(2, planFor({})));
   const Sources sources = sourcesFor(arguments);
   GalleryPage page;
-  page.size = sizeOnPage(arguments, sources.pictures.front().size());
+  page.size = asked ? *asked : usualSize(sources.pictures.front().size());
   page.captions = sources.files;
+  page.pictures = fittedFiles;
+  if (!sources.drawn) requireOthersThan(sources, arguments.folder);
+  makeFolder(arguments.folder);
+  const auto put = [&arguments](const std::string& name, const Bytes& bytes) {
+    writeFile(arguments.folder + "/" + name, bytes);
+  };
   std::vector<Picture> pictures;
-  for (const Picture& picture : sources.pictures) {
-    pictures.push_back(fitted(picture, page.size, Fit::contain, parseColour("black")));
-    page.pictures.push_back(page.pictures.empty() ? "from.png" : "to.png");
-    writeFile(arguments.folder + "/" + page.pictures.back(), writePng(pictures.back().dib()));
+  for (std::size_t i = 0; i < sources.pictures.size(); ++i) {
+    if (sources.drawn) put(sources.files[i], writePng(sources.pictures[i].dib()));
+    pictures.push_back(fitted(sources.pictures[i], page.size, Fit::contain, parseColour("black")));
+    put(page.pictures[i], writePng(pictures.back().dib()));
   }
   const std::vector<ChosenEffect> all = everyStyle();
   {
@@ -148,9 +186,10 @@ void run(const Arguments& arguments, const Settings& settings) {
     }
   }
   const std::string html = htmlOf(page);
-  const std::string path = arguments.folder + "/index.html";
-  writeFile(path, Bytes(html.begin(), html.end()));
-  if (!settings.quiet) std::printf("%s: %zu transitions\n", path.c_str(), page.cards.size());
+  put("index.html", Bytes(html.begin(), html.end()));
+  if (!settings.quiet) {
+    std::printf("%s/index.html: %zu transitions\n", arguments.folder.c_str(), page.cards.size());
+  }
 }
 
 }  // namespace
@@ -158,10 +197,16 @@ void run(const Arguments& arguments, const Settings& settings) {
 void addGalleryCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("gallery", "Make a page that shows every effect and style");
   const auto arguments = std::make_shared<Arguments>();
-  command->add_option("DIR", arguments->folder, "The folder to make; open its index.html")->required();
-  command->add_option("PICTURES", arguments->pictures, "Two pictures; else two are drawn")->expected(0, 2);
-  command->add_option("--size", arguments->size,
-                      "WxH of the GIFs; else 240 wide, as high as the first picture asks");
+  command->add_option("DIR", arguments->folder, "The folder to make; open its index.html")
+      ->required()
+      ->type_name("");
+  command->add_option("FROM", arguments->from, "The first picture; without pictures, two are drawn")
+      ->type_name("");
+  command->add_option("TO", arguments->to, "The second picture")->type_name("");
+  command
+      ->add_option("--size", arguments->size,
+                   "Size of the GIFs; else 240 wide, as high as the first picture asks")
+      ->type_name("WxH");
   command->footer("Examples:\n  dibkit gallery pages\n  dibkit gallery pages summer.jpg winter.jpg");
   command->callback([arguments, &settings] { run(*arguments, settings); });
 }

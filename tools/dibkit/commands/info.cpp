@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "commands/commands.h"
+#include "commands/common.h"
 #include "formats/formats.h"
 
 namespace host {
@@ -79,16 +79,28 @@ void print(const std::string& path) {
   if (animation.frames.size() > 1) std::cout << "  times         " << times(animation) << '\n';
 }
 
+/// One file that is no picture does not keep the others from being told about.
+void printAll(const std::vector<std::string>& files) {
+  bool allRead = true;
+  for (const std::string& file : files) {
+    try {
+      print(file);
+    } catch (const FileError& error) {
+      complain(error);
+      allRead = false;
+    }
+  }
+  if (!allRead) throw AlreadySaid();
+}
+
 }  // namespace
 
 void addInfoCommand(CLI::App& program) {
   CLI::App* command = program.add_subcommand("info", "Tell what a picture or an animation holds");
   const auto files = std::make_shared<std::vector<std::string>>();
-  command->add_option("FILES", *files, "Pictures or animations")->required();
+  command->add_option("FILES", *files, "Pictures or animations")->required()->type_name("");
   command->footer("Examples:\n  dibkit info photo.jpg\n  dibkit info *.gif\n  curl -s $URL | dibkit info -");
-  command->callback([files] {
-    for (const std::string& file : *files) print(file);
-  });
+  command->callback([files] { printAll(*files); });
 }
 
 }  // namespace host

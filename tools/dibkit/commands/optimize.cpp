@@ -54,8 +54,10 @@ void addOptimizeCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command =
       program.add_subcommand("optimize", "Make an animated GIF smaller without changing what it shows");
   const auto arguments = std::make_shared<Arguments>();
-  command->add_option("GIF", arguments->input, "The animation")->required();
-  command->add_option("-o,--output", arguments->output, "The GIF to write; may be the same file")->required();
+  command->add_option("GIF", arguments->input, "The animation")->required()->type_name("");
+  command->add_option("-o,--output", arguments->output, "The GIF to write; may be the same file")
+      ->required()
+      ->type_name("FILE");
   command->footer(
       "Examples:\n  dibkit optimize big.gif -o small.gif\n  dibkit optimize here.gif -o here.gif");
   command->callback([arguments, &settings] { run(*arguments, settings); });

@@ -1,8 +1,9 @@
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,7 +13,7 @@
 #include "animation/changes.h"
 #include "animation/fit.h"
 #include "animation/timing.h"
-#include "commands/commands.h"
+#include "commands/common.h"
 #include "interrupt.h"
 #include "options.h"
 #include "progress_bar.h"
@@ -29,7 +30,7 @@ struct Arguments {
   std::string size;
   int drops = 8;
   unsigned seed = 1;
-  int loop = 0;
+  Repeats repeats;
 };
 
 /// A run of the water over one picture. Ends it on every way out, which the library leaves to its host.
@@ -74,23 +75,18 @@ std::vector<Frame> rippleFrames(const Picture& picture, const Arguments& argumen
 }
 
 void run(const Arguments& arguments, const Settings& settings) {
+  const std::optional<int> loops = arguments.repeats.count();
   Picture picture = readPictureFile(arguments.picture);
   if (!arguments.size.empty()) picture = fitted(picture, parseSize(arguments.size), Fit::cover, Pixel{});
   requireRoomFor(picture.size(), arguments.frames + 1);
   ProgressBar bar("ripple", 2 * arguments.frames + 1, settings.quiet);
   const auto step = [&bar] { bar.step(); };
-  GifFile file =
-      gifOf(indexFrames(rippleFrames(picture, arguments, bar), Dither::none, step), arguments.loop);
+  GifFile file = gifOf(indexFrames(rippleFrames(picture, arguments, bar), Dither::none, step), loops);
   if (arguments.drops > 0) {
     file.comment = "dibkit ripple --drops " + std::to_string(arguments.drops) + " --seed " +
                    std::to_string(arguments.seed);
   }
-  const Bytes bytes = writeGif(file);
-  throwIfInterrupted();
-  writeFile(arguments.output, bytes);
-  if (settings.quiet || arguments.output == "-") return;
-  std::printf("%s: %s, %zu frames, seed %u, %zu bytes\n", arguments.output.c_str(),
-              toString(file.canvas).c_str(), file.images.size(), arguments.seed, bytes.size());
+  writeAnimation(arguments.output, file, settings);
 }
 
 }  // namespace
@@ -98,24 +94,19 @@ void run(const Arguments& arguments, const Settings& settings) {
 void addRippleCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("ripple", "Let drops fall on a picture as if it were water");
   const auto arguments = std::make_shared<Arguments>();
-  constexpr double mostMilliseconds = 600000;
-  command->add_option("PICTURE", arguments->picture, "The picture")->required();
-  command->add_option("-o,--output", arguments->output, "The GIF to write")->required();
-  command->add_option("--frames", arguments->frames, "Stages of the water")
-      ->check(CLI::Range(1, 1000))
-      ->capture_default_str();
-  command->add_option("--delay", arguments->delay, "How long each shows, in milliseconds")
-      ->check(CLI::Range(0.0, mostMilliseconds))
-      ->capture_default_str();
-  command->add_option("--drops", arguments->drops, "Drops at random places; 0 for one every 100 pixels")
-      ->check(CLI::Range(0, 1000))
-      ->capture_default_str();
-  command->add_option("--seed", arguments->seed, "Which random places; stands in the GIF as a comment")
-      ->capture_default_str();
-  command->add_option("--size", arguments->size, "WxH of the GIF; else that of the picture");
-  command->add_option("--loop", arguments->loop, "How often it repeats, 0 for ever")
-      ->check(CLI::Range(0, 65535))
-      ->capture_default_str();
+  command->add_option("PICTURE", arguments->picture, "The picture")->required()->type_name("");
+  command->add_option("-o,--output", arguments->output, "The GIF to write")->required()->type_name("FILE");
+  takeNumber(command->add_option("--frames", arguments->frames, "Stages of the water"), 1, 1000);
+  takeMilliseconds(command->add_option("--delay", arguments->delay, "How long each shows, in milliseconds"));
+  takeNumber(
+      command->add_option("--drops", arguments->drops, "Drops at random places; 0 for one every 100 pixels"),
+      0, 1000);
+  takeNumber(
+      command->add_option("--seed", arguments->seed, "Which random places; stands in the GIF as a comment"),
+      0, std::numeric_limits<unsigned>::max());
+  command->add_option("--size", arguments->size, "Size of the GIF; else that of the picture")
+      ->type_name("WxH");
+  addRepeats(command, arguments->repeats);
   command->footer(
       "Examples:\n  dibkit ripple pond.jpg -o pond.gif\n  dibkit ripple pond.jpg --drops 3 --seed 7 -o "
       "pond.gif");

@@ -37,8 +37,10 @@ void addSamplesCommand(CLI::App& program, const Settings& settings) {
     std::string size = "480x320";
   };
   const auto arguments = std::make_shared<Arguments>();
-  command->add_option("DIR", arguments->folder, "The folder to write them to")->required();
-  command->add_option("--size", arguments->size, "WxH of the pictures")->capture_default_str();
+  command->add_option("DIR", arguments->folder, "The folder to write them to")->required()->type_name("");
+  command->add_option("--size", arguments->size, "Size of the pictures")
+      ->type_name("WxH")
+      ->capture_default_str();
   command->footer("Example:\n  dibkit samples . && dibkit transition lake.png dahlia.png -o bloom.gif");
   command->callback(
       [arguments, &settings] { write(arguments->folder, parseSize(arguments->size), settings); });

@@ -1,16 +1,13 @@
 #include "animation/transition.h"
 
-#include <cstdio>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "animation/changes.h"
 #include "animation/fit.h"
-#include "commands/commands.h"
+#include "commands/common.h"
 #include "errors.h"
-#include "interrupt.h"
 #include "options.h"
 #include "progress_bar.h"
 
@@ -29,7 +26,7 @@ struct Arguments {
   std::string background = "black";
   std::string matte;
   std::string easing = "linear";
-  int loop = 0;
+  Repeats repeats;
   std::string dither = "none";
 };
 
@@ -47,22 +44,11 @@ std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPl
   for (const std::string& path : arguments.pictures) {
     Picture picture = readPictureFile(path);
     if (size == Size{}) size = picture.size();
-    constexpr int mostInGif = 65535;
-    if (size.width > mostInGif || size.height > mostInGif) {
-      throw FileError(path, toString(size) + " pixels are more than a GIF can have; choose a --size");
-    }
     requireRoomFor(size, countFrames(arguments.pictures.size(), plan));
     pictures.push_back(fitted(picture, size, fit, background));
     if (!arguments.matte.empty()) layOver(pictures.back(), parseColour(arguments.matte));
   }
   return pictures;
-}
-
-void report(const std::string& output, const GifFile& file, std::size_t bytes) {
-  int duration = 0;
-  for (const GifImage& image : file.images) duration += image.delay;
-  std::printf("%s: %s, %zu frames, %.2f s, %zu bytes\n", output.c_str(), toString(file.canvas).c_str(),
-              file.images.size(), duration / 100.0, bytes);
 }
 
 void run(const Arguments& arguments, const Settings& settings) {
@@ -71,17 +57,14 @@ void run(const Arguments& arguments, const Settings& settings) {
   plan.chosen = chooseEffect(arguments.effect, arguments.style);
   plan.easing = easingNamed(arguments.easing);
   const Dither dither = ditherNamed(arguments.dither);
+  const std::optional<int> loops = arguments.repeats.count();
   const std::vector<Picture> pictures = readPictures(arguments, plan);
 
   // Each frame counts when it is made and when it is stored.
   ProgressBar bar("transition", 2 * countFrames(pictures.size(), plan), settings.quiet);
   const auto step = [&bar] { bar.step(); };
-  const GifFile file =
-      gifOf(indexFrames(renderTransitions(pictures, plan, step), dither, step), arguments.loop);
-  const Bytes bytes = writeGif(file);
-  throwIfInterrupted();
-  writeFile(arguments.output, bytes);
-  if (!settings.quiet && arguments.output != "-") report(arguments.output, file, bytes.size());
+  const GifFile file = gifOf(indexFrames(renderTransitions(pictures, plan, step), dither, step), loops);
+  writeAnimation(arguments.output, file, settings);
 }
 
 }  // namespace
@@ -90,44 +73,40 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand(
       "transition", "Make an animated GIF of the transition from each picture to the next");
   const auto arguments = std::make_shared<Arguments>();
-  constexpr int mostFrames = 1000;
-  constexpr double mostMilliseconds = 600000;
   command
       ->add_option("PICTURES", arguments->pictures, "Two pictures or more; of an animation the first frame")
-      ->required();
-  command->add_option("-o,--output", arguments->output, "The GIF to write")->required();
-  command->add_option("--effect", arguments->effect, "The effect; `dibkit effects` lists them")
-      ->capture_default_str();
-  command->add_option("--style", arguments->style, "The effect's style, by name or number");
-  command->add_option("--frames", arguments->plan.frames, "Steps from one picture to the next")
-      ->check(CLI::Range(1, mostFrames))
-      ->capture_default_str();
-  command->add_option("--delay", arguments->plan.delay, "How long a step shows, in milliseconds")
-      ->check(CLI::Range(0.0, mostMilliseconds))
-      ->capture_default_str();
-  command->add_option("--hold", arguments->plan.hold, "How long a picture shows, in milliseconds")
-      ->check(CLI::Range(0.0, mostMilliseconds))
-      ->capture_default_str();
-  command->add_option("--size", arguments->size, "WxH of the GIF; else that of the first picture");
-  command->add_option("--fit", arguments->fit, "Pictures of another shape: " + listed(fitNames()))
-      ->capture_default_str();
+      ->required()
+      ->type_name("");
+  command->add_option("-o,--output", arguments->output, "The GIF to write")->required()->type_name("FILE");
+  const auto addName = [command](const char* option, std::string& value, const std::string& help) {
+    command->add_option(option, value, help)->type_name("NAME")->capture_default_str();
+  };
+  addName("--effect", arguments->effect, "The effect; `dibkit effects` lists them");
+  addName("--style", arguments->style, "The effect's style, by name or number");
+  takeNumber(command->add_option("--frames", arguments->plan.frames, "Steps from one picture to the next"), 1,
+             1000);
+  takeMilliseconds(
+      command->add_option("--delay", arguments->plan.delay, "How long a step shows, in milliseconds"));
+  takeMilliseconds(
+      command->add_option("--hold", arguments->plan.hold, "How long a picture shows, in milliseconds"));
+  command->add_option("--size", arguments->size, "Size of the GIF; else that of the first picture")
+      ->type_name("WxH");
+  addName("--fit", arguments->fit, "Pictures of another shape: " + listed(fitNames()));
   command
       ->add_option("--background", arguments->background,
-                   "Colour beside a picture that does not fill the GIF")
+                   "Colour beside a picture that does not fill the GIF: #rrggbb or a name")
+      ->type_name("COLOUR")
       ->capture_default_str();
-  command->add_option("--matte", arguments->matte,
-                      "Colour to lay under transparent pictures; else they stay so");
-  command->add_option("--easing", arguments->easing, "How it moves: " + listed(easingNames()))
-      ->capture_default_str();
+  command
+      ->add_option("--matte", arguments->matte, "Colour to lay under transparent pictures; else they stay so")
+      ->type_name("COLOUR");
+  addName("--easing", arguments->easing, "How it moves: " + listed(easingNames()));
   command->add_flag("--reverse", arguments->plan.reverse,
                     "Take the old picture away as the effect would bring it in");
   command->add_flag("--back", arguments->plan.back,
                     "Return to the first picture, so that the animation has no seam");
-  command->add_option("--loop", arguments->loop, "How often it repeats, 0 for ever")
-      ->check(CLI::Range(0, 65535))
-      ->capture_default_str();
-  command->add_option("--dither", arguments->dither, "With more than 256 colours: none, ordered")
-      ->capture_default_str();
+  addRepeats(command, arguments->repeats);
+  addName("--dither", arguments->dither, "With more than 256 colours: none, ordered");
   command->footer(
       "Examples:\n"
       "  dibkit transition a.png b.png -o ab.gif\n"
