@@ -70,7 +70,8 @@ std::string times(const Animation& animation) {
 void print(const std::string& path) {
   const Animation animation = readAnimationFile(path);
   std::cout << path << '\n'
-            << "  format        " << animation.format << ", " << animation.bitsPerPixel << " bits a pixel\n"
+            << "  format        " << animation.format << ", " << animation.bitsPerPixel
+            << (animation.bitsPerPixel == 1 ? " bit" : " bits") << " a pixel\n"
             << "  size          " << toString(animation.size()) << '\n';
   if (!animation.palette.empty()) std::cout << "  palette       " << animation.palette.size() << " entries\n";
   std::cout << "  colours       " << countColours(animation) << '\n'
