@@ -1,5 +1,6 @@
-#include "dib/flood.h"
+#include "dib/bit_grid.h"
 
+#include <bit>
 #include <cstring>
 
 namespace dibkit {
@@ -7,6 +8,23 @@ namespace {
 
 /// Bits [from, 64) of a word.
 std::uint64_t upperBits(int from) { return ~std::uint64_t{0} << from; }
+
+/// Calls change(word, bits) for every word of a row that holds pixels of [left, right), with their bits.
+template <class Change>
+void forEachWord(std::uint64_t* row, int left, int right, Change&& change) {
+  if (left >= right) return;
+  const int first = left / 64;
+  const int last = (right - 1) / 64;
+  const std::uint64_t head = upperBits(left % 64);
+  const std::uint64_t tail = ~(upperBits((right - 1) % 64) << 1);
+  if (first == last) {
+    change(row[first], head & tail);
+    return;
+  }
+  change(row[first], head);
+  for (int word = first + 1; word < last; ++word) change(row[word], ~std::uint64_t{0});
+  change(row[last], tail);
+}
 
 }  // namespace
 
@@ -49,27 +67,6 @@ int runStart(const std::uint64_t* row, int x) {
   }
   return 0;
 }
-
-namespace {
-
-/// Calls change(word, bits) for every word of a row that holds pixels of [left, right), with their bits.
-template <class Change>
-void forEachWord(std::uint64_t* row, int left, int right, Change&& change) {
-  if (left >= right) return;
-  const int first = left / 64;
-  const int last = (right - 1) / 64;
-  const std::uint64_t head = upperBits(left % 64);
-  const std::uint64_t tail = ~(upperBits((right - 1) % 64) << 1);
-  if (first == last) {
-    change(row[first], head & tail);
-    return;
-  }
-  change(row[first], head);
-  for (int word = first + 1; word < last; ++word) change(row[word], ~std::uint64_t{0});
-  change(row[last], tail);
-}
-
-}  // namespace
 
 void clearBits(std::uint64_t* row, int left, int right) {
   forEachWord(row, left, right, [](std::uint64_t& word, std::uint64_t bits) { word &= ~bits; });
