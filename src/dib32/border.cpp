@@ -44,7 +44,7 @@ OwnedDib trimmed(const BITMAPINFOHEADER* dib, int left, int top, int right, int 
   OwnedDib result = createDib(static_cast<int>(width), static_cast<int>(height), 32, 0, Pixels::unwritten);
   if (!result) return nullptr;
   const View view(result.get());
-  for (int y = 0; y < view.height(); ++y) {
+  for (int y = 0; y < view.lines(); ++y) {
     std::copy_n(pixelsOf(source.row(top + y)) + left, view.width(), pixelsOf(view.row(y)));
   }
   return result;
@@ -63,21 +63,25 @@ BYTE transparencyBits(const Bgra* row, int x, int width) {
 }  // namespace dibkit
 
 void CDIB32::CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int* right, int* bottom) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  using namespace dibkit;
+  const View view = viewOfDepth(image, 32);
   if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
-  const auto row = [&](int y) { return dibkit::pixelsOf(view.row(y)); };
   const int width = view.width();
+  const auto row = [&](int y) { return pixelsOf(view.row(y)); };
+  const auto blank = [&](int y) { return !anyVisible(row(y), 0, width); };
   int first = 0;
-  while (first < view.height() && !dibkit::anyVisible(row(first), 0, width)) ++first;
-  *top = first;
-  // The other three keep what they hold: an image without a visible pixel has no left or right margin to
-  // speak of, and hosts tell the case by the top one.
-  if (first == view.height()) return;
-
+  while (first < view.lines() && blank(first)) ++first;
+  if (first == view.lines()) {
+    // The other three keep what they hold: an image without a visible pixel has no left or right margin to
+    // speak of, and hosts tell the case by the top one.
+    *top = view.height();
+    return;
+  }
   int last = view.height() - 1;
-  while (!dibkit::anyVisible(row(last), 0, width)) --last;
-  dibkit::Columns columns{width, 0};
+  while (blank(last)) --last;
+  Columns columns{width, 0};
   for (int y = first; y <= last; ++y) columns.include(row(y), width);
+  *top = first;
   *left = columns.first;
   *right = width - columns.end;
   *bottom = view.height() - 1 - last;
@@ -88,34 +92,33 @@ BITMAPINFOHEADER* CDIB32::Trim32BitsDIB(BITMAPINFOHEADER* image, int left, int t
 }
 
 BITMAPINFOHEADER* CDIB32::CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image) {
-  const dibkit::View source = dibkit::viewOfDepth(image, 32);
+  using namespace dibkit;
+  const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  dibkit::OwnedDib mask = dibkit::createDib(source.width(), source.height(), 1, 0, dibkit::Pixels::unwritten);
+  OwnedDib mask = createDib(source.width(), source.height(), 1, 0, Pixels::unwritten);
   if (!mask) return nullptr;
-  const dibkit::View bits(mask.get());
-  for (int y = 0; y < source.height(); ++y) {
-    const dibkit::Bgra* row = dibkit::pixelsOf(source.row(y));
+  const View bits(mask.get());
+  for (int y = 0; y < source.lines(); ++y) {
+    const Bgra* row = pixelsOf(source.row(y));
     for (int x = 0; x < source.width(); x += 8) {
-      bits.row(y)[x / 8] = dibkit::transparencyBits(row, x, source.width());
+      bits.row(y)[x / 8] = transparencyBits(row, x, source.width());
     }
   }
   return mask.release();
 }
 
 BITMAPINFOHEADER* CDIB32::CreateParaShadowDIB(BITMAPINFOHEADER* const image, COLORREF colour) {
-  const dibkit::View source = dibkit::viewOfDepth(image, 32);
+  using namespace dibkit;
+  const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  dibkit::OwnedDib shadow =
-      dibkit::createDib(source.width(), source.height(), 32, 0, dibkit::Pixels::unwritten);
+  OwnedDib shadow = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
   if (!shadow) return nullptr;
-  const dibkit::View view(shadow.get());
-  const DWORD shade = dibkit::entryKey(dibkit::fromColorRef(colour));
-  for (int y = 0; y < source.height(); ++y) {
-    const dibkit::Bgra* from = dibkit::pixelsOf(source.row(y));
-    dibkit::Bgra* to = dibkit::pixelsOf(view.row(y));
-    for (int x = 0; x < source.width(); ++x) {
-      dibkit::putWord(to, x, (dibkit::wordAt(from, x) & ~dibkit::colourBits) | shade);
-    }
+  const View view(shadow.get());
+  const DWORD shade = entryKey(fromColorRef(colour));
+  for (int y = 0; y < source.lines(); ++y) {
+    const Bgra* from = pixelsOf(source.row(y));
+    Bgra* to = pixelsOf(view.row(y));
+    for (int x = 0; x < source.width(); ++x) putWord(to, x, (wordAt(from, x) & ~colourBits) | shade);
   }
   return shadow.release();
 }

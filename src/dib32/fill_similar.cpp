@@ -12,7 +12,7 @@ template <class Paint>
 BOOL fillSimilar(BITMAPINFOHEADER* dib, const PixelBox& box, Paint paint) {
   const View image = viewOfDepth(dib, 32);
   if (!image) return FALSE;
-  for (int y = 0; y < image.height(); ++y) {
+  for (int y = 0; y < image.lines(); ++y) {
     Bgra* const row = pixelsOf(image.row(y));
     forEachMarkedRun(
         image.width(), [&](int x, int count, BYTE* flags) { markMatches(row + x, count, box, flags); },

@@ -27,7 +27,7 @@ void checkerboard(const View& canvas, DWORD colour1, DWORD colour2, int xOffset,
     }
     return pattern;
   };
-  for (int y = 0; y < canvas.height(); ++y) {
+  for (int y = 0; y < canvas.lines(); ++y) {
     const DWORD* pattern = patternOf(kindOf(std::int64_t{y} + yOffset)).data();
     Bgra* row = pixelsOf(canvas.row(y));
     for (int x = 0; x < canvas.width(); ++x) putWord(row, x, (wordAt(row, x) & ~colourBits) | pattern[x]);
@@ -60,7 +60,7 @@ struct HatchAxis {
 void hatch(const View& canvas, const POINT& offset, Rgb colour) {
   const HatchAxis columns(offset.x);
   const HatchAxis rows(offset.y);
-  for (int y = 0; y < canvas.height(); ++y) {
+  for (int y = 0; y < canvas.lines(); ++y) {
     Bgra* row = pixelsOf(canvas.row(y));
     const auto paint = [&](int x) { row[x] = withAlpha(colour, row[x].alpha); };
     const int position = rows.positionAt(y);

@@ -57,7 +57,7 @@ void forEachMarkedRun(int width, Mark&& mark, Run&& run) {
   for (int begin = 0; begin < width; begin += piece) {
     const int count = std::min(piece, width - begin);
     mark(begin, count, flags.data());
-    packFlags(flags.data(), words, bits.data());
+    packFlags(flags.data(), (static_cast<std::size_t>(count) + 63) / 64, bits.data());
     forEachRun(bits.data(), count, [&](int left, int right) { run(begin + left, begin + right); });
   }
 }

@@ -7,16 +7,11 @@
 
 namespace {
 
-using test::below;
 using test::OwnedDib;
 
 constexpr DWORD alphaBits = 0xFF000000;
 constexpr int lowest = std::numeric_limits<int>::min();
 constexpr int highest = std::numeric_limits<int>::max();
-
-OwnedDib randomCanvas(int width, int height, test::Random& random) {
-  return test::randomImage(width, height, 32, random);
-}
 
 /// A canvas whose pixels came out as `colourAt(x, y, before)` says, opacities untouched.
 template <class ColourAt>
@@ -35,7 +30,7 @@ TEST(Init32DIBBackground, FollowsItsFormulaForOffsetsOfEverySign) {
   for (const int xOffset : {0, 1, 7, 8, 9, 16, 1000003, -1, -7, -8, -9, -30, highest, lowest}) {
     for (const int yOffset : {0, 5, 8, 15, -3, -8, -17, highest, lowest}) {
       SCOPED_TRACE(std::to_string(xOffset) + " " + std::to_string(yOffset));
-      const OwnedDib before = randomCanvas(33, 29, random);
+      const OwnedDib before = test::randomImage(33, 29, 32, random);
       const OwnedDib canvas(CBitmapCreator::Clone(before.get()));
       CDIB32::Init32DIBBackground(canvas.get(), 1, 2, 3, 250, 251, 252, xOffset, yOffset);
       expectPainted(before, canvas, [&](int x, int y, DWORD) -> DWORD {
@@ -49,123 +44,88 @@ TEST(Init32DIBBackground, FollowsItsFormulaForOffsetsOfEverySign) {
 
 TEST(Init32DIBWithHatedLines, CountsOnFromTheOffsetsRemainders) {
   test::Random random(42);
+  const auto position = [](int offset, int steps) {
+    int at = offset % 8;
+    for (; steps > 0; --steps) at = at == 7 ? 0 : at + 1;
+    return at;
+  };
   for (const int xOffset : {0, 3, 8, 15, -1, -5, -8, -13, highest, lowest}) {
     for (const int yOffset : {0, 6, 9, -2, -7, -16, highest, lowest}) {
       SCOPED_TRACE(std::to_string(xOffset) + " " + std::to_string(yOffset));
-      const OwnedDib before = randomCanvas(31, 18, random);
+      const OwnedDib before = test::randomImage(31, 18, 32, random);
       const OwnedDib canvas(CBitmapCreator::Clone(before.get()));
       CDIB32::Init32DIBWithHatedLines(canvas.get(), CPoint(xOffset, yOffset), RGB(9, 8, 7));
-      int py = yOffset % 8 - 1;
-      int lastY = -1, px = 0;
       expectPainted(before, canvas, [&](int x, int y, DWORD old) -> DWORD {
-        if (y != lastY) {
-          lastY = y;
-          if (++py == 8) py = 0;
-          px = xOffset % 8 - 1;
-        }
-        if (++px == 8) px = 0;
-        static_cast<void>(x);
+        const int px = position(xOffset, x), py = position(yOffset, y);
         return px == py || px + py == 7 ? 0x090807 : old;
       });
     }
   }
 }
 
-TEST(Init32DIBWithHatedLines, CrossesInEveryCell) {
-  const OwnedDib canvas = test::image(8, 8, 32);
-  CDIB32::Init32DIBWithHatedLines(canvas.get(), CPoint(0, 0), RGB(255, 0, 0));
-  for (const POINT& point : {POINT{0, 0}, {7, 0}, {3, 4}, {1, 1}})
-    EXPECT_EQ(test::pixel(canvas, point.x, point.y), 0xFF0000u);
-  EXPECT_EQ(test::pixel(canvas, 1, 0), 0u);
-}
-
 using DrawSide = int (*)(BITMAPINFOHEADER*, const POINT&, int, int, int, BYTE, BYTE, BYTE, BYTE, BYTE, BYTE,
                          int);
-constexpr DWORD colour1 = 0x112233, colour2 = 0x445566;
+constexpr DrawSide top = CDIB32::DrawTopHatchedLine, right = CDIB32::DrawRightHatchedLine,
+                   bottom = CDIB32::DrawBottomHatchedLine, left = CDIB32::DrawLeftHatchedLine;
 
-int draw(DrawSide side, const OwnedDib& canvas, const POINT& origin, int a, int b, int fixed, int phase) {
-  return side(canvas.get(), origin, a, b, fixed, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, phase);
-}
-
-/// Draws a side pixel by pixel in the order of its walk, the dashes counted from the unclipped end.
-struct PlainSide {
-  DrawSide draw;
-  bool horizontal;
-  bool forward;
-
-  int operator()(const OwnedDib& canvas, const POINT& origin, int a, int b, int fixed, int phase) const {
-    const int size = horizontal ? canvas->biWidth : canvas->biHeight;
-    const int low = horizontal ? origin.x : origin.y;
-    const int across = horizontal ? fixed - origin.y : fixed - origin.x;
-    if (across < 0 || across >= (horizontal ? canvas->biHeight : canvas->biWidth)) return (phase - 1) % 6;
-    std::vector<int> walk;
-    if (forward) {
-      for (int i = horizontal ? a : a + 1; i <= b; ++i) walk.push_back(i);
-    } else {
-      for (int i = b; i >= (horizontal ? a : a + 1); --i) walk.push_back(i);
+TEST(DashedSides, CountFromTheirFirstPixelWhereverTheCanvasCutsThem) {
+  struct Case {
+    DrawSide draw;
+    int a, b, phase;
+    std::string
+        dashes;  // on a canvas of one row or column: 1 or 2 for a colour, a dot for an untouched pixel
+    int next;
+    int fixed = 5;   // the canvas has but this row or column
+    int origin = 0;  // where it begins along the side
+  };
+  const std::string nothing(12, '.');
+  const Case cases[] = {
+      {top, 0, 11, 0, "222111222111", 5},
+      {top, 2, 9, 0, "..22211122..", 1},
+      {top, 12, 19, 4, "..11222111..", 5, 5, 10},
+      {top, -4, 3, 0, "1122........", 1},
+      {top, 9, 30, 3, ".........111", 5},
+      {right, 2, 9, 0, "...2221112..", 0},
+      {right, -4, 3, 0, "1112........", 0},
+      {right, 9, 30, 0, "..........22", 1},
+      // Going back they count from b and leave the corner to the side before, and one pixel more where the
+      // canvas cuts them. The left one leaves its last pixel too: to the top one, or at the canvas's edge.
+      {bottom, 2, 9, 0, "..2211122...", 1},
+      {bottom, 2, 30, 0, "..112221112.", 4},
+      {bottom, -4, 3, 0, "122.........", 3},
+      {left, 2, 9, 0, "...211122...", 0},
+      {left, 2, 30, 0, "...12221112.", 3},
+      {left, -4, 3, 0, ".22.........", 2},
+      // A single pixel on the way back is none.
+      {bottom, 3, 4, 3, nothing, 0},
+      {left, 3, 5, 3, "....1.......", 4},
+      {left, 3, 4, 3, nothing, 0},
+      {top, 9, 7, 3, nothing, 0},
+      {right, 12, 20, 3, nothing, 0},
+      {bottom, 12, 20, 3, nothing, 0},
+      {left, -9, -2, 3, nothing, 0},
+      // Beside the canvas nothing counts, not even that the side has no pixels.
+      {top, 0, 11, 3, nothing, 2, 4},
+      {right, 0, 11, 0, nothing, -1, 6},
+      {bottom, 9, 7, 0, nothing, -1, 4},
+      {left, 0, 11, lowest, nothing, -3, 6},
+      // Positions -4 to -1 have the second colour, even where the pattern, wrapped, would have the first.
+      {top, 0, 7, -4, "22222221....", 3},
+  };
+  for (const Case& c : cases) {
+    const bool horizontal = c.draw == top || c.draw == bottom;
+    const OwnedDib canvas = horizontal ? test::image(12, 1, 32) : test::image(1, 12, 32);
+    CDIB32::MakeAllPixelsSameOpacity(canvas.get(), 7);
+    const POINT origin = horizontal ? POINT{c.origin, 5} : POINT{5, c.origin};
+    const int next =
+        c.draw(canvas.get(), origin, c.a, c.b, c.fixed, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, c.phase);
+    std::string dashes;
+    for (const DWORD pixel : test::pixelsOf(canvas)) {
+      dashes += pixel == 0x07112233 ? '1' : pixel == 0x07445566 ? '2' : pixel == 0x07000000 ? '.' : '?';
     }
-    int drawn = 0;
-    std::vector<std::pair<int, int>> pixels;
-    for (std::size_t k = 0; k < walk.size(); ++k) {
-      // Walking back leaves out the corner, and the last pixel before an edge that cuts the side.
-      const int limit = forward ? low + size : std::min(b + 1, low + size) - 1;
-      if (walk[k] < low || walk[k] >= limit) continue;
-      if (!horizontal && !forward && walk[k] <= low) continue;
-      pixels.emplace_back(walk[k] - low, (static_cast<int>(k) + phase) % 6);
-      ++drawn;
-    }
-    const int start = std::min(b + 1, low + size) - 2;
-    if (drawn == 0 || (!forward && start <= std::max(a, low))) return 0;
-    for (const auto& [along, position] : pixels) {
-      const int x = horizontal ? along : across, y = horizontal ? across : along;
-      const DWORD colour = position / 3 == 1 ? colour1 : colour2;
-      test::setPixel(canvas, x, y, (test::pixel(canvas, x, y) & alphaBits) | colour);
-    }
-    return pixels.back().second;
+    EXPECT_EQ(dashes, c.dashes) << c.a << " to " << c.b;
+    EXPECT_EQ(next, c.next) << c.a << " to " << c.b;
   }
-};
-
-constexpr PlainSide sides[] = {{CDIB32::DrawTopHatchedLine, true, true},
-                               {CDIB32::DrawRightHatchedLine, false, true},
-                               {CDIB32::DrawBottomHatchedLine, true, false},
-                               {CDIB32::DrawLeftHatchedLine, false, false}};
-
-TEST(DashedSides, EqualTheWalkPixelByPixel) {
-  test::Random random(43);
-  for (int round = 0; round < 4000; ++round) {
-    const PlainSide& side = sides[round % 4];
-    const OwnedDib expected = randomCanvas(1 + below(random, 20), 1 + below(random, 20), random);
-    const OwnedDib canvas(CBitmapCreator::Clone(expected.get()));
-    const POINT origin{below(random, 11) - 5, below(random, 11) - 5};
-    const int a = below(random, 40) - 12, b = a - 2 + below(random, 30);
-    const int fixed = below(random, 30) - 8, phase = below(random, 6);
-    SCOPED_TRACE(std::to_string(round) + ": " + std::to_string(a) + " to " + std::to_string(b));
-    const int next = side(expected, origin, a, b, fixed, phase);
-    ASSERT_EQ(draw(side.draw, canvas, origin, a, b, fixed, phase), next);
-    ASSERT_EQ(test::pixelsOf(canvas), test::pixelsOf(expected));
-  }
-}
-
-TEST(DashedSides, StartWithThreePixelsOfTheSecondColour) {
-  const OwnedDib canvas = test::image(12, 1, 32);
-  EXPECT_EQ(draw(CDIB32::DrawTopHatchedLine, canvas, {0, 0}, 0, 11, 0, 0), 5);
-  const std::vector<DWORD> dashes{colour2, colour2, colour2, colour1, colour1, colour1};
-  std::vector<DWORD> row = dashes;
-  row.insert(row.end(), dashes.begin(), dashes.end());
-  EXPECT_EQ(test::pixelsOf(canvas), row);
-}
-
-TEST(DashedSides, KeepTheSignOfANegativePhase) {
-  // Positions -4 to -1 give the colour2 colour even where the pattern, wrapped, would give the first.
-  const OwnedDib canvas = test::image(8, 1, 32);
-  EXPECT_EQ(draw(CDIB32::DrawTopHatchedLine, canvas, {0, 0}, 0, 7, 0, -4), 3);
-  EXPECT_EQ(test::pixelsOf(canvas),
-            (std::vector<DWORD>{colour2, colour2, colour2, colour2, colour2, colour2, colour2, colour1}));
-  EXPECT_EQ(draw(CDIB32::DrawTopHatchedLine, canvas, {0, 0}, 0, 7, -1, 0), -1);  // above the canvas
-  EXPECT_EQ(draw(CDIB32::DrawTopHatchedLine, canvas, {0, 0}, 9, 7, -1, 0), -1);  // and empty
-  EXPECT_EQ(draw(CDIB32::DrawTopHatchedLine, canvas, {0, 0}, 9, 7, 0, 3), 0);    // empty alone
-  EXPECT_EQ(draw(CDIB32::DrawBottomHatchedLine, canvas, {0, 0}, 3, 4, 0, 3),
-            0);  // one pixel backwards is none
 }
 
 TEST(DrawSelectedFlag, GoesRoundWithoutABreak) {
@@ -189,9 +149,10 @@ TEST(DrawSelectedFlag, GoesRoundWithoutABreak) {
 }
 
 TEST(Overlays, TakeAnyArgument) {
-  const OwnedDib gray = test::image(4, 4, 8), empty = test::image(0, 0, 32), canvas = test::image(3, 3, 32);
+  const OwnedDib gray = test::image(4, 4, 8), canvas = test::image(3, 3, 32);
+  const OwnedDib tall = test::image(0, highest, 32), wide = test::image(highest, 0, 32);
   for (BITMAPINFOHEADER* image :
-       {static_cast<BITMAPINFOHEADER*>(nullptr), gray.get(), empty.get(), canvas.get()}) {
+       {static_cast<BITMAPINFOHEADER*>(nullptr), gray.get(), tall.get(), wide.get(), canvas.get()}) {
     CDIB32::Init32DIBBackground(image, 1, 2, 3, 4, 5, 6, lowest, highest);
     CDIB32::Init32DIBWithHatedLines(image, CPoint(lowest, highest), 0);
     for (const POINT& origin : {POINT{lowest, lowest}, {highest, highest}, {0, 0}}) {
