@@ -258,7 +258,8 @@ class DIBKIT_API CDIB32 {
 
   /// The similar pixels that are connected with the seed from left, right, above and below.
   static HRGN MagicWandRegion(BITMAPINFOHEADER* image, POINT seed, int tolerance);
-  /// All similar pixels, connected or not; null for a negative tolerance, to which nothing is similar.
+  /// All similar pixels, connected or not; null for a negative tolerance, to which nothing is similar. Each
+  /// call keeps a working block of 1632 bytes for good.
   static HRGN MagicWandRegion2(BITMAPINFOHEADER* image, POINT seed, int tolerance);
 
   /// Adds a rectangle to a list of disjoint ones. A rectangle that shares a whole edge with one of the list
@@ -396,9 +397,9 @@ class DIBKIT_API CDIB32 {
   static void Init32DIBWithHatedLines(BITMAPINFOHEADER* canvas, const CPoint& offset, COLORREF colour);
 
   /// One side of a dashed outline: three pixels of colour 2, three of colour 1 and so on. The sides go round
-  /// in the order top, right, bottom, left, each from the corner that the one before has drawn. \param
-  /// canvasOrigin where the canvas's top-left pixel lies in the space of the coordinates \param a,b left and
-  /// right of the outlined rectangle for the top and bottom sides, else its top and
+  /// in the order top, right, bottom, left, each from the corner that the one before has drawn.
+  /// \param canvasOrigin where the canvas's top-left pixel lies in the space of the coordinates
+  /// \param a,b left and right of the outlined rectangle for the top and bottom sides, else its top and
   ///     bottom; both inclusive
   /// \param fixed the row or column of the side
   /// \param phase 0 to 5 where the dashes begin, or what the side before returned; a negative one gives

@@ -60,7 +60,7 @@ Walk walkOf(Side side, const Segment& segment, const Extent& canvas) {
   return {first, first <= last ? 0 : count, (segment.b - first) % period};
 }
 
-/// \\return the phase for the next side
+/// \return the phase for the next side
 int drawSide(Side side, BITMAPINFOHEADER* dib, const POINT& origin, const Segment& segment,
              const Dashes& dashes) {
   const View canvas = viewOfDepth(dib, 32);
