@@ -46,15 +46,16 @@ Scene randomScene(Random& random) {
   const int colours = draw({1, 3, 6, 8});
   for (int i = 0; i < width * height; ++i)
     setPixel(s.image, i % width, i / width, palette[below(random, colours)]);
-  if (below(random, 3) == 0) {
+  if (below(random, 5) == 0) {
     CDIB32::MakeAllPixelsSameOpacity(s.image.get(), static_cast<BYTE>(draw({0, 1, 128, 254, 255})));
   }
   test::fillRandom(s.mask.get(), random);
   s.maskOrigin = {below(random, 9) - 4, below(random, 9) - 4};
   s.seed = {draw({0, width - 1, below(random, width)}), draw({0, height - 1, below(random, height)})};
-  s.target = draw({0, 0, 0, 1}) != 0 ? base : pixel(s.image, s.seed.x, s.seed.y);
+  if (below(random, 3) == 0) setPixel(s.image, s.seed.x, s.seed.y, palette[5 + below(random, 3)]);
+  s.target = draw({0, 0, 1}) != 0 ? pixel(s.image, s.seed.x, s.seed.y) : base;
   s.colour = static_cast<COLORREF>(random());
-  s.erase = draw({0, 0, 7});
+  s.erase = draw({0, 0, 0, 7});
   s.opacity = draw({0, 1, 77, 128, 254, 255, 256, 511, -1});
   s.tolerance = draw({0, 0, 1, 5, 255, -1, INT32_MAX, INT32_MIN});
   return s;
@@ -62,8 +63,8 @@ Scene randomScene(Random& random) {
 
 struct Fill {
   bool connected, masked;
-  bool transparent;  ///< takes transparent pixels and replaces them, instead of laying over those like the
-                     ///< target
+  /// Takes transparent pixels and replaces them, instead of laying over those like the target.
+  bool transparent;
   BOOL (*run)(const Scene& s, RECT* bounds);
 };
 
