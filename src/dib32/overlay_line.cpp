@@ -2,6 +2,7 @@
 #include <array>
 
 #include "dib/drawing_surface.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "palette/palette.h"
 
@@ -64,8 +65,7 @@ OwnedDib lineCoverage(const RECT& area, const POINT& from, const POINT& to, int 
   if (!coverage) return nullptr;
   // The read leaves the platform's palette behind. Black and white have the indexes 0 and 255 in it, as they
   // have in a gray one.
-  auto* palette = reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(coverage.get()) + coverage->biSize);
-  CPaletteFuns::MakeGrayPalette(palette, 256);
+  CPaletteFuns::MakeGrayPalette(paletteOf(coverage.get()), 256);
   origin = {box.left, box.top};
   return coverage;
 }
