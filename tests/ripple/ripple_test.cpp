@@ -16,12 +16,19 @@ struct PlainWater {
   }
   int& at(int page, int x, int y) { return pages[page][static_cast<std::size_t>(y * w + x)]; }
 
-  void blob(int x, int y, int radius, int height, int page) {
-    for (int cy = 1; cy < h - 1; ++cy) {
-      for (int cx = 1; cx < w - 1; ++cx) {
-        if ((cx - x) * (cx - x) + (cy - y) * (cy - y) < radius * radius) at(page, cx, cy) += height;
-      }
+  /// Calls use(x, y) for every cell that is `margin` cells away from the border.
+  template <class Use>
+  void forEachInner(int margin, Use&& use) const {
+    for (int y = margin; y < h - margin; ++y) {
+      for (int x = margin; x < w - margin; ++x) use(x, y);
     }
+  }
+
+  void blob(int centreX, int centreY, int radius, int height, int page) {
+    forEachInner(1, [&](int x, int y) {
+      const int dx = x - centreX, dy = y - centreY;
+      if (dx * dx + dy * dy < radius * radius) at(page, x, y) += height;
+    });
   }
   void grid() {
     for (int y = 0; y < h; y += 100) {
@@ -31,47 +38,34 @@ struct PlainWater {
     }
   }
   void step(int page, int density = 5, int reach = 1) {
-    const auto read = pages[1 - page];
-    for (int y = reach; y < h - reach; ++y) {
-      for (int x = reach; x < w - reach; ++x) {
-        int sums[9] = {};  // of the cells at each squared distance
-        for (int dy = -reach; dy <= reach; ++dy) {
-          for (int dx = -reach; dx <= reach; ++dx) {
-            sums[dx * dx + dy * dy] += read[static_cast<std::size_t>((y + dy) * w + x + dx)];
-          }
-        }
-        const int wave = reach == 1 ? (sums[1] + sums[2]) >> 2
-                                    : (2 * sums[1] + sums[2] + (sums[4] >> 1) + (sums[5] >> 2)) >> 3;
-        const int v = wave - at(page, x, y);
-        at(page, x, y) = v - (v >> density);
+    forEachInner(reach, [&](int x, int y) {
+      int sums[9] = {};  // of the cells at each squared distance
+      for (int dy = -reach; dy <= reach; ++dy) {
+        for (int dx = -reach; dx <= reach; ++dx) sums[dx * dx + dy * dy] += at(1 - page, x + dx, y + dy);
       }
-    }
+      const int wave = reach == 1 ? (sums[1] + sums[2]) >> 2
+                                  : (2 * sums[1] + sums[2] + (sums[4] >> 1) + (sums[5] >> 2)) >> 3;
+      const int v = wave - at(page, x, y);
+      at(page, x, y) = v - (v >> density);
+    });
   }
   void round() {
     for (const int page : {0, 1, 0, 1}) step(page);
   }
   OwnedDib render(const OwnedDib& source) {
-    OwnedDib out = image(w, h, 32);
-    for (int y = 0; y < h; ++y) {
-      for (int x = 0; x < w; ++x) {
-        if (x == 0 || x == w - 1 || y == 0 || y == h - 1) {
-          setPixel(out, x, y, pixel(source, x, y));
-          continue;
-        }
-        const int dx = at(0, x, y) - at(0, x + 1, y);
-        const int dy = at(0, x, y) - at(0, x, y + 1);
-        int sy = std::clamp(y + (dy >> 3), 0, h - 1);
-        int sx = std::max(x + (dx >> 3), 0);
-        if (sx > w || (sx == w && sy == 0)) sx = w - 1;
-        if (sx == w) sx = 0, --sy;  // the first pixel of the next row in memory
-        const DWORD from = pixel(source, sx, sy);
-        DWORD lit = 0xFF000000;
-        for (const int shift : {0, 8, 16}) {
-          lit |= static_cast<DWORD>(std::clamp(static_cast<int>(from >> shift & 255) - dx, 0, 255)) << shift;
-        }
-        setPixel(out, x, y, lit);
+    OwnedDib out(CBitmapCreator::Clone(source.get()));
+    forEachInner(1, [&](int x, int y) {
+      const int dx = at(0, x, y) - at(0, x + 1, y), dy = at(0, x, y) - at(0, x, y + 1);
+      int sy = std::clamp(y + (dy >> 3), 0, h - 1), sx = std::max(x + (dx >> 3), 0);
+      if (sx > w || (sx == w && sy == 0)) sx = w - 1;
+      if (sx == w) sx = 0, --sy;  // the first pixel of the next row in memory
+      const DWORD from = pixel(source, sx, sy);
+      DWORD lit = 0xFF000000;
+      for (const int shift : {0, 8, 16}) {
+        lit |= static_cast<DWORD>(std::clamp(static_cast<int>(from >> shift & 255) - dx, 0, 255)) << shift;
       }
-    }
+      setPixel(out, x, y, lit);
+    });
     return out;
   }
 
