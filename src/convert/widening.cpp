@@ -39,6 +39,7 @@ void lookUp(const BYTE* indexes, int count, const Pixels256<Rgb555>& pixels, BYT
 }
 
 /// Stores four bytes a pixel, the fourth of which the next pixel overwrites; only the last pixel has no next.
+/// (Through the function object of decodeBgrRow the same takes a sixth longer.)
 void lookUp(const BYTE* indexes, int count, const Pixels256<Bgr24>& pixels, BYTE* to) {
   for (int x = 0; x + 1 < count; ++x) std::memcpy(to + std::ptrdiff_t{x} * 3, &pixels[indexes[x]], 4);
   if (count > 0) std::memcpy(to + std::ptrdiff_t{count - 1} * 3, &pixels[indexes[count - 1]], 3);

@@ -46,7 +46,9 @@ GdiObject* stockObject(int number) {
 
 using namespace dibkit::standin;
 
-HGDIOBJ GetStockObject(int number) { return stockObject(number); }
+HGDIOBJ GetStockObject(int number) {
+  return dibkit::orOutOfMemory(HGDIOBJ{}, [&]() -> HGDIOBJ { return stockObject(number); });
+}
 
 HPEN CreatePen(int style, int width, COLORREF colour) {
   if (style != PS_SOLID && style != PS_NULL) return nullptr;
