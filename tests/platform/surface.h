@@ -6,6 +6,7 @@
 
 #include "platform/recorded.h"
 #include "support/golden_dib.h"
+#include "support/palettes.h"
 
 /// Memory surfaces for tests, and their recorded pixels.
 namespace test {
@@ -112,18 +113,12 @@ inline void expectSurface(const RecordedPixels& expected, const Surface& surface
   EXPECT_EQ(pixelsOf(dib), expected.pixels);
 }
 
-/// The header fields in the order of the records, and the palette's entries.
+/// The header fields in the order of the records.
 inline std::vector<std::int64_t> headerOf(const BITMAPINFOHEADER* dib) {
   return {dib->biSize,          dib->biWidth,       dib->biHeight,      dib->biPlanes,
           dib->biBitCount,      dib->biCompression, dib->biSizeImage,   dib->biXPelsPerMeter,
           dib->biYPelsPerMeter, dib->biClrUsed,     dib->biClrImportant};
 }
-inline std::vector<DWORD> paletteOf(const BITMAPINFOHEADER* dib) {
-  std::vector<DWORD> colours(GetDIBPaletteSize(dib));
-  std::memcpy(colours.data(), dibkit::paletteOf(dib), colours.size() * sizeof(DWORD));
-  return colours;
-}
-
 /// A read of the surface beside the recorded `lines`, `header`, `palette` and pixels.
 inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
   const RecordedPixels expected(recorded);
@@ -132,7 +127,7 @@ inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
   EXPECT_EQ(rows, recorded.at("lines").numbers()[0]);
   EXPECT_EQ(headerOf(dib.get()), recorded.at("header").numbers());
   if (const GoldenLine* palette = recorded.find("palette")) {
-    EXPECT_EQ(paletteOf(dib.get()), coloursOf(*palette));
+    EXPECT_EQ(entriesOf(dib), coloursOf(*palette));
   }
   EXPECT_EQ(pixelsOf(dib), expected.pixels);
 }

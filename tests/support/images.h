@@ -15,8 +15,8 @@ using dibkit::OwnedDib;
 inline OwnedDib image(int width, int height, int bitCount, const std::vector<DWORD>& palette = {}) {
   OwnedDib dib(CBitmapCreator::CreateDibImage(width, height, bitCount, static_cast<int>(palette.size())));
   if (!dib) throw std::bad_alloc();
-  auto* entries = reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib.get()) + dib->biSize);
-  for (std::size_t i = 0; i < palette.size(); ++i) std::memcpy(&entries[i], &palette[i], sizeof(DWORD));
+  if (!palette.empty())
+    std::memcpy(dibkit::paletteOf(dib.get()), palette.data(), palette.size() * sizeof(DWORD));
   return dib;
 }
 

@@ -30,9 +30,7 @@ std::vector<std::pair<Key, int>> associationsOf(const CMap<Key, Argument, int, i
   return found;
 }
 
-inline RGBQUAD* paletteOf(const OwnedDib& dib) {
-  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib.get()) + dib->biSize);
-}
+inline RGBQUAD* paletteOf(const OwnedDib& dib) { return dibkit::paletteOf(dib.get()); }
 
 inline std::vector<DWORD> entriesOf(const OwnedDib& dib) {
   std::vector<DWORD> entries(GetDIBPaletteSize(dib.get()));
