@@ -4,7 +4,8 @@
 
 /// \file
 /// Opacity arithmetic: what one layer over another gives, for a value and for a pixel. Everything is exact
-/// and stays in 16 bits where it can, so that a row kernel keeps eight values in a vector register.
+/// and stays in 16 bits where it can, so that a row kernel keeps eight values in a vector register. Static,
+/// because sources compiled for newer processors use it too, whose copies must not stand in for plain ones.
 
 namespace dibkit {
 
@@ -12,28 +13,33 @@ namespace dibkit {
 using Lane = std::uint16_t;
 
 /// The upper half of the 32-bit product.
-constexpr Lane multiplyHigh(Lane a, Lane b) { return static_cast<Lane>(std::uint32_t{a} * b >> 16); }
+static constexpr Lane multiplyHigh(Lane a, Lane b) { return static_cast<Lane>(std::uint32_t{a} * b >> 16); }
+
+/// (d (256 - weight) + s weight) / 256, truncated; a weight of 256 copies s.
+static constexpr Lane mixed(Lane d, Lane s, Lane weight) {
+  return static_cast<Lane>(d * (256 - weight) + s * weight) >> 8;
+}
 
 /// x / 255, truncated, for every x
-constexpr Lane divideBy255(Lane x) { return multiplyHigh(x, 0x8081) >> 7; }
+static constexpr Lane divideBy255(Lane x) { return multiplyHigh(x, 0x8081) >> 7; }
 
 /// max(alpha - reduction, 0)
-constexpr BYTE reduced(BYTE alpha, BYTE reduction) {
+static constexpr BYTE reduced(BYTE alpha, BYTE reduction) {
   return static_cast<BYTE>(alpha > reduction ? alpha - reduction : 0);
 }
 
 /// alpha scale / 255, truncated
-constexpr BYTE scaled(BYTE alpha, BYTE scale) {
+static constexpr BYTE scaled(BYTE alpha, BYTE scale) {
   return static_cast<BYTE>(divideBy255(static_cast<Lane>(alpha * scale)));
 }
 
 /// 255 - (255 - a)(255 - b) / 255, truncated
-constexpr Lane unionOpacity(Lane a, Lane b) {
+static constexpr Lane unionOpacity(Lane a, Lane b) {
   return static_cast<Lane>(255 - divideBy255(static_cast<Lane>((255 - a) * (255 - b))));
 }
 
 /// (below belowAlpha (255 - aboveAlpha)) / 255 + above aboveAlpha, at most 65025
-constexpr Lane weightedSum(Lane belowAlpha, Lane aboveAlpha, Lane below, Lane above) {
+static constexpr Lane weightedSum(Lane belowAlpha, Lane aboveAlpha, Lane below, Lane above) {
   // The product of two bytes is split as 255 quotient + remainder, so that the third one still fits.
   const Lane product = static_cast<Lane>(below * belowAlpha);
   const Lane quotient = divideBy255(product);
@@ -44,14 +50,14 @@ constexpr Lane weightedSum(Lane belowAlpha, Lane aboveAlpha, Lane below, Lane ab
 }
 
 /// weightedSum / outAlpha, the sum itself for outAlpha 0, at most 255
-constexpr BYTE overChannel(BYTE belowAlpha, BYTE aboveAlpha, BYTE below, BYTE above, BYTE outAlpha) {
+static constexpr BYTE overChannel(BYTE belowAlpha, BYTE aboveAlpha, BYTE below, BYTE above, BYTE outAlpha) {
   const int sum = weightedSum(belowAlpha, aboveAlpha, below, above);
   const int value = outAlpha > 0 ? sum / outAlpha : sum;
   return static_cast<BYTE>(value < 255 ? value : 255);
 }
 
 /// A pixel laid over another. Two transparent pixels give transparent black: the formula has no colour there.
-constexpr Bgra over(const Bgra& below, const Bgra& above) {
+static constexpr Bgra over(const Bgra& below, const Bgra& above) {
   const BYTE alpha = lowByte(unionOpacity(below.alpha, above.alpha));
   return {overChannel(below.alpha, above.alpha, below.blue, above.blue, alpha),
           overChannel(below.alpha, above.alpha, below.green, above.green, alpha),
