@@ -10,27 +10,24 @@ namespace dibkit {
 namespace {
 
 void fillRows(const View& image, const Bgra& pixel) {
-  for (int y = 0; y < image.height(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
+  for (int y = 0; y < image.lines(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
 }
 
 /// Makes every pixel of a 32-bit image rule(pixel), as numbers 0xAARRGGBB; does nothing for any other image.
 template <class Rule>
 void changePixels(BITMAPINFOHEADER* dib, Rule&& rule) {
   const View image = viewOfDepth(dib, 32);
-  for (int y = 0; y < image.height(); ++y) {
+  for (int y = 0; y < image.lines(); ++y) {
     Bgra* row = pixelsOf(image.row(y));
     for (int x = 0; x < image.width(); ++x) putWord(row, x, rule(wordAt(row, x)));
   }
 }
 
-/// Whether found(alpha) is not 0 for some pixel; each row is looked at whole, without a branch per pixel.
+/// Whether found(kind) holds for some row.
 template <class Found>
-bool anyAlpha(const View& image, Found&& found) {
-  for (int y = 0; y < image.height(); ++y) {
-    const Bgra* row = pixelsOf(image.row(y));
-    int any = 0;
-    for (int x = 0; x < image.width(); ++x) any |= found(static_cast<int>(wordAt(row, x) >> 24));
-    if (any != 0) return true;
+bool anyRow(const View& image, Found&& found) {
+  for (int y = 0; y < image.lines(); ++y) {
+    if (found(opacityKindOf(pixelsOf(image.row(y)), image.width()))) return true;
   }
   return false;
 }
@@ -39,7 +36,7 @@ bool anyAlpha(const View& image, Found&& found) {
 void setMaskedAlpha(const View& image, const BITMAPINFOHEADER* maskDib, BYTE alpha) {
   const ConstView mask = viewOfDepth(maskDib, 1);
   const int width = std::min(image.width(), mask.width());
-  const int height = std::min(image.height(), mask.height());
+  const int height = std::min(image.lines(), mask.lines());
   for (int y = 0; y < height; ++y) {
     Bgra* row = pixelsOf(image.row(y));
     const BYTE* bits = mask.row(y);
@@ -83,7 +80,7 @@ OwnedDib fromBitFields(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER
   const Field green(masks[1], blueLength);
   const Field blue(masks[2], 0);
   const View image(result.get());
-  for (int y = 0; y < image.height(); ++y) {
+  for (int y = 0; y < image.lines(); ++y) {
     const BYTE* from = source.row(y);
     Bgra* to = pixelsOf(image.row(y));
     for (int x = 0; x < image.width(); ++x) {
@@ -106,7 +103,7 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
     OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
     if (!result) return nullptr;
     const View image(result.get());
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.lines(); ++y) {
       const BYTE* from = source.row(y);
       Bgra* to = pixelsOf(image.row(y));
       for (int x = 0; x < image.width(); ++x) {
@@ -120,6 +117,8 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
 
 }  // namespace
 }  // namespace dibkit
+
+using dibkit::OpacityKind;
 
 CDIB32::~CDIB32() = default;
 
@@ -177,12 +176,12 @@ void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, 
 
 BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {
   const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return view && !dibkit::anyAlpha(view, [](int alpha) { return alpha ^ 255; });
+  return view && !dibkit::anyRow(view, [](OpacityKind kind) { return kind != OpacityKind::opaque; });
 }
 
 BOOL CDIB32::IsTranslucence32BitsImage(BITMAPINFOHEADER* const image) {
   const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return dibkit::anyAlpha(view, dibkit::translucentBits);
+  return dibkit::anyRow(view, [](OpacityKind kind) { return kind == OpacityKind::translucent; });
 }
 
 BOOL CDIB32::IsIn32BitsDIB(BITMAPINFOHEADER* image, const POINT& point) {

@@ -11,10 +11,12 @@ Sampling sample(const Box& area, const POINT& origin, SourceX&& sourceX, SourceY
   if (area.empty()) return sampling;
   sampling.left = static_cast<int>(area.left - origin.x);
   sampling.top = static_cast<int>(area.top - origin.y);
-  sampling.columns.reserve(static_cast<std::size_t>(area.width()));
-  sampling.rows.reserve(static_cast<std::size_t>(area.height()));
-  for (std::int64_t x = area.left; x < area.right; ++x) sampling.columns.push_back(sourceX(x));
-  for (std::int64_t y = area.top; y < area.bottom; ++y) sampling.rows.push_back(sourceY(y));
+  sampling.columns.resize(static_cast<std::size_t>(area.width()));
+  sampling.rows.resize(static_cast<std::size_t>(area.height()));
+  std::int64_t x = area.left;
+  for (int& column : sampling.columns) column = sourceX(x++);
+  std::int64_t y = area.top;
+  for (int& row : sampling.rows) row = sourceY(y++);
   return sampling;
 }
 
@@ -74,9 +76,11 @@ Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Ext
     drawn = intersection(drawn,
                          {destinationOrigin.x, destinationOrigin.y, destination.width, destination.height});
   }
-  return sample(
+  Sampling sampling = sample(
       drawn, destinationOrigin, [&](std::int64_t x) { return static_cast<int>((x - reduced.left) * factor); },
       [&](std::int64_t y) { return static_cast<int>((y - reduced.top) * factor); });
+  sampling.columnStep = factor;
+  return sampling;
 }
 
 }  // namespace dibkit

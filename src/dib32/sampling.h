@@ -18,6 +18,8 @@ struct Sampling {
   int top = 0;
   std::vector<int> columns;
   std::vector<int> rows;
+  int columnStep =
+      0;  ///< distance of each column from the one before where it is known to be the same; 0 else
 
   int width() const { return static_cast<int>(columns.size()); }
 };

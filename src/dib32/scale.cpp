@@ -16,26 +16,22 @@ void forEachSampledPixel(const View& destination, const View& source, const Samp
   }
 }
 
-void gatherRow(const Bgra* from, const std::vector<int>& columns, Bgra* row) {
-  for (std::size_t x = 0; x < columns.size(); ++x) row[x] = from[columns[x]];
-}
-
-/// Whether some reduced opacity is 1 to 254.
-bool anyTranslucent(const Bgra* row, int count, int reduction) {
-  int any = 0;
-  for (int x = 0; x < count; ++x) {
-    const int alpha = std::max(static_cast<int>(wordAt(row, x) >> 24), reduction) - reduction;
-    any |= translucentBits(alpha);
+void gatherRow(const Bgra* from, const Sampling& sampling, Bgra* row) {
+  const int width = sampling.width();
+  const int* const columns = sampling.columns.data();
+  if (sampling.columnStep == 2) {
+    // A step known to the compiler turns into vector code.
+    const Bgra* const first = from + columns[0];
+    for (int x = 0; x < width; ++x) putWord(row, x, wordAt(first, 2 * x));
+  } else {
+    for (int x = 0; x < width; ++x) putWord(row, x, wordAt(from, columns[x]));
   }
-  return any != 0;
 }
 
-/// Copies the pixels that are opaque after the reduction.
-void copyOpaque(Bgra* to, const Bgra* from, int count, BYTE reduction) {
-  if (reduction != 0) return;
+void copyOpaque(Bgra* to, const Bgra* from, int count) {
   for (int x = 0; x < count; ++x) {
     const DWORD above = wordAt(from, x);
-    putWord(to, x, above >> 24 == 255 ? above : wordAt(to, x));
+    putWord(to, x, above > colourBits ? above : wordAt(to, x));
   }
 }
 
@@ -51,34 +47,40 @@ void mix(const View& destination, const View& source, const Sampling& sampling, 
     return;
   }
   forEachSampledRow(
-      destination, sampling,
-      [&](int y, Bgra* row) { gatherRow(pixelsOf(source.row(y)), sampling.columns, row); },
+      destination, sampling, [&](int y, Bgra* row) { gatherRow(pixelsOf(source.row(y)), sampling, row); },
       [&](Bgra* to, const Bgra* row) { evenMixRow(to, row, sampling.width(), {reduction}); });
 }
 
 /// By copyOrShade. A translucent source pixel changes with every destination pixel that takes it, and the
-/// next one sees the change: only rows without any may be gathered and copied.
+/// next one sees the change: only rows without any may be gathered and copied. A reduction leaves no pixel
+/// opaque.
 void copyOrShadeSource(const View& destination, const View& source, const Sampling& sampling,
                        BYTE reduction) {
   const auto drawPixel = [reduction](Bgra& to, Bgra& from) {
     copyOrShade(to, from, reduced(from.alpha, reduction));
   };
-  if (destination.row(0) == source.row(0)) {
+  if (reduction != 0 || destination.row(0) == source.row(0)) {
     forEachSampledPixel(destination, source, sampling, drawPixel);
     return;
   }
   Bgra* from = nullptr;
-  bool translucent = false;
+  OpacityKind kind{};
   forEachSampledRow(
       destination, sampling,
       [&](int y, Bgra* row) {
         from = pixelsOf(source.row(y));
-        gatherRow(from, sampling.columns, row);
-        translucent = anyTranslucent(row, sampling.width(), reduction);
+        gatherRow(from, sampling, row);
+        kind = opacityKindOf(row, sampling.width());
       },
       [&](Bgra* to, const Bgra* row) {
-        if (!translucent) return copyOpaque(to, row, sampling.width(), reduction);
-        for (std::size_t x = 0; x < sampling.columns.size(); ++x) drawPixel(to[x], from[sampling.columns[x]]);
+        if (kind == OpacityKind::opaque) {
+          std::copy_n(row, sampling.width(), to);
+        } else if (kind == OpacityKind::opaqueOrTransparent) {
+          copyOpaque(to, row, sampling.width());
+        } else {
+          for (std::size_t x = 0; x < sampling.columns.size(); ++x)
+            drawPixel(to[x], from[sampling.columns[x]]);
+        }
       });
 }
 
