@@ -25,6 +25,7 @@ class DIBKIT_API CDIB32 {
   static BITMAPINFOHEADER* CreateBlank32BitsDIB(int width, int height);
 
   /// A new image with every pixel the colour at the given opacity.
+  /// \param width,height in pixels, 0 or more
   static BITMAPINFOHEADER* CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha);
 
   /// A 32-bit image of a picture of 1, 4, 8, 16, 24 or 32 bits. 16 bits are 5-5-5 (full white becomes 248);
@@ -131,7 +132,8 @@ class DIBKIT_API CDIB32 {
                                    BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
 
   /// Composes opacity alone: with a the reduced source opacity, the last byte d of a destination pixel
-  /// becomes (256 (a + d) - d a) / 256. \param destination of 8, 16, 24 or 32 bits
+  /// becomes (256 (a + d) - d a) / 256.
+  /// \param destination of 8, 16, 24 or 32 bits
   static void BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
@@ -299,9 +301,10 @@ class DIBKIT_API CDIB32 {
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
 
   /// Draws the top-left pixel of each block of factor x factor source pixels; the source's placed rectangle
-  /// is divided, towards zero. \param factor 1 or more; anything else does nothing \note ZoomOut32DIB takes
-  /// the destination's width and height for its right and bottom edge wherever its origin lies, so it draws
-  /// on less of a destination at a positive origin
+  /// is divided, towards zero.
+  /// \param factor 1 or more; anything else does nothing
+  /// \note ZoomOut32DIB takes the destination's width and height for its right and bottom edge wherever its
+  /// origin lies, so it draws on less of a destination at a positive origin
   static void ZoomOut32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
   static void ZoomOut32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
@@ -400,12 +403,12 @@ class DIBKIT_API CDIB32 {
   /// in the order top, right, bottom, left, each from the corner that the one before has drawn.
   /// \param canvasOrigin where the canvas's top-left pixel lies in the space of the coordinates
   /// \param a,b left and right of the outlined rectangle for the top and bottom sides, else its top and
-  ///     bottom; both inclusive
+  /// bottom; both inclusive
   /// \param fixed the row or column of the side
   /// \param phase 0 to 5 where the dashes begin, or what the side before returned; a negative one gives
-  ///     colour 2 for the pixels before its zero
+  /// colour 2 for the pixels before its zero
   /// \return the phase for the next side: the pattern position of the last pixel drawn; the position before
-  ///     `phase` when the side lies outside the canvas, 0 when the canvas cuts off all of it
+  /// `phase` when the side lies outside the canvas, 0 when the canvas cuts off all of it
   /// @{
   static int DrawTopHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
                                 BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
@@ -435,7 +438,7 @@ class DIBKIT_API CDIB32 {
   /// \param clip pixels outside this region stay 0; in the space of the area, unchanged, null for no limit
   /// \param[out] origin where the result's top-left pixel lies, from the area's corner; (0, 0) for null
   /// \return a new 8-bit gray image, all 0 when its box misses the line; null when nothing of the box lies in
-  ///     the area and the clip region's box
+  /// the area and the clip region's box
   static BITMAPINFOHEADER* GenerateLine(const RECT& area, const POINT& from, const POINT& to, int penWidth,
                                         int margin, int roundedCaps, HRGN clip, POINT* origin);
   /// @}

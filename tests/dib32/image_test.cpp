@@ -187,6 +187,16 @@ TEST(WholeImage, LeavesWhatIsNo32BitImageAlone) {
   }
 }
 
+TEST(WholeImage, SpendsNoTimeOnLinesWithoutPixels) {
+  BITMAPINFOHEADER thin{40, 0, INT32_MAX, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  for (int i = 0; i < 1000; ++i) {
+    CDIB32::MakeAllPixelsSameOpacity(&thin, 1);
+    CDIB32::Fill32DIBBackground(&thin, 1, 1, 1);
+    EXPECT_TRUE(CDIB32::IsFullOpacity32BitsImage(&thin) && !CDIB32::IsTranslucence32BitsImage(&thin));
+    EXPECT_NE(OwnedDib(CDIB32::ConvertTo32BitsDIB(&thin, &thin, 1, 1)), nullptr);
+  }
+}
+
 TEST(Class, CopiesNothingAndIsPolymorphic) {
   static_assert(std::has_virtual_destructor_v<CDIB32> && sizeof(CDIB32) == sizeof(void*));
   CDIB32 one;

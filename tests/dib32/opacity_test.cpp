@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "dib32/blend.h"
+#include "dib32/blend_kernels.h"
 #include "dib32/dib32.h"
 #include "dib32/literal_rules.h"
+#include "support/images.h"
 
 namespace {
 
+using dibkit::OwnedDib;
 using test::byteOf;
 
 TEST(CalcuOpacity, IsExactForEveryPair) {
@@ -26,6 +29,39 @@ TEST(CalcuRGBValue, TakesAnyOpacityOfTheResult) {
   EXPECT_EQ(CDIB32::CalcuRGBValue(255, 10, 0, 30, 1), 255);
   EXPECT_EQ(CDIB32::CalcuRGBValue(255, 10, 0, 20, 1), 200);
 }
+
+#if defined(DIBKIT_AVX2)
+TEST(BlendKernels, GiveTheSameBytesForEveryInstructionSet) {
+  if (!__builtin_cpu_supports("avx2")) GTEST_SKIP() << "only the plain ones run here";
+  test::Random random(31);
+  const std::vector<BYTE> mask = test::bytesOf(test::randomImage(100, 100, 8, random));
+  const auto expectEqual = [&](const char* name, auto plainKernel, auto avx2Kernel) {
+    for (int round = 0; round < 500; ++round) {
+      const OwnedDib plain = test::randomImage(300, 1, 32, random);
+      const OwnedDib avx2(CBitmapCreator::Clone(plain.get()));
+      const int count = 1 + test::below(random, 130);
+      // Often within 40 pixels, where a row reads what it has written.
+      const int at = 85 + test::below(random, 40), from = round % 2 == 0 ? at - 40 + round % 81 : 0;
+      const dibkit::LayerOpacity opacity{byteOf(round % 3 == 0 ? test::below(random, 256) : 0),
+                                         byteOf(round % 5 == 0 ? test::below(random, 256) : 255)};
+      const BYTE* maskBytes = round % 7 < 3 ? nullptr : mask.data() + test::below(random, 5000);
+      const auto run = [&](const OwnedDib& image, auto kernel) {
+        dibkit::Bgra* row = dibkit::pixelsOf(test::rowOf(image.get(), 0));
+        kernel(row + at, row + from, count, opacity, maskBytes);
+      };
+      run(plain, plainKernel);
+      run(avx2, avx2Kernel);
+      ASSERT_EQ(test::pixelsOf(avx2), test::pixelsOf(plain)) << name << ", round " << round;
+    }
+  };
+  const dibkit::BlendKernels &plain = dibkit::plainBlendKernels, &avx2 = dibkit::avx2BlendKernels;
+  expectEqual("over", plain.over, avx2.over);
+  expectEqual("plainOver", plain.plainOver, avx2.plainOver);
+  expectEqual("linearMix", plain.linearMix, avx2.linearMix);
+  expectEqual("evenMix", plain.evenMix, avx2.evenMix);
+  expectEqual("copyOrShade", plain.copyOrShade, avx2.copyOrShade);
+}
+#endif
 
 constexpr int levels[] = {0, 1, 2, 17, 51, 84, 85, 100, 127, 128, 170, 200, 240, 253, 254, 255};
 
