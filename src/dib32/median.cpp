@@ -96,8 +96,8 @@ void transpose(const ConstView& from, const View& to) {
   }
 }
 
-/// The sliding median of an image that is taller than wide and has less columns than the neighbourhood: lying
-/// on its side it has shorter columns to add and remove.
+/// The sliding median of an image that is taller than wide and has fewer columns than the neighbourhood:
+/// lying on its side it has shorter columns to add and remove.
 void filterOnItsSide(const BITMAPINFOHEADER* dib, const View& image, int n) {
   const OwnedDib side = createDib(image.height(), image.width(), 32, 0, Pixels::unwritten);
   if (!side) return;

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "dib/guard.h"
-#include "dib/pixel_format.h"
+#include "dib32/bgra.h"
 #include "dib32/dib32.h"
 #include "dib32/sharpen_rule.h"
 
@@ -20,8 +20,7 @@ void addColumns(const BYTE* above, const BYTE* centre, const BYTE* below, std::s
 /// Gives each pixel of `to` the opacity that it has in `from`.
 void copyOpacity(const BYTE* from, BYTE* to, int count) {
   for (int i = 0; i < count; ++i) {
-    const DWORD colour = Bgra32::get(to, i) & 0x00FFFFFFU;
-    Bgra32::put(to, i, colour | (Bgra32::get(from, i) & 0xFF000000U));
+    Bgra32::put(to, i, (Bgra32::get(to, i) & colourBits) | (Bgra32::get(from, i) & ~colourBits));
   }
 }
 

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "dib/guard.h"
-#include "dib/pixel_format.h"
 #include "dib/placement.h"
 #include "dib/region_spans.h"
+#include "dib32/bgra.h"
 #include "dib32/dib32.h"
 
 namespace dibkit {
@@ -102,13 +102,13 @@ void applyStrengths(const std::int32_t* strengths, int count, BYTE* pixels) {
   for (int i = 0; i < count; ++i) {
     const DWORD pixel = Bgra32::get(pixels, i);
     const auto alpha = static_cast<DWORD>(Rule::apply(static_cast<std::int32_t>(pixel >> 24), strengths[i]));
-    Bgra32::put(pixels, i, (pixel & 0x00FFFFFFU) | alpha << 24);
+    Bgra32::put(pixels, i, (pixel & colourBits) | alpha << 24);
   }
 }
 
 /// Takes the strength away from transparent pixels of the reference.
 void keepWhereVisible(const BYTE* reference, int count, std::int32_t* strengths) {
-  for (int i = 0; i < count; ++i) strengths[i] = Bgra32::get(reference, i) >> 24 != 0 ? strengths[i] : 0;
+  for (int i = 0; i < count; ++i) strengths[i] = Bgra32::get(reference, i) > colourBits ? strengths[i] : 0;
 }
 
 /// One touch of a soft brush.

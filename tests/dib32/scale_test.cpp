@@ -209,51 +209,6 @@ TEST(Stretch32DIB, RoundsAndWrapsOnItsOwnTerms) {
   }
 }
 
-TEST(ZoomIn32DIB, SeesTheSourceItHasShadedAlready) {
-  // Black of 128 over 255, 0, 0, 255, f = 128: 127, then 127 / 2, 63 / 2, then (31 + 255) / 2 cut down.
-  const OwnedDib source = imageOf(1, 1, 32, {0x80000000});
-  const Pixels below{0xFFFFFFFF, 0xFF000000, 0xFF000000, 0xFFFFFFFF};
-  const OwnedDib to = imageOf(2, 2, 32, below);
-  CDIB32::ZoomIn32DIB(to.get(), {0, 0}, source.get(), {0, 0}, 2, 0);
-  EXPECT_EQ(pixelsOf(to), below);
-  EXPECT_EQ(pixelsOf(source), Pixels{0x808F8F8F});
-}
-
-TEST(ZoomIn32DIBMMX, ReducesTheWeightOnly) {
-  // a = 255 - 128 = 127, f = 16319: the opacity mixed in is 255, not 127.
-  // 255 * 16319 >> 16 = 63, doubled 126, for white over transparent black, opacity alike.
-  const OwnedDib source = imageOf(1, 1, 32, {0xFFFFFFFF});
-  const OwnedDib to = test::image(1, 1, 32);
-  CDIB32::ZoomIn32DIBMMX(to.get(), {0, 0}, source.get(), {0, 0}, 1, 128);
-  EXPECT_EQ(pixelsOf(to), Pixels{0x7E7E7E7E});
-}
-
-TEST(ZoomOut32DIB, TakesItsSizeForItsEdge) {
-  const OwnedDib source(CDIB32::CreateSimple32BitsDIB(20, 20, 0, 255));
-  const struct {
-    LONG at;
-    Pixels plain, mixing;
-  } cases[] = {
-      {0, Pixels(4, 0xFF000000), Pixels(4, 0xFF000000)},
-      // Right edge 4 rather than 6: two columns of a destination from 2 on.
-      {2, {0xFF000000, 0xFF000000, 0, 0}, Pixels(4, 0xFF000000)},
-      {5, Pixels(4, 0), Pixels(4, 0xFF000000)},
-      // Edge 4 lies beyond the destination, which ends at 1: nothing outside it is touched.
-      {-3, {0, 0, 0, 0xFF000000}, {0, 0, 0, 0xFF000000}},
-  };
-  for (const auto& expected : cases) {
-    SCOPED_TRACE(expected.at);
-    Guarded plain(test::image(4, 1, 32));
-    Guarded mixing = plain;
-    CDIB32::ZoomOut32DIB(plain.dib(), {expected.at, 0}, source.get(), {0, 0}, 1, 0);
-    CDIB32::ZoomOut32DIBMMX(mixing.dib(), {expected.at, 0}, source.get(), {0, 0}, 1, 0);
-    EXPECT_EQ(pixelsOf(plain.dib()), expected.plain);
-    EXPECT_EQ(pixelsOf(mixing.dib()), expected.mixing);
-    EXPECT_EQ(plain.block().front(), 0xA5);
-    EXPECT_TRUE(std::all_of(plain.block().end() - 64, plain.block().end(), [](BYTE b) { return b == 0xA5; }));
-  }
-}
-
 TEST(Draw8Bits, EqualsItsTwins) {
   test::Random random(23);
   std::vector<DWORD> palette;

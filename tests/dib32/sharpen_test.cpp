@@ -61,20 +61,6 @@ TEST(Sharpen32BitsImage, DividesExactlyByEveryK) {
   }
 }
 
-TEST(Sharpen32BitsImage, KeepsFlatAreasAndTurnsThemBlackBelowOne) {
-  const OwnedDib image(CDIB32::CreateSimple32BitsDIB(5, 4, RGB(10, 100, 200), 77));
-  const std::vector<DWORD> before = test::pixelsOf(image);
-  CDIB32::Sharpen32BitsImage(image.get(), 1);
-  EXPECT_EQ(test::pixelsOf(image), before);
-  // k = 0: 8 centre - 8 neighbours. k = 1 on one bright pixel in gray: 9 x 60 - 8 x 50 = 140.
-  CDIB32::Sharpen32BitsImage(image.get(), 0);
-  EXPECT_EQ(test::pixelsOf(image), std::vector<DWORD>(20, 0x4D000000));
-  const OwnedDib spot(CDIB32::CreateSimple32BitsDIB(3, 3, RGB(50, 50, 50), 255));
-  test::setPixel(spot, 1, 1, 0xFF3C3C3C);
-  CDIB32::Sharpen32BitsImage(spot.get(), 1);
-  EXPECT_EQ(test::pixel(spot, 1, 1), 0xFF8C8C8CU);
-}
-
 TEST(Sharpen32BitsImage, LeavesWrongArgumentsAlone) {
   test::Random random(53);
   const OwnedDib shallow = test::randomImage(5, 5, 24, random);

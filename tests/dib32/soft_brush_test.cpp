@@ -125,13 +125,6 @@ TEST(SoftBrushes, FeatherOverTheWholeAreaAtTheEdgesToo) {
   EXPECT_EQ(touched(9, true, 255, 2), rows(9));
 }
 
-TEST(SoftBrushes, WrapLargeProducts) {
-  // A full box of four times 0x40000001 is 4 in 32 bits, and 4 / 4 = 1.
-  EXPECT_EQ(touched(50, false, 0x40000001, 2)[2 * 6 + 2], 49);
-  // Erasing -8 raises, and 250 + 8 is 2 in a byte.
-  EXPECT_EQ(touched(250, false, -8, 1)[1], 2);
-}
-
 TEST(SoftBrushes, LeaveWrongArgumentsAlone) {
   test::Random random(62);
   const OwnedDib image = test::randomImage(8, 8, 32, random);
