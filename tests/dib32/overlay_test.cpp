@@ -194,7 +194,7 @@ void recordedLine(const test::GoldenCase& recorded) {
   // The records hold the platform's palette; the operation puts its gray one back.
   std::vector<DWORD> gray;
   for (DWORD i = 0; i < 256; ++i) gray.push_back(i * 0x010101);
-  EXPECT_EQ(test::paletteOf(line.get()), gray);
+  EXPECT_EQ(test::entriesOf(line), gray);
 }
 
 TEST(GenerateLine, EqualsEveryRecordedCase) {
