@@ -161,6 +161,26 @@ TEST_F(Optimize, TakesAFrameAwayWhereItsPixelsBecomeTransparent) {
   EXPECT_EQ(shown.frames[3].at(9, 2), 0xFFFFFFFFu);
 }
 
+TEST_F(Optimize, TakesAwayMoreThanItDraws) {
+  // Noise that cannot be packed. One pixel changes, then the opposite corner becomes transparent: the frame
+  // before has to cover all of it, and is still stored for its one pixel only.
+  std::mt19937 random(8);
+  Part noise{0, 0, 64, 64, Bytes(64 * 64), {}, 3};
+  for (std::uint8_t& index : noise.indices) index = static_cast<std::uint8_t>(random() % 3);
+  writeGif(folder_ / "in.gif", 64, 64, grays, {noise});
+  optimized();
+  const std::size_t once = read(folder_ / "out.gif").size();
+  Part changed = noise;
+  changed.indices.front() = static_cast<std::uint8_t>((changed.indices.front() + 1) % 3);
+  changed.disposal = DISPOSE_BACKGROUND;
+  Part cut = changed;
+  cut.indices.back() = 3;
+  writeGif(folder_ / "in.gif", 64, 64, grays, {noise, changed, cut});
+  const Shown shown = optimized();
+  EXPECT_EQ(shown.frames[2].at(63, 63), 0u);
+  EXPECT_LT(2 * read(folder_ / "out.gif").size(), 5 * once);
+}
+
 TEST_F(Optimize, GivesFramesPalettesOfTheirOwnAboveColours256) {
   // Two frames with 200 colours each, none in common, the second one over a part of the first.
   std::vector<Part> parts;

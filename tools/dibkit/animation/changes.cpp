@@ -1,6 +1,7 @@
 #include "animation/changes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <utility>
@@ -19,9 +20,9 @@ constexpr POINT corner{0, 0};
 /// What is to be stored for a frame, and what stands on the canvas before it.
 struct Step {
   const CanvasFrame* frame = nullptr;
-  BITMAPINFOHEADER* before = nullptr;  ///< null when nothing is known to be there: store all of `place`
+  BITMAPINFOHEADER* before = nullptr;  ///< null when nothing is known to be there
   OwnedDib beforeMask;
-  RECT place{};  ///< has to be covered
+  RECT place{};  ///< has to be covered, unless it is empty
   Disposal disposal = Disposal::keep;
 };
 
@@ -125,17 +126,51 @@ std::optional<GifImage> imageOf(Piece piece, RGBQUAD transparent, bool sharedPal
   return image;
 }
 
-GifImage smallestImage(const Step& step, const CanvasAnimation& animation, std::size_t paletteSize) {
+/// Enlarges an image to the place around it with pixels that leave the canvas as it is. False when its
+/// palette has no room for them. \param shared the palette for all images, for an image without one of its
+/// own
+bool enlarge(GifImage& image, const RECT& place, RGBQUAD transparent, const std::vector<RGBQUAD>& shared) {
+  const Size size{place.right - place.left, place.bottom - place.top};
+  if (size == image.size) return true;
+  if (!image.transparent)
+    image.transparent = entryOf(image.palette.empty() ? shared : image.palette, transparent);
+  if (!image.transparent) {
+    if (image.palette.empty() || image.palette.size() == 256) return false;
+    image.transparent = static_cast<int>(image.palette.size());
+    image.palette.push_back(transparent);
+  }
+  Bytes indices(static_cast<std::size_t>(size.pixels()), static_cast<std::uint8_t>(*image.transparent));
+  auto line = image.indices.begin();
+  for (int y = image.top - place.top; line != image.indices.end(); ++y, line += image.size.width) {
+    std::copy_n(line, image.size.width,
+                indices.begin() + std::ptrdiff_t{y} * size.width + (image.left - place.left));
+  }
+  image.indices = std::move(indices);
+  image.size = size;
+  image.left = place.left;
+  image.top = place.top;
+  return true;
+}
+
+/// All that the frame shows in the place that has to be covered.
+Piece cutPlace(const Step& step) {
+  Piece piece = cutRectangle(*step.frame, step.place);
+  // A rectangle cut out of 24 bits is not reduced yet.
+  if (piece.image->biBitCount > 8) {
+    OwnedDib reduced(CBitmapConverter::ConvertTrueDibToLowBitsDib(piece.image.get(), nullptr));
+    if (reduced) piece.image = std::move(reduced);
+  }
+  return piece;
+}
+
+GifImage smallestImage(const Step& step, const CanvasAnimation& animation,
+                       const std::vector<RGBQUAD>& palette) {
+  const bool covers = IsRectEmpty(&step.place) == 0;
   std::vector<Piece> pieces;
-  if (step.before == nullptr) {
-    pieces.push_back(cutRectangle(*step.frame, step.place));
-    // A rectangle cut out of 24 bits is not reduced yet.
-    if (pieces.front().image->biBitCount > 8) {
-      OwnedDib reduced(CBitmapConverter::ConvertTrueDibToLowBitsDib(pieces.front().image.get(), nullptr));
-      if (reduced) pieces.front().image = std::move(reduced);
-    }
-  } else {
-    pieces = cutChanges(step, animation.hasTransparent);
+  if (covers) pieces.push_back(cutPlace(step));
+  if (step.before != nullptr) {
+    std::vector<Piece> changes = cutChanges(step, animation.hasTransparent);
+    std::move(changes.begin(), changes.end(), std::back_inserter(pieces));
   }
   const bool shared = step.frame->image->biBitCount == 8;
   std::optional<GifImage> best;
@@ -144,9 +179,10 @@ GifImage smallestImage(const Step& step, const CanvasAnimation& animation, std::
   // weighing of the others. The whole rectangle is kept when both take the same.
   for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
     std::optional<GifImage> image = imageOf(std::move(*piece), animation.transparent, shared);
-    if (!image) continue;
+    if (!image || (covers && !enlarge(*image, step.place, animation.transparent, palette))) continue;
     const std::size_t most = best ? bestSize : std::numeric_limits<std::size_t>::max();
-    const std::size_t size = pieces.size() > 1 ? compressedSize(*image, shared ? paletteSize : 0, most) : 0;
+    const std::size_t size =
+        pieces.size() > 1 ? compressedSize(*image, shared ? palette.size() : 0, most) : 0;
     if (size > most) continue;
     best = std::move(image);
     bestSize = size;
@@ -218,23 +254,20 @@ std::vector<Step> stepsFor(const std::vector<CanvasFrame>& frames) {
     const RECT changed = changedBox(step);
     RECT covered{};
     UnionRect(&covered, &changed, &vanishing);
-    if (EqualRect(&covered, &changed) == 0) {
-      step.before = nullptr;
-      step.place = covered;
-    }
+    step.place = covered;
     step.disposal = Disposal::toBackground;
     next.beforeMask = maskWithout(frames[i], covered);
   }
   return steps;
 }
 
-std::vector<GifImage> imagesOf(CanvasAnimation animation, std::size_t paletteSize) {
+std::vector<GifImage> imagesOf(CanvasAnimation animation, const std::vector<RGBQUAD>& palette) {
   mergeEqual(animation.frames);
   const std::vector<Step> steps = stepsFor(animation.frames);
   std::vector<GifImage> images(steps.size());
   forEachIndex(static_cast<int>(steps.size()), [&](int number) {
     const auto i = static_cast<std::size_t>(number);
-    images[i] = smallestImage(steps[i], animation, paletteSize);
+    images[i] = smallestImage(steps[i], animation, palette);
     images[i].disposal = steps[i].disposal;
     images[i].delay = animation.frames[i].delay;
   });
@@ -247,7 +280,7 @@ GifFile gifOf(CanvasAnimation animation, std::optional<int> loops) {
   const BITMAPINFOHEADER* first = animation.frames.front().image.get();
   GifFile file{
       animation.canvas, first->biBitCount == 8 ? paletteOf(first) : std::vector<RGBQUAD>(), loops, {}};
-  file.images = imagesOf(std::move(animation), file.palette.size());
+  file.images = imagesOf(std::move(animation), file.palette);
   return file;
 }
 
