@@ -24,7 +24,7 @@ void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
   EXPECT_EQ(line->biBitCount, 1);
   EXPECT_EQ(line->biWidth, expected.width);
   EXPECT_EQ(test::pixelsOf(line), expected.pixels);
-  EXPECT_EQ(test::paletteOf(line.get()), (std::vector<DWORD>{0, 0xFFFFFF}));
+  EXPECT_EQ(test::entriesOf(line), (std::vector<DWORD>{0, 0xFFFFFF}));
 }
 
 void recordedLine(const GoldenCase& recorded) {
@@ -77,7 +77,7 @@ void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POIN
   EXPECT_TRUE(position.x == box.left + visible.left && position.y == box.top + visible.top);
   EXPECT_EQ(shape->biBitCount, 4);
   EXPECT_EQ(shape->biClrUsed, 3u);
-  EXPECT_EQ(test::paletteOf(shape.get()), (std::vector<DWORD>{0, 0xFF0000, 0xFFFFFF}));
+  EXPECT_EQ(test::entriesOf(shape), (std::vector<DWORD>{0, 0xFF0000, 0xFFFFFF}));
   ASSERT_EQ(shape->biWidth, visible.right - visible.left);
   ASSERT_EQ(shape->biHeight, visible.bottom - visible.top);
   std::vector<DWORD> indexes;
