@@ -84,12 +84,12 @@ void measure(benchmark::State& state, const Conversion& conversion, int width, i
 /// What a host writes without the library: each pixel through the standard hash.
 OwnedDib reduceWithStandardMap(const OwnedDib& source) {
   const dibkit::ConstView from(source.get());
-  OwnedDib result = dibkit::createDib(from.width(), from.height(), 8, 0, dibkit::Pixels::unwritten);
+  OwnedDib result = dibkit::createDib(from.width(), from.height(), 8, 0, dibkit::InitialPixels::unwritten);
   const dibkit::View to(result.get());
   std::unordered_map<DWORD, int> indexes;
   for (int y = 0; y < from.height(); ++y) {
     for (int x = 0; x < from.width(); ++x) {
-      const DWORD key = dibkit::entryKey(dibkit::Bgr24::get(from.row(y), x));
+      const DWORD key = dibkit::packRgb(dibkit::Bgr24::get(from.row(y), x));
       to.row(y)[x] = static_cast<BYTE>(indexes.emplace(key, static_cast<int>(indexes.size())).first->second);
     }
   }

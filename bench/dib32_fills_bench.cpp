@@ -1,7 +1,7 @@
 #include <functional>
 
-#include "dib/region_spans.h"
 #include "dib32/dib32.h"
+#include "raster/region_spans.h"
 #include "support.h"
 
 namespace {

@@ -26,7 +26,7 @@ void wholeFrame(benchmark::State& state, const dibkit::Effect& effect) {
   const bench::OwnedDib incoming = bench::photo(width, height);
   const bench::OwnedDib outgoing = bench::cartoon(width, height);
   for (auto _ : state) {
-    benchmark::DoNotOptimize(effect.compose(incoming.get(), outgoing.get(), 0, 0.4));
+    benchmark::DoNotOptimize(effect.frame(incoming.get(), outgoing.get(), 0, 0.4));
   }
 }
 

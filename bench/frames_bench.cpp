@@ -1,4 +1,4 @@
-#include "dib/mask_on_demand.h"
+#include "cel/mask_on_demand.h"
 #include "frames/frames.h"
 #include "gifmask/gifmask.h"
 #include "support.h"

@@ -13,7 +13,7 @@ int countWithStandardSet(BITMAPINFOHEADER* dib) {
   std::unordered_set<DWORD> colours;
   for (int y = 0; y < view.height(); ++y) {
     for (int x = 0; x < view.width(); ++x) {
-      colours.insert(dibkit::entryKey(dibkit::Bgr24::get(view.row(y), x)));
+      colours.insert(dibkit::packRgb(dibkit::Bgr24::get(view.row(y), x)));
     }
   }
   return static_cast<int>(colours.size());

@@ -1,6 +1,7 @@
 #include <numbers>
 
-#include "dib/region_spans.h"
+#include "raster/region_builder.h"
+#include "raster/region_spans.h"
 #include "support.h"
 
 /// Regions: what a combination costs per span, a polygon per row, a point test at all.
@@ -13,11 +14,11 @@ constexpr int height = 1080;
 
 /// Spans of 4 pixels every 8, every row shifted, so that no two rows are alike.
 OwnedRegion comb(int shift) {
-  dibkit::SpanCollector spans;
+  dibkit::RegionBuilder builder(width, height);
   for (int y = 0; y < height; ++y) {
-    for (int x = (y * 3 + shift) % 8; x + 4 <= width; x += 8) spans.add(y, x, x + 4);
+    for (int x = (y * 3 + shift) % 8; x + 4 <= width; x += 8) builder.add(y, x, x + 4);
   }
-  return spans.region();
+  return builder.region();
 }
 
 std::vector<POINT> star(int points) {

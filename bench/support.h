@@ -9,7 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "dib/allocate.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 
 /// Pictures to measure on, and the copy that every figure is compared with.
 namespace bench {

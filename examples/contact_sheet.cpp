@@ -15,18 +15,13 @@ constexpr int stripWidth = stages * (thumbWidth + gap) + 3 * gap,
               stripHeight = thumbHeight + labelHeight + 2 * gap;
 constexpr DWORD paper = 0xFFF4F1EA, ink = 0xFF3A3630;
 
-DWORD* row(const dibkit::OwnedDib& dib, int y) {
-  return reinterpret_cast<DWORD*>(GetDIBBits(dib.get())) +
-         std::ptrdiff_t{dib->biHeight - 1 - y} * dib->biWidth;
-}
-
 /// A picture from a rule that gives the colour at 0..1, 0..1.
 template <class Rule>
 dibkit::OwnedDib paint(int width, int height, Rule&& rule) {
   dibkit::OwnedDib dib(CBitmapCreator::CreateDibImage(width, height, 32, 0));
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) row(dib, y)[x] = 0xFF000000 | rule((x + 0.5) / width, (y + 0.5) / height);
-  }
+  dibkit::fillPixels<dibkit::Bgra32>(dibkit::View(dib.get()), [&](int x, int y) {
+    return 0xFF000000 | rule((x + 0.5) / width, (y + 0.5) / height);
+  });
   return dib;
 }
 
@@ -63,28 +58,17 @@ int dotsOf(char letter) {
 }
 
 void write(const dibkit::OwnedDib& sheet, int left, int top, const std::string& text) {
+  const dibkit::View view(sheet.get());
   constexpr int size = 2;
   for (const char letter : text) {
     for (int bit = 0; bit < 15 * size * size; ++bit) {
       const int x = bit % (3 * size), y = bit / (3 * size);
-      if (dotsOf(letter) >> (14 - (y / size * 3 + x / size)) & 1) row(sheet, top + y)[left + x] = ink;
+      if (dotsOf(letter) >> (14 - (y / size * 3 + x / size)) & 1) {
+        dibkit::Bgra32::put(view.row(top + y), left + x, ink);
+      }
     }
     left += 4 * size;
   }
-}
-
-dibkit::OwnedDib stage(const dibkit::Effect& effect, int style, double progress,
-                       const dibkit::OwnedDib& incoming, const dibkit::OwnedDib& outgoing) {
-  if (effect.isWholeFrame()) return effect.compose(incoming.get(), outgoing.get(), style, progress);
-  dibkit::OwnedDib frame(CBitmapCreator::Clone(outgoing.get()));
-  const auto [a, b] = effect.parameters(progress, {incoming->biWidth, incoming->biHeight}, style);
-  BITMAPINFOHEADER* piece = nullptr;
-  RECT place{};
-  if (GeneralEffectFrame(effect.number, incoming.get(), a, b, &piece, &place) == 1) {
-    const dibkit::OwnedDib visible(piece);
-    if (visible) CDIB32::CombineBlock(frame.get(), {0, 0}, visible.get(), dibkit::pieceOrigin(place), 0);
-  }
-  return frame;
 }
 
 bool save(const dibkit::OwnedDib& sheet, const char* file) {
@@ -123,7 +107,7 @@ int main(int count, char** arguments) {
       name += std::string(": ") + effect->styles[static_cast<std::size_t>(style)].name;
     write(sheet, left, top, name);
     for (int k = 0; k < stages; ++k) {
-      const dibkit::OwnedDib frame = stage(*effect, style, 0.1 + 0.2 * k, incoming, outgoing);
+      const dibkit::OwnedDib frame = effect->frame(incoming.get(), outgoing.get(), style, 0.1 + 0.2 * k);
       const POINT place{left + k * (thumbWidth + gap), top + labelHeight};
       CDIB32::CombineBlock(sheet.get(), {0, 0}, frame.get(), place, 0);
     }

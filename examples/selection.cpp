@@ -11,27 +11,23 @@ namespace {
 using dibkit::OwnedDib;
 constexpr int width = 320, height = 200;
 
-const BYTE* rowOf(const BITMAPINFOHEADER* dib, int y) {
-  const int stride = (dib->biWidth * dib->biBitCount + 31) / 32 * 4;
-  return GetDIBBits(dib) + (dib->biHeight - 1 - y) * stride;
+/// The palette index of a pixel of 4 or 8 bits.
+BYTE indexAt(const dibkit::ConstView& picture, int x, int y) {
+  const BYTE* row = picture.row(y);
+  return picture.bitCount() == 4 ? Get4BitPixel(row, x) : Get8BitPixel(row, x);
 }
 
 /// Opaque pixels on the canvas, where a picture's index has a colour.
 void stamp(BITMAPINFOHEADER* canvas, const BITMAPINFOHEADER* picture, const POINT& at,
            const std::function<const COLORREF*(int index)>& colourOf) {
-  if (picture == nullptr) return;
-  for (int y = 0; y < picture->biHeight; ++y) {
-    for (int x = 0; x < picture->biWidth; ++x) {
-      const BYTE* row = rowOf(picture, y);
-      const COLORREF* colour =
-          colourOf(picture->biBitCount == 4 ? Get4BitPixel(row, x) : Get8BitPixel(row, x));
-      if (colour == nullptr || at.x + x < 0 || at.x + x >= width || at.y + y < 0 || at.y + y >= height)
-        continue;
-      auto* pixel = const_cast<BYTE*>(rowOf(canvas, at.y + y)) + (at.x + x) * 4;
-      pixel[0] = static_cast<BYTE>(*colour >> 16);
-      pixel[1] = static_cast<BYTE>(*colour >> 8);
-      pixel[2] = static_cast<BYTE>(*colour);
-      pixel[3] = 255;
+  const dibkit::View target(canvas);
+  const dibkit::ConstView source(picture);
+  for (int y = 0; y < source.lines(); ++y) {
+    for (int x = 0; x < source.width(); ++x) {
+      const COLORREF* colour = colourOf(indexAt(source, x, y));
+      if (colour == nullptr || !target.contains(at.x + x, at.y + y)) continue;
+      const DWORD opaque = 0xFF000000 | dibkit::packRgb(dibkit::fromColorRef(*colour));
+      dibkit::Bgra32::put(target.row(static_cast<int>(at.y + y)), static_cast<int>(at.x + x), opaque);
     }
   }
 }
@@ -72,7 +68,7 @@ bool putFrame(GifFileType* gif, BITMAPINFOHEADER* canvas, int hundredths) {
   const OwnedDib trueColour(CBitmapConverter::Convert32BitsTo24Bits(canvas, nullptr));
   const OwnedDib frame(CBitmapConverter::ConvertTrueDibToLowBitsDib(trueColour.get(), nullptr));
   if (!frame || frame->biBitCount == 1) return false;
-  const auto* palette = reinterpret_cast<const RGBQUAD*>(frame.get() + 1);
+  const RGBQUAD* palette = dibkit::paletteOf(frame.get());
   ColorMapObject* colours = GifMakeMapObject(256, nullptr);
   for (DWORD i = 0; i < GetDIBPaletteSize(frame.get()); ++i) {
     colours->Colors[i] = {palette[i].rgbRed, palette[i].rgbGreen, palette[i].rgbBlue};
@@ -82,13 +78,10 @@ bool putFrame(GifFileType* gif, BITMAPINFOHEADER* canvas, int hundredths) {
   EGifGCBToExtension(&control, block);
   bool done = EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, 4, block) != GIF_ERROR &&
               EGifPutImageDesc(gif, 0, 0, width, height, false, colours) != GIF_ERROR;
+  const dibkit::ConstView pixels(frame.get());
   std::vector<GifPixelType> line(width);
   for (int y = 0; done && y < height; ++y) {
-    const BYTE* row = rowOf(frame.get(), y);
-    for (int x = 0; x < width; ++x) {
-      line[static_cast<std::size_t>(x)] =
-          frame->biBitCount == 4 ? Get4BitPixel(row, x) : Get8BitPixel(row, x);
-    }
+    for (int x = 0; x < width; ++x) line[static_cast<std::size_t>(x)] = indexAt(pixels, x, y);
     done = EGifPutLine(gif, line.data(), width) != GIF_ERROR;
   }
   GifFreeMapObject(colours);

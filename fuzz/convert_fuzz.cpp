@@ -2,7 +2,7 @@
 
 #include "convert/convert.h"
 #include "convert/palette_finish.h"
-#include "dib/device.h"
+#include "drawing/device.h"
 #include "palette/palette.h"
 #include "support.h"
 

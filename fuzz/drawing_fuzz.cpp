@@ -1,7 +1,7 @@
 #include <vector>
 
-#include "dib/drawing_surface.h"
 #include "dib32/dib32.h"
+#include "drawing/drawing_surface.h"
 #include "frames/frames.h"
 #include "support.h"
 
@@ -85,7 +85,7 @@ void calls(fuzz::Input& input) {
   SelectClipRgn(context, clip.get());
   const dibkit::OwnedGraphicsObject pen(CreatePen(PS_SOLID, penWidth(input), 0));
   const dibkit::OwnedGraphicsObject brush(CreateSolidBrush(0xFF));
-  const dibkit::Selection selectedPen(context, pen.get()), selectedBrush(context, brush.get());
+  const dibkit::SelectedObject selectedPen(context, pen.get()), selectedBrush(context, brush.get());
   while (!input.empty()) {
     const std::uint8_t call = input.byte() % 7;
     const RECT rect = input.rect();

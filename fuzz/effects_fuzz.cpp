@@ -39,7 +39,7 @@ void wholeFrame(fuzz::Input& input) {
     use(OwnedDib(GenerateRunPushEffect(incoming.get(), outgoing.get(), style, amount)));
   } else {
     for (const dibkit::Effect& effect : dibkit::effects()) {
-      if (effect.isWholeFrame()) use(effect.compose(incoming.get(), outgoing.get(), style, amount / 100.0));
+      use(effect.frame(incoming.get(), outgoing.get(), style % 9, amount / 100.0));
     }
   }
 }

@@ -1,7 +1,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "dib/region_spans.h"
+#include "raster/region_spans.h"
 #include "support.h"
 
 /// Making, moving and combining regions, with laws that any two sets of pixels obey.

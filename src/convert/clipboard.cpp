@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "convert/convert.h"
-#include "dib/guard.h"
 #include "dib/view.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -23,9 +23,9 @@ void makePalette(const BITMAPINFOHEADER* dib, CPalette& palette) {
   palette.CreatePalette(description);
 }
 
-/// The bytes that go on the clipboard. The colour table of 1 and 4 bits and the masks of bit fields are left
-/// out of the sum on purpose, so that the copy of such an image ends that much short: what hosts paste has
-/// always had this size.
+/// The number of bytes that are copied to the clipboard. The colour table of 1 and 4 bits and the masks of
+/// bit fields are deliberately not counted, so that the copy of such an image ends that much short: hosts
+/// have always pasted blocks of this size.
 std::size_t copiedBytes(const BITMAPINFOHEADER* dib) {
   const DWORD colours = dib->biBitCount == 8 ? GetDIBPaletteSize(dib) : 0;
   const std::int64_t rows = strideOf(dib->biWidth, dib->biBitCount) * dib->biHeight;
@@ -49,7 +49,7 @@ int copyToClipboard(const BITMAPINFOHEADER* dib, HWND owner) {
   if (block == nullptr) return FALSE;
   OpenClipboard(owner);
   EmptyClipboard();
-  // What the clipboard takes is its own from then on; what it refuses stays ours to release.
+  // The clipboard owns what it accepts; what it refuses is still ours to release.
   if (palette.GetSafeHandle() != nullptr &&
       SetClipboardData(CF_PALETTE, palette.GetSafeHandle()) != nullptr) {
     palette.Detach();
@@ -62,6 +62,8 @@ int copyToClipboard(const BITMAPINFOHEADER* dib, HWND owner) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CBitmapConverter::CopyBitmapToClipboard(BITMAPINFOHEADER* dib, HWND owner) {
-  return dibkit::orOutOfMemory(FALSE, [&] { return dibkit::copyToClipboard(dib, owner); });
+  return orOutOfMemory(FALSE, [&] { return copyToClipboard(dib, owner); });
 }

@@ -51,8 +51,9 @@ class DIBKIT_API CBitmapConverter {
   /// The palette is made of the colours in order of first appearance in reading order; nothing is
   /// approximated. The rows are read as 24-bit ones whatever the header says.
   /// \param colourCount the result's biClrUsed, at least the number of colours, or 0 for a full palette.
-  /// Colours beyond it are written past the palette, into the rows, as far as those go; after the 256th
-  /// entry the palette is written again from its start. Count the colours first.
+  /// Colours beyond it are written past the palette, into the rows, as far as those go; with the 256th entry
+  /// the palette is forgotten and written again from its start. Count the colours first, and give pictures of
+  /// exactly 256 to Convert24BitsDIBToLowerBitsDIB with a map of them.
   /// @{
   static BITMAPINFOHEADER* ConvertTrueDibTo8BitsDib(BITMAPINFOHEADER* source, int colourCount,
                                                     CQorCommonProgress* progress);
@@ -60,7 +61,8 @@ class DIBKIT_API CBitmapConverter {
                                                     CQorCommonProgress* progress);
   static BITMAPINFOHEADER* ConvertTrueDibTo1BitsDib(BITMAPINFOHEADER* source, int colourCount,
                                                     CQorCommonProgress* progress);
-  /// The smallest of the three that holds the picture's colours; null for more than 256 of them.
+  /// The smallest of the three that holds the picture's colours, with what is said above of 256; null for
+  /// more of them.
   static BITMAPINFOHEADER* ConvertTrueDibToLowBitsDib(BITMAPINFOHEADER* source, CQorCommonProgress* progress);
   /// @}
 

@@ -1,6 +1,6 @@
 #include "convert/convert.h"
 #include "dib/allocate.h"
-#include "dib/device.h"
+#include "drawing/device.h"
 
 namespace dibkit {
 namespace {
@@ -38,7 +38,8 @@ OwnedDib readBitmap(HBITMAP bitmap) {
 
   const DefaultPaletteContext context;
   if (GetDIBits(context.get(), bitmap, 0, height, nullptr, info, DIB_RGB_COLORS) == 0) return nullptr;
-  // The header is the platform's now; the rows lie where it says, which has to be in the block still.
+  // The platform has written the header, so where the rows start must be checked again to be inside the
+  // block.
   const std::optional<Layout> layout = layoutOf(result.get());
   if (!layout || layout->total > room) return nullptr;
   if (GetDIBits(context.get(), bitmap, 0, height, GetDIBBits(result.get()), info, DIB_RGB_COLORS) == 0) {
@@ -50,6 +51,6 @@ OwnedDib readBitmap(HBITMAP bitmap) {
 }  // namespace
 }  // namespace dibkit
 
-BITMAPINFOHEADER* CBitmapConverter::ConvertDDBToDIB(HBITMAP bitmap) {
-  return dibkit::readBitmap(bitmap).release();
-}
+using namespace dibkit;
+
+BITMAPINFOHEADER* CBitmapConverter::ConvertDDBToDIB(HBITMAP bitmap) { return readBitmap(bitmap).release(); }

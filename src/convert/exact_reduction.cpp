@@ -1,16 +1,17 @@
 #include <array>
 
 #include "convert/convert.h"
-#include "convert/row_walk.h"
-#include "dib/colour_index.h"
-#include "dib/index_rows.h"
+#include "convert/fill_rows.h"
+#include "dib/view.h"
+#include "palette/colour_index.h"
 #include "palette/palette.h"
+#include "raster/index_rows.h"
 
 namespace dibkit {
 namespace {
 
-/// What a pixel keeps of an index: the low nibble in 4 bits, and in one bit whether it is exactly 1, so that
-/// index 2 looks like index 0. Callers count the colours before they choose the depth.
+/// The part of an index that a pixel stores: the low nibble in 4 bits; in one bit whether it is exactly 1, so
+/// that index 2 is stored as index 0. Callers count the colours before they choose the depth.
 template <class Format>
 BYTE storedIndex(int index) {
   if constexpr (Format::bits == 1) {
@@ -20,8 +21,9 @@ BYTE storedIndex(int index) {
   }
 }
 
-/// The palette of an image that is being made, as 256 entries from its place on: those beyond its size lie in
-/// the rows, as in the interface's bargain; what would lie outside the block is kept aside.
+/// The palette of an image under construction, as 256 entries from its start. Entries beyond its size
+/// overwrite the rows that follow it, as the interface promises; those outside the block are kept in a
+/// separate array.
 class UnboundedPalette {
  public:
   explicit UnboundedPalette(BITMAPINFOHEADER* dib)
@@ -50,9 +52,9 @@ class UnboundedPalette {
   std::array<BYTE, 1024> aside_{};
 };
 
-/// Turns rows into indexes of a palette that grows with them. After the 256th entry the count wraps to 0 and
-/// the palette is forgotten and written again from its start, deliberately: hosts rely on the bytes that
-/// images at the limit have always got.
+/// Converts rows to indexes of a palette that grows with them. After the 256th entry the count wraps to 0,
+/// and the palette is emptied and written again from its start. That is deliberate: hosts rely on the bytes
+/// that images at the limit have always had.
 template <class Format>
 class ExactReducer {
  public:
@@ -78,7 +80,8 @@ class ExactReducer {
         const int index = indexOf(key);
         if (index == ColourIndex::none) return false;
         std::memset(indexes + (x - left), storedIndex<Format>(index), same());
-        // The 256th colour, which is always met in a single pixel, wraps the count: every further one is new.
+        // The 256th colour wraps the count, and it is always found in a single pixel. Every further colour is
+        // new.
         if (colours_.size() == ColourIndex::capacity) colours_ = ColourIndex();
         return true;
       });
@@ -97,8 +100,8 @@ class ExactReducer {
     return index;
   }
 
-  /// From line y on the palette grows into the rows, and rows into the palette: `found_` entries stand for
-  /// themselves in memory.
+  /// From line y on, palette entries are written over rows and rows over palette entries. So colours are
+  /// compared with the `found_` entries as memory has them by then.
   void leavePalette(int y, int count) {
     found_ = count;
     BYTE* lowest = target_.row(target_.height() - 1);
@@ -113,7 +116,7 @@ class ExactReducer {
       if constexpr (Format::bits == 8) {
         byte = stored;
       } else {
-        // Only ever adds bits, to what the palette may have left here.
+        // Only sets bits, on top of those that the palette may have set here.
         byte = static_cast<BYTE>(byte | stored << (8 - Format::bits - x % pixelsPerByte * Format::bits));
       }
     }
@@ -142,7 +145,8 @@ template <class Format>
 OwnedDib reduceExactly(const BITMAPINFOHEADER* dib, int colourCount, CQorCommonProgress* progress) {
   const ConstView source(dib, Bgr24::bits);
   if (!source) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), Format::bits, colourCount, Pixels::unwritten);
+  OwnedDib result =
+      createDib(source.width(), source.height(), Format::bits, colourCount, InitialPixels::unwritten);
   if (!result) return nullptr;
   ExactReducer<Format> reducer(source, result.get());
   const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) { reducer.row(y); });

@@ -1,8 +1,9 @@
 #include "convert/convert.h"
+#include "convert/fill_rows.h"
 #include "convert/row_kernels.h"
-#include "convert/row_walk.h"
-#include "dib/index_rows.h"
+#include "dib/view.h"
 #include "palette/palette.h"
+#include "raster/index_rows.h"
 
 namespace dibkit {
 namespace {
@@ -10,14 +11,14 @@ namespace {
 OwnedDib convertToGrays(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
   if (!source) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), Index8::bits, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), Index8::bits, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   CPaletteFuns::MakeGrayPalette(paletteOf(result.get()), 256);
   return fillRows(source, std::move(result), progress,
                   [&](const BYTE* from, BYTE* to) { rowKernels().bgr24ToGray(from, source.width(), to); });
 }
 
-/// A stage that makes up half of the whole, told to whoever watches.
+/// A stage that is half of the whole operation's progress.
 class HalfOfProgress {
  public:
   explicit HalfOfProgress(CQorCommonProgress* progress) : progress_(progress) {

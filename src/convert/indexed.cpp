@@ -1,14 +1,15 @@
 #include <unordered_set>
 
 #include "convert/convert.h"
-#include "convert/row_walk.h"
-#include "dib/guard.h"
-#include "palette/reindex.h"
+#include "convert/fill_rows.h"
+#include "dib/view.h"
+#include "palette/remap_table.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
-/// What a pixel keeps of an index: its lowest byte, and in one bit whether it is above 0.
+/// The part of an index that a pixel stores: its lowest byte, and in one bit whether it is above 0.
 template <class Format>
 BYTE storedIndex(std::int64_t index) {
   return Format::bits == 1 ? BYTE{index > 0} : lowByte(index);
@@ -16,34 +17,34 @@ BYTE storedIndex(std::int64_t index) {
 
 /// The old palette at the start of the new one; every index keeps its number.
 template <class To>
-Translation extendPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
-  Translation translation;
+RemapTable extendPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
+  RemapTable table;
   for (std::int64_t i = 0; i < old.size(); ++i) {
-    putEntry(result, i, entryOf(old[i]));
-    translation.set(i, storedIndex<To>(i));
+    putEntry(result, i, unpackEntry(old[i]));
+    table.set(i, storedIndex<To>(i));
   }
-  return translation;
+  return table;
 }
 
-/// Each distinct entry once. An entry that repeats an earlier one becomes the number of the next new entry,
-/// not that of its equal: deliberate, hosts hold pictures that were made so.
+/// Each distinct entry once. An entry that repeats an earlier one is given the number of the next new entry,
+/// not that of its equal. That is deliberate: hosts hold pictures that were made so.
 template <class To>
-Translation mergePalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
-  Translation translation;
+RemapTable mergePalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
+  RemapTable table;
   std::unordered_set<DWORD> merged;
   std::int64_t next = 0;
   for (std::int64_t i = 0; i < old.size(); ++i) {
-    translation.set(i, storedIndex<To>(next));
-    if (merged.insert(old[i]).second) putEntry(result, next++, entryOf(old[i]));
+    table.set(i, storedIndex<To>(next));
+    if (merged.insert(old[i]).second) putEntry(result, next++, unpackEntry(old[i]));
   }
-  return translation;
+  return table;
 }
 
 template <class From, class To>
-Translation makePalette(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFOHEADER* result) {
+RemapTable makePalette(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFOHEADER* result) {
   if (map != nullptr) {
     putPalette(result, *map);
-    return translationOnto(dib, map, [](int index) { return storedIndex<To>(index); });
+    return remapOnto(dib, map, [](int index) { return storedIndex<To>(index); });
   }
   const PaletteEntries old(dib);
   return From::bits < To::bits ? extendPalette<To>(old, result) : mergePalette<To>(old, result);
@@ -55,12 +56,12 @@ OwnedDib changeDepth(const BITMAPINFOHEADER* dib, const ColourMap* map, CQorComm
   const ConstView source = viewOfDepth(dib, From::bits);
   const std::int64_t colours = map != nullptr ? map->GetCount() : 0;
   if (!source || colours > INT32_MAX) return nullptr;
-  OwnedDib result =
-      createDib(source.width(), source.height(), To::bits, static_cast<int>(colours), Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), To::bits, static_cast<int>(colours),
+                              InitialPixels::unwritten);
   if (!result) return nullptr;
-  Translation translation = makePalette<From, To>(dib, map, result.get());
+  RemapTable table = makePalette<From, To>(dib, map, result.get());
   return fillRows(source, std::move(result), progress,
-                  [&](const BYTE* from, BYTE* to) { translation.row<From, To>(from, source.width(), to); });
+                  [&](const BYTE* from, BYTE* to) { table.row<From, To>(from, source.width(), to); });
 }
 
 template <class From, class To>

@@ -1,6 +1,7 @@
 #include "convert/convert.h"
 #include "dib/allocate.h"
-#include "dib/device.h"
+#include "dib/view.h"
+#include "drawing/device.h"
 
 namespace dibkit {
 namespace {
@@ -16,18 +17,15 @@ struct Format {
   }
 };
 
-/// The entries of a palette that `bitCount` bits can index; 0 for what is no palette.
+/// The entries of a palette that `bitCount` bits can index; 0 when the handle is no palette.
 int readPalette(HPALETTE palette, int bitCount, RGBQUAD* colours) {
-  WORD count = 0;
-  if (GetObjectW(palette, sizeof(count), &count) == 0) return 0;
-  const int used = std::min<int>(count, 1 << bitCount);
   PALETTEENTRY entries[256];
-  const UINT read = GetPaletteEntries(palette, 0, static_cast<UINT>(used), entries);
+  const UINT read = GetPaletteEntries(palette, 0, 1U << bitCount, entries);
   for (UINT i = 0; i < read; ++i) colours[i] = {entries[i].peBlue, entries[i].peGreen, entries[i].peRed, 0};
   return static_cast<int>(read);
 }
 
-/// The format to convert to; nothing for a depth of no image or a palette that is needed and missing.
+/// The format to convert to; nothing for a depth that no image has, and when a palette is needed and missing.
 std::optional<Format> formatOf(const ConstView& source, UINT bitCount, HPALETTE palette) {
   if (bitCount == 0 || bitCount > 32) return std::nullopt;
   Format format;
@@ -38,7 +36,7 @@ std::optional<Format> formatOf(const ConstView& source, UINT bitCount, HPALETTE 
   format.header.biBitCount = static_cast<WORD>(bitCount);
   const std::int64_t bytes = strideOf(source.width(), bitCount) * source.height();
   if (bytes > maximumDibBytes) return std::nullopt;
-  // Filled in here, other than in images made elsewhere: this one has been through the platform.
+  // Set here, unlike in all other new images: this image has been read back from the platform.
   format.header.biSizeImage = static_cast<DWORD>(bytes);
   if (bitCount > 8) return format;
   const int count = readPalette(palette, static_cast<int>(bitCount), format.colours);
@@ -63,14 +61,14 @@ class Surface {
   void* bits_ = nullptr;
   OwnedBitmap bitmap_;
   MemoryContext context_;
-  Selection selection_;
+  SelectedObject selection_;
 };
 
 /// The image that a section of this format holds.
 OwnedDib imageFrom(const Format& format, const BYTE* bits) {
   const BITMAPINFOHEADER& header = format.header;
   OwnedDib result = createDib(header.biWidth, header.biHeight, header.biBitCount,
-                              static_cast<int>(header.biClrUsed), Pixels::unwritten);
+                              static_cast<int>(header.biClrUsed), InitialPixels::unwritten);
   if (!result) return nullptr;
   result->biSizeImage = header.biSizeImage;
   std::memcpy(result.get() + 1, format.colours,
@@ -90,13 +88,6 @@ OwnedDib convertFormat(const BITMAPINFOHEADER* dib, UINT bitCount, HPALETTE pale
   const Surface from(screen.get(), reinterpret_cast<const BITMAPINFO*>(dib));
   if (!to || !from) return nullptr;
   std::memcpy(from.bits(), GetDIBBits(dib), static_cast<std::size_t>(source.stride() * source.height()));
-  if (source.bitCount() <= 8) {
-    const DWORD count = std::min<DWORD>(GetDIBPaletteSize(dib), 256);
-    SetDIBColorTable(from.context(), 0, count, paletteOf(dib));
-  }
-  if (bitCount <= 8) {
-    SetDIBColorTable(to.context(), 0, static_cast<UINT>(format->colourCount()), format->colours);
-  }
   BitBlt(to.context(), 0, 0, source.width(), source.height(), from.context(), 0, 0, SRCCOPY);
   GdiFlush();
   return imageFrom(*format, to.bits());
@@ -105,6 +96,8 @@ OwnedDib convertFormat(const BITMAPINFOHEADER* dib, UINT bitCount, HPALETTE pale
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* ConvertDIBFormat(BITMAPINFOHEADER* source, UINT bitCount, HPALETTE palette) {
-  return dibkit::convertFormat(source, bitCount, palette).release();
+  return convertFormat(source, bitCount, palette).release();
 }

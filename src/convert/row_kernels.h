@@ -24,7 +24,7 @@ extern const RowKernels plainRowKernels;
 extern const RowKernels avx2RowKernels;
 #endif
 
-/// The fastest that the processor runs; chosen once.
+/// The fastest ones that this processor runs; chosen once.
 const RowKernels& rowKernels();
 
 }  // namespace dibkit

@@ -1,5 +1,6 @@
 // The row kernels, included by one source for each instruction set. Everything has internal linkage and calls
-// nothing from outside, so that no function compiled for a newer processor can stand in for a plain one.
+// no function from outside. Otherwise the linker could use a function compiled for a newer processor in the
+// place of a plain one.
 
 #include <cstdint>
 #include <cstring>
@@ -57,8 +58,8 @@ void bgra32ToRgb555(ConstBytes from, int width, Bytes to) {
 void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
   std::ptrdiff_t x = 0;
 #if defined(__SSSE3__)
-  // The compiler spreads three channels to four with many shuffles; one for four pixels is enough. Each load
-  // reads four bytes more than it uses, which the row must still hold.
+  // The compiler uses many shuffles to spread three channels to four; one for four pixels is enough. Each
+  // load reads four bytes more than it uses, which the row must still contain.
   const __m128i spread = _mm_set_epi8(9, 10, 11, -1, 6, 7, 8, -1, 3, 4, 5, -1, 0, 1, 2, -1);
   for (; x + 6 <= width; x += 4) {
     const __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 3 * x));
@@ -73,15 +74,15 @@ void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
   }
 }
 
-/// Exact whatever the target: no step may be fused with the next one.
+/// Exact on every target: no two steps may be fused into one instruction.
 BYTE grayInDoubles(ConstBytes pixel) {
   return static_cast<BYTE>(pixel[2] * 0.299 + pixel[1] * 0.587 + pixel[0] * 0.114);
 }
 
-/// With n = 299 red + 587 green + 114 blue the gray is n / 1000, except that the doubles may round to just
-/// below a whole number: only where 1000 divides n. So integers do a block, and a block with such a pixel,
-/// one in a thousand, is done again in doubles. In 16 bits: n is 8 eighths + rest, n / 1000 is (n / 8) *
-/// 33555 / 2^22, exact for every n here, and the remainder is small enough to be compared modulo 2^16.
+/// With n = 299 red + 587 green + 114 blue the gray is n / 1000. Only where 1000 divides n may the doubles
+/// round to just below a whole number. So integers compute a block, and a block with such a pixel, one in a
+/// thousand, is computed again in doubles. In 16 bits: with n = 8 m + rest, n / 1000 = m 33555 / 2^22,
+/// truncated, for every n here, and the remainder is small enough to be compared modulo 2^16.
 void bgr24ToGray(ConstBytes from, int width, Bytes to) {
   constexpr std::ptrdiff_t block = 64;
   std::ptrdiff_t x = 0;

@@ -1,7 +1,8 @@
 #include "convert/convert.h"
 #include "convert/palette_finish.h"
-#include "dib/index_rows.h"
-#include "dib/map_walk.h"
+#include "dib/view.h"
+#include "palette/map_entries.h"
+#include "raster/index_rows.h"
 
 namespace dibkit {
 namespace {
@@ -11,13 +12,14 @@ constexpr int depthFor(std::int64_t colours) {
   return colours < 17 ? 4 : 8;
 }
 
-/// The low byte of an index is what a pixel keeps; one bit keeps whether there is any.
+/// A pixel stores the low byte of an index; one bit stores whether the index is other than 0.
 constexpr BYTE storedIndex(int index, int depth) {
   return depth == 1 ? static_cast<BYTE>(index != 0) : lowByte(index);
 }
 
 /// Fills the rows of `result` with the indexes of the source's colours.
-/// \param lookUp gives the stored index of a colour key; asked about every pixel but those of flat areas
+/// \param lookUp gives the stored index of a colour key; called once for each pixel, or once for 8 in flat
+/// areas
 template <class LookUp>
 void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookUp) {
   const View target(result);
@@ -44,7 +46,7 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
 OwnedDib createForPalette(const ConstView& source, std::int64_t colours) {
   if (!source || colours > INT32_MAX) return nullptr;
   return createDib(source.width(), source.height(), depthFor(colours), static_cast<int>(colours),
-                   Pixels::unwritten);
+                   InitialPixels::unwritten);
 }
 
 OwnedDib convertOnto(const ColourMap& map, const BITMAPINFOHEADER* dib) {
@@ -53,11 +55,11 @@ OwnedDib convertOnto(const ColourMap& map, const BITMAPINFOHEADER* dib) {
   if (!result) return nullptr;
   const int depth = result->biBitCount;
 
-  // The map is asked about each of its colours once; pixels go through the small hash.
+  // Each colour of the map is read once; pixels are looked up in the small hash.
   ColourIndex colours;
   BYTE stored[ColourIndex::capacity] = {};
   forEachAssociation(map, [&](DWORD key, int value) {
-    putEntry(result.get(), value, entryOf(key & 0xFFFFFF));
+    putEntry(result.get(), value, unpackEntry(key & 0xFFFFFF));
     if (key > 0xFFFFFF) return;  // no pixel's key has a fourth byte
     const int slot = colours.enter(key);
     if (slot != ColourIndex::none) stored[slot] = storedIndex(value, depth);
@@ -84,7 +86,7 @@ OwnedDib FrameColours::finish(OwnedDib work) {
   const ConstView source(work.get(), Bgr24::bits);
   OwnedDib result = createForPalette(source, colours_.size());
   if (!result) return nullptr;
-  for (int i = 0; i < colours_.size(); ++i) putEntry(result.get(), i, entryOf(colours_[i]));
+  for (int i = 0; i < colours_.size(); ++i) putEntry(result.get(), i, unpackEntry(colours_[i]));
   indexRows(source, result.get(), [&](DWORD key) {
     const int index = colours_.find(key);
     return index == ColourIndex::none ? BYTE{0} : lowByte(index);
@@ -94,7 +96,9 @@ OwnedDib FrameColours::finish(OwnedDib work) {
 
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* Convert24BitsDIBToLowerBitsDIB(BITMAPINFOHEADER* source,
                                                  CMap<DWORD, DWORD&, int, int&>& map) {
-  return dibkit::convertOnto(map, source).release();
+  return convertOnto(map, source).release();
 }

@@ -1,16 +1,17 @@
 #include <array>
 
 #include "convert/convert.h"
+#include "convert/fill_rows.h"
 #include "convert/row_kernels.h"
-#include "convert/row_walk.h"
-#include "dib/index_rows.h"
+#include "dib/view.h"
+#include "raster/index_rows.h"
 
 namespace dibkit {
 namespace {
 
-/// Where a conversion finds its source's palette. Those to 24 bits look at the place where a plain header
-/// ends, those to 16 bits where the header says that it ends. Hosts rely on either, so the difference stays;
-/// it shows only in images with longer headers.
+/// Where a conversion finds its source's palette. Conversions to 24 bits use the offset at which a plain
+/// header ends, those to 16 bits the offset that the header gives. Hosts rely on both, so the difference is
+/// deliberate; it shows only in images with longer headers.
 template <class Target>
 PaletteTable paletteFor(const BITMAPINFOHEADER* source) {
   return Target::bits == 24 ? PaletteTable(source, sizeof(BITMAPINFOHEADER)) : PaletteTable(source);
@@ -24,11 +25,11 @@ template <class Target>
 Pixels256<Target> pixelsOf(const PaletteTable& palette) {
   Pixels256<Target> pixels;
   for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const Rgb colour = fromEntry(palette[i]);
+    const Rgb colour = rgbOf(palette[i]);
     if constexpr (Target::bits == 16) {
       pixels[i] = Target::encode(colour);
     } else {
-      pixels[i] = entryKey(colour);
+      pixels[i] = packRgb(colour);
     }
   }
   return pixels;
@@ -38,20 +39,20 @@ void lookUp(const BYTE* indexes, int count, const Pixels256<Rgb555>& pixels, BYT
   for (int x = 0; x < count; ++x) Rgb555::put(to, x, pixels[indexes[x]]);
 }
 
-/// Stores four bytes a pixel, the fourth of which the next pixel overwrites; only the last pixel has no next.
-/// (Through the function object of decodeBgrRow the same takes a sixth longer.)
+/// Stores four bytes for each pixel, the fourth of which the next pixel overwrites. The last pixel has no
+/// next one and stores three. (The same through the function object of decodeBgrRow takes a sixth longer.)
 void lookUp(const BYTE* indexes, int count, const Pixels256<Bgr24>& pixels, BYTE* to) {
   for (int x = 0; x + 1 < count; ++x) std::memcpy(to + std::ptrdiff_t{x} * 3, &pixels[indexes[x]], 4);
   if (count > 0) std::memcpy(to + std::ptrdiff_t{count - 1} * 3, &pixels[indexes[count - 1]], 3);
 }
 
-/// From a format with a palette: through a table made once.
+/// From a format with a palette, through a table computed once.
 template <class Source, class Target>
 OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Source::bits);
   if (!source) return nullptr;
   const Pixels256<Target> pixels = pixelsOf<Target>(paletteFor<Target>(dib));
-  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     BYTE buffer[indexChunk];
     for (int left = 0, count = 0; left < source.width(); left += count) {
@@ -78,7 +79,7 @@ OwnedDib convertDirect(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress
   const ConstView source = viewOfDepth(dib, Source::bits);
   if (!source) return nullptr;
   const RowKernels::Row kernel = kernelFor<Source, Target>();
-  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
   return fillRows(source, std::move(result), progress,
                   [&](const BYTE* from, BYTE* to) { kernel(from, source.width(), to); });
 }
@@ -92,7 +93,8 @@ OwnedDib convert(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   }
 }
 
-/// From any depth. What has the target's depth already is cloned and nobody is told: a clone has no lines.
+/// From any depth. An image of the target's depth is cloned without a progress report, since a clone has no
+/// lines.
 template <class Target>
 OwnedDib convertAny(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   if (dib == nullptr) return nullptr;
@@ -109,7 +111,7 @@ OwnedDib convertAny(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
 OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
   if (!source) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   const View target(result.get());
   const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) {

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "dib/view.h"
+
 #if defined(__linux__)
 #include <sys/mman.h>
 #endif
@@ -15,7 +17,7 @@ void preferLargePages(BYTE* block, std::int64_t bytes) {
   const auto begin = (reinterpret_cast<std::uintptr_t>(block) + largePage - 1) & ~(largePage - 1);
   const auto end =
       (reinterpret_cast<std::uintptr_t>(block) + static_cast<std::uintptr_t>(bytes)) & ~(largePage - 1);
-  // Only a wish: a refusal changes nothing but the speed.
+  // Only advice: if the system refuses it, nothing but the speed changes.
   if (begin < end) static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
 #else
   static_cast<void>(block);
@@ -35,13 +37,13 @@ void clearPadding(const View& view) {
 }  // namespace
 
 BYTE* allocateBlock(std::int64_t bytes) {
-  if (bytes < 0 || bytes > maximumDibBytes) return nullptr;
+  if (bytes > maximumDibBytes) return nullptr;
   BYTE* block = new (std::nothrow) BYTE[static_cast<std::size_t>(bytes)];
   if (block != nullptr) preferLargePages(block, bytes);
   return block;
 }
 
-OwnedDib createDib(int width, int height, int bitCount, int clrUsed, Pixels pixels) {
+OwnedDib createDib(int width, int height, int bitCount, int clrUsed, InitialPixels pixels) {
   if (width < 0 || height < 0 || bitCount < 0 || bitCount > 0xFFFF) return nullptr;
   BITMAPINFOHEADER header{};
   header.biSize = sizeof(BITMAPINFOHEADER);
@@ -50,18 +52,18 @@ OwnedDib createDib(int width, int height, int bitCount, int clrUsed, Pixels pixe
   header.biPlanes = 1;
   header.biBitCount = static_cast<WORD>(bitCount);
   header.biCompression = BI_RGB;
-  // biSizeImage stays 0 on purpose: nothing in the library reads it.
+  // biSizeImage is deliberately 0: nothing in the library reads it.
   if (clrUsed >= 1 && bitCount <= 8) header.biClrUsed = static_cast<DWORD>(clrUsed);
 
   const std::optional<Layout> layout = layoutOf(&header);
   if (!layout) return nullptr;
   BYTE* block = allocateBlock(layout->total);
   if (block == nullptr) return nullptr;
-  const std::int64_t cleared = pixels == Pixels::cleared ? layout->total : layout->bits;
+  const std::int64_t cleared = pixels == InitialPixels::cleared ? layout->total : layout->bits;
   std::memset(block, 0, static_cast<std::size_t>(cleared));
   std::memcpy(block, &header, sizeof(header));
   OwnedDib dib(reinterpret_cast<BITMAPINFOHEADER*>(block));
-  if (pixels == Pixels::unwritten) clearPadding(View(dib.get()));
+  if (pixels == InitialPixels::unwritten) clearPadding(View(dib.get()));
   return dib;
 }
 
@@ -77,14 +79,16 @@ void copyPalette(const BITMAPINFOHEADER* from, BITMAPINFOHEADER* to) {
 
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* CBitmapCreator::CreateDibImage(int width, int height, int bitCount, int clrUsed) {
-  return dibkit::createDib(width, height, bitCount, clrUsed).release();
+  return createDib(width, height, bitCount, clrUsed).release();
 }
 
 BITMAPINFOHEADER* CBitmapCreator::Clone(const BITMAPINFOHEADER* dib) {
-  const std::optional<dibkit::Layout> layout = dibkit::layoutOf(dib);
+  const std::optional<Layout> layout = layoutOf(dib);
   if (!layout) return nullptr;
-  BYTE* block = dibkit::allocateBlock(layout->total);
+  BYTE* block = allocateBlock(layout->total);
   if (block == nullptr) return nullptr;
   std::memcpy(block, dib, static_cast<std::size_t>(layout->total));
   return reinterpret_cast<BITMAPINFOHEADER*>(block);

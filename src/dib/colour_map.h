@@ -3,16 +3,16 @@
 #include <cstdint>
 #include <unordered_map>
 
-/// Where an enumeration of a CMap stands; null at its end.
+/// A position in the enumeration of a CMap; null at its end.
 struct MapPosition;
 using POSITION = MapPosition*;
 
 /// The framework's hash map, on a standard container. The library uses it as colour map (colour key to
-/// palette index); the order of enumeration never matters to it.
+/// palette index) and never depends on the order of enumeration.
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 class CMap {
  public:
-  /// \param blockSize how many associations the framework allocates at a time; of no consequence here
+  /// \param blockSize how many associations the framework allocates at a time; without effect here
   explicit CMap(std::intptr_t blockSize = 10) { static_cast<void>(blockSize); }
 
   std::intptr_t GetCount() const { return static_cast<std::intptr_t>(entries_.size()); }
@@ -24,7 +24,7 @@ class CMap {
     if (allocateNow) entries_.reserve(size);
   }
 
-  /// Copies the key's value to `value` when the map holds the key; otherwise leaves it alone.
+  /// Copies the key's value to `value` when the map has the key; otherwise `value` is unchanged.
   int Lookup(ARG_KEY key, VALUE& value) const {
     const auto found = entries_.find(key);
     if (found == entries_.end()) return 0;
@@ -32,7 +32,7 @@ class CMap {
     return 1;
   }
 
-  /// The key's value, made with the value type's default when the map lacks the key.
+  /// The key's value; a default value is added when the map lacks the key.
   VALUE& operator[](ARG_KEY key) { return entries_[key]; }
   void SetAt(ARG_KEY key, ARG_VALUE value) { entries_[key] = value; }
   int RemoveKey(ARG_KEY key) { return entries_.erase(key) != 0; }
@@ -40,7 +40,7 @@ class CMap {
 
   POSITION GetStartPosition() const { return positionOf(entries_.begin()); }
 
-  /// Gives the association at `position` and moves on, to null after the last one.
+  /// Gives the association at `position` and advances the position, to null after the last one.
   void GetNextAssoc(POSITION& position, KEY& key, VALUE& value) const {
     const auto* entry = reinterpret_cast<const Entry*>(position);
     key = entry->first;

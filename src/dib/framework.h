@@ -4,7 +4,7 @@
 
 /// \file
 /// The few classes of the host's application framework that cross the library's boundary. A host that is
-/// built with its framework brings them along; elsewhere they are as small as their use.
+/// built with the framework uses the framework's own; elsewhere these have just the members that are used.
 
 #if defined(__AFX_H__)
 #include <afxtempl.h>
@@ -37,7 +37,7 @@ class CPalette {
     return palette_ != nullptr ? TRUE : FALSE;
   }
   HGDIOBJ GetSafeHandle() const { return palette_; }
-  /// Hands the palette over to the caller.
+  /// Transfers the palette to the caller.
   HGDIOBJ Detach() {
     const HGDIOBJ palette = palette_;
     palette_ = nullptr;

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "dib/view.h"
+#include "dib/palette_table.h"
 
 namespace dibkit {
 
@@ -14,29 +14,31 @@ struct Rgb {
   friend bool operator==(const Rgb&, const Rgb&) = default;
 };
 
+/// The value modulo 256.
 constexpr BYTE lowByte(std::int64_t value) { return static_cast<BYTE>(value & 0xFF); }
 
 /// The colour in a COLORREF: red in the lowest byte, then green, then blue; the top byte is ignored.
 constexpr Rgb fromColorRef(DWORD colour) {
   return {lowByte(colour), lowByte(colour >> 8), lowByte(colour >> 16)};
 }
-constexpr Rgb fromEntry(const RGBQUAD& entry) { return {entry.rgbRed, entry.rgbGreen, entry.rgbBlue}; }
+/// The colour of a palette entry; its fourth byte is ignored.
+constexpr Rgb rgbOf(const RGBQUAD& entry) { return {entry.rgbRed, entry.rgbGreen, entry.rgbBlue}; }
 
 /// Red in bits 16 to 23, green in 8 to 15, blue in 0 to 7: a palette entry read as a little-endian number.
-constexpr DWORD entryKey(Rgb colour) {
+constexpr DWORD packRgb(Rgb colour) {
   return DWORD{colour.red} << 16 | DWORD{colour.green} << 8 | DWORD{colour.blue};
 }
 
 /// \name Pixel formats
-/// Each says how a row holds its pixels: `get` and `put` move the raw value, `colour` tells what it shows,
-/// `encode` (formats without palette) makes the raw value of a colour.
+/// Each says how a row holds its pixels: `get` and `put` read and write the raw value of pixel x, `colour`
+/// gives the colour of a raw value, `encode` (formats without palette) the raw value of a colour.
 /// @{
 struct Index1 {
   static constexpr int bits = 1;
   using Raw = BYTE;
   static Raw get(const BYTE* row, int x) { return Get1BitPixel(row, x); }
   static void put(BYTE* row, int x, Raw value) { Set1BitPixel(row, value, x); }
-  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
 };
 
 struct Index4 {
@@ -44,7 +46,7 @@ struct Index4 {
   using Raw = BYTE;
   static Raw get(const BYTE* row, int x) { return Get4BitPixel(row, x); }
   static void put(BYTE* row, int x, Raw value) { Set4BitPixel(row, value, x); }
-  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
 };
 
 struct Index8 {
@@ -52,10 +54,10 @@ struct Index8 {
   using Raw = BYTE;
   static Raw get(const BYTE* row, int x) { return row[x]; }
   static void put(BYTE* row, int x, Raw value) { row[x] = value; }
-  static Rgb colour(Raw value, const PaletteTable& palette) { return fromEntry(palette[value]); }
+  static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
 };
 
-/// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are ignored on purpose, here and in every
+/// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are deliberately ignored, here and in every
 /// reader that shares this format.
 struct Rgb555 {
   static constexpr int bits = 16;
@@ -68,7 +70,7 @@ struct Rgb555 {
   static void put(BYTE* row, int x, Raw value) {
     std::memcpy(row + std::ptrdiff_t{x} * 2, &value, sizeof(value));
   }
-  /// Five bits land in the top of their byte; the low three stay 0, so that full white is 248.
+  /// The five bits become the upper bits of a byte; its low three are 0, so that full white is 248.
   static constexpr Rgb colour(Raw value) {
     return {lowByte((value & 0x7C00) >> 7), lowByte((value & 0x03E0) >> 2), lowByte((value & 0x001F) << 3)};
   }
@@ -97,7 +99,7 @@ struct Bgr24 {
   static constexpr Raw encode(Rgb colour) { return colour; }
 };
 
-/// Blue, green, red and a fourth byte, which is opacity in images made to be laid over others.
+/// Blue, green, red and a fourth byte, which is alpha in images that are composited over others.
 struct Bgra32 {
   static constexpr int bits = 32;
   using Raw = DWORD;
@@ -114,7 +116,7 @@ struct Bgra32 {
   }
   static Rgb colour(Raw value, const PaletteTable&) { return colour(value); }
   /// The fourth byte is 0.
-  static constexpr Raw encode(Rgb colour) { return entryKey(colour); }
+  static constexpr Raw encode(Rgb colour) { return packRgb(colour); }
 };
 /// @}
 

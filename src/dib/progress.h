@@ -2,11 +2,11 @@
 
 #include "platform/win32.h"
 
-/// What a long operation tells its caller and asks of it. The caller derives from this class and passes a
-/// pointer, which may be null. SetProgress is the first virtual operation: the library calls it by its slot.
+/// Progress and cancellation of a long operation. The caller derives from this class and passes a pointer,
+/// which may be null. SetProgress is the first virtual operation: the library calls it by its slot.
 class CQorCommonProgress {
  public:
-  /// Told after every line of the picture, on the thread that runs the operation.
+  /// Called after every line of the picture, on the thread that runs the operation.
   /// \param fraction done of the running stage, 0.0 to 1.0 (ScaledFraction makes one bar of several stages)
   /// \return anything; the library discards it
   virtual float SetProgress(float fraction) = 0;
@@ -21,7 +21,7 @@ class CQorCommonProgress {
     if (m_nScales < maximumDepth) m_fScales[m_nScales] = scale;
     ++m_nScales;
   }
-  /// Closes the stage: what it made up is done.
+  /// Closes the stage: its share of the whole is done.
   void EndSubRange() {
     m_fOffset += CurrentScale();
     if (m_nScales > 0) --m_nScales;

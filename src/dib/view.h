@@ -1,63 +1,40 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <type_traits>
 
-#include "dib/dib.h"
+#include "dib/layout.h"
+#include "dib/palette_table.h"
+#include "dib/pixel_format.h"
+
+/// \file
+/// Access to the pixels of a packed DIB: rows counted from the top line of the picture, pixels by their
+/// format (pixel_format.h), loops over all of them.
+///
+///     const dibkit::View view(dib);  // 32 bits
+///     dibkit::Bgra32::put(view.row(0), 0, 0xFFFF0000);  // the top left pixel becomes red and opaque
+///
+///     dibkit::forEachPixel(dib, [&](int x, int y, dibkit::Rgb colour) { ... });  // any depth
 
 namespace dibkit {
-
-/// The largest block that a packed DIB may be: its size has to fit the header's signed arithmetic.
-constexpr std::int64_t maximumDibBytes = INT32_MAX;
-
-/// Bytes from one row to the next. Both factors are at most 32 bits wide, so nothing overflows.
-constexpr std::int64_t strideOf(std::int64_t width, std::int64_t bitCount) {
-  return (width * bitCount + 31) / 32 * 4;
-}
-
-/// Where the parts of a packed DIB lie, counted from its first byte.
-struct Layout {
-  std::int64_t bits = 0;   ///< first byte of the pixel rows
-  std::int64_t total = 0;  ///< size of the whole block
-};
-
-/// The layout that a header describes; nothing for a null pointer or a header that describes no possible
-/// block: one shorter than a BITMAPINFOHEADER, a size below 0, or more bytes than a packed DIB may have.
-inline std::optional<Layout> layoutOf(const BITMAPINFOHEADER* dib) {
-  if (dib == nullptr || dib->biSize < sizeof(BITMAPINFOHEADER) || dib->biWidth < 0 || dib->biHeight < 0) {
-    return std::nullopt;
-  }
-  Layout layout;
-  layout.bits = dib->biSize;
-  if (dib->biCompression == BI_BITFIELDS) layout.bits += 12;
-  layout.bits += std::int64_t{GetDIBPaletteSize(dib)} * 4;
-  const std::int64_t stride = strideOf(dib->biWidth, dib->biBitCount);
-  if (dib->biHeight > 0 && stride > maximumDibBytes / dib->biHeight) return std::nullopt;
-  layout.total = layout.bits + stride * dib->biHeight;
-  if (layout.total > maximumDibBytes) return std::nullopt;
-  return layout;
-}
 
 /// The header type that goes with a byte type: const when the bytes are.
 template <class Byte>
 using HeaderOf = std::conditional_t<std::is_const_v<Byte>, const BITMAPINFOHEADER, BITMAPINFOHEADER>;
 
-/// The pixel rows of a packed DIB, addressed from the top line of the picture. The one place that knows that
-/// rows lie upside down and padded. Does not own the block.
+/// The pixel rows of a packed DIB, addressed from the top line of the picture. Only this class knows that
+/// rows are stored bottom-up and padded. Does not own the block.
 template <class Byte>
 class BasicView {
  public:
   BasicView() = default;
   /// The rows as the header describes them. An unusable header gives a null view.
   explicit BasicView(HeaderOf<Byte>* dib) : BasicView(dib, dib != nullptr ? dib->biBitCount : 0) {}
-  /// The rows read at another depth than the header's, as operations made for one depth do: such rows
-  /// start where the header says and have the stride of `bitCount`. Rows that would not all lie in the block
-  /// give a null view.
+  /// The rows read at a depth other than the header's, as operations made for one depth do: such rows start
+  /// where the header says and have the stride of `bitCount`. If they are not all inside the block, the view
+  /// is null.
   BasicView(HeaderOf<Byte>* dib, int bitCount);
 
   explicit operator bool() const { return bits_ != nullptr; }
@@ -97,14 +74,6 @@ BasicView<Byte>::BasicView(HeaderOf<Byte>* dib, int bitCount) {
   stride_ = static_cast<std::ptrdiff_t>(stride);
 }
 
-/// The first palette entry, right after the header wherever the header says that it ends.
-inline RGBQUAD* paletteOf(BITMAPINFOHEADER* dib) {
-  return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib) + dib->biSize);
-}
-inline const RGBQUAD* paletteOf(const BITMAPINFOHEADER* dib) {
-  return paletteOf(const_cast<BITMAPINFOHEADER*>(dib));
-}
-
 using View = BasicView<BYTE>;
 using ConstView = BasicView<const BYTE>;
 
@@ -116,28 +85,30 @@ inline ConstView viewOfDepth(const BITMAPINFOHEADER* dib, int bitCount) {
   return dib != nullptr && dib->biBitCount == bitCount ? ConstView(dib) : ConstView();
 }
 
-/// A palette of 256 entries whatever the image's own has, so that no index needs a check. Entries are read
-/// where the image's would lie, on into the rows for an index beyond the palette, as the interface promises;
-/// what would lie outside the block is black.
-class PaletteTable {
- public:
-  PaletteTable() = default;
-  /// The palette that starts `offset` bytes from the start of a block with a usable header.
-  PaletteTable(const BITMAPINFOHEADER* dib, std::int64_t offset) {
-    const std::optional<Layout> layout = layoutOf(dib);
-    if (!layout || offset < 0 || offset >= layout->total) return;
-    const std::int64_t readable = std::min<std::int64_t>(sizeof(entries_), layout->total - offset);
-    std::memcpy(entries_.data(), reinterpret_cast<const BYTE*>(dib) + offset,
-                static_cast<std::size_t>(readable));
+/// Calls use(x, y, colour) for every pixel of an image, line by line from the top left one.
+/// \return false when nothing was read: a null or unusable image, or a depth without a format
+template <class Use>
+bool forEachPixel(const BITMAPINFOHEADER* dib, Use&& use) {
+  const ConstView view(dib);
+  if (!view) return false;
+  const PaletteTable palette(dib);
+  return withFormat(view.bitCount(), false, [&](auto format) {
+    using Format = decltype(format);
+    for (int y = 0; y < view.lines(); ++y) {
+      const BYTE* row = view.row(y);
+      for (int x = 0; x < view.width(); ++x) use(x, y, Format::colour(Format::get(row, x), palette));
+    }
+    return true;
+  });
+}
+
+/// Stores value(x, y), a raw value of the format, in every pixel of a view of that depth.
+template <class Format, class Value>
+void fillPixels(const View& view, Value&& value) {
+  for (int y = 0; y < view.lines(); ++y) {
+    BYTE* row = view.row(y);
+    for (int x = 0; x < view.width(); ++x) Format::put(row, x, value(x, y));
   }
-  /// The palette right after the header, wherever the header says that it ends.
-  explicit PaletteTable(const BITMAPINFOHEADER* dib) : PaletteTable(dib, dib != nullptr ? dib->biSize : 0) {}
-
-  const RGBQUAD& operator[](std::size_t index) const { return entries_[index]; }
-  const RGBQUAD* data() const { return entries_.data(); }
-
- private:
-  std::array<RGBQUAD, 256> entries_{};
-};
+}
 
 }  // namespace dibkit

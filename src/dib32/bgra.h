@@ -28,20 +28,20 @@ inline void putWord(Bgra* row, int x, DWORD word) { Bgra32::put(reinterpret_cast
 constexpr DWORD colourBits = 0x00FFFFFF;
 /// @}
 
-/// What the opacities of pixels have in common; translucent when some are neither 0 nor 255.
-enum class OpacityKind { opaque, opaqueOrTransparent, translucent };
+/// What the alphas of some pixels have in common; translucent when some are neither 0 nor 255.
+enum class AlphaKind { opaque, opaqueOrTransparent, translucent };
 
-/// Looks at all pixels, without a branch for each. No pixels are opaque.
-inline OpacityKind opacityKindOf(const Bgra* pixels, int count) {
+/// Examines all pixels, without a branch for each. An empty range counts as opaque.
+inline AlphaKind alphaKindOf(const Bgra* pixels, int count) {
   DWORD all = ~DWORD{0};
   DWORD translucent = 0;
   for (int x = 0; x < count; ++x) {
     all &= wordAt(pixels, x);
-    // Adding 1 to the opacity leaves its bits 1 to 7 of 0 and 255 alone clear.
+    // (alpha + 1) has bits 1 to 7 clear only for the alphas 0 and 255.
     translucent |= wordAt(pixels, x) + 0x01000000;
   }
-  if (translucent >= 0x02000000) return OpacityKind::translucent;
-  return all > 0xFEFFFFFF ? OpacityKind::opaque : OpacityKind::opaqueOrTransparent;
+  if (translucent >= 0x02000000) return AlphaKind::translucent;
+  return all > 0xFEFFFFFF ? AlphaKind::opaque : AlphaKind::opaqueOrTransparent;
 }
 
 /// Brightness on a scale of 0 to 255; the weights sum to 1024.

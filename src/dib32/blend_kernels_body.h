@@ -1,6 +1,6 @@
 // The blend kernels, included by one source for each instruction set. Everything has internal linkage and
-// calls nothing from outside, so that no function compiled for a newer processor can stand in for a plain
-// one.
+// calls no function from outside. Otherwise the linker could use a function compiled for a newer processor in
+// the place of a plain one.
 
 #include <cstring>
 #include <type_traits>
@@ -8,13 +8,13 @@
 namespace dibkit {
 namespace {
 
-// Rows are worked on in blocks of a fixed size: loops of a known length over local arrays turn into straight
-// vector code, which the bytes of interleaved pixels otherwise prevent.
+// Rows are processed in blocks of a fixed size. The compiler turns loops of a known length over local arrays
+// into straight vector code, which the interleaved bytes of pixels would otherwise prevent.
 constexpr int blockPixels = 32;
 constexpr int blockBytes = 4 * blockPixels;
 
-/// A value for each pixel of a block, or for each byte. Worked on in place: a copy is made in pieces narrower
-/// than what the next loop loads, which then has to wait for them.
+/// A value for each pixel of a block, or for each byte. Changed in place: the compiler copies such an array
+/// in pieces narrower than the next loop's loads, which then have to wait for the stores.
 template <class Value, std::size_t count>
 struct Block {
   Value values[count];
@@ -56,8 +56,8 @@ void scale(PixelLanes& lanes, ScaleAt&& scaleAt) {
   for (int i = 0; i < blockPixels; ++i) lanes[i] = divideBy255(static_cast<Lane>(lanes[i] * scaleAt(i)));
 }
 
-/// The source opacities of a block as they count; a null mask does not scale them.
-PixelLanes opacitiesOf(const BYTE* block, LayerOpacity opacity, const BYTE* mask) {
+/// The source alphas of a block, scaled by the layer's opacity and the mask; a null mask does not scale them.
+PixelLanes alphasOf(const BYTE* block, LayerOpacity opacity, const BYTE* mask) {
   PixelLanes lanes = alphasOf(block);
   if (opacity.reduction != 0) {
     const Lane reduction = opacity.reduction;
@@ -70,26 +70,25 @@ PixelLanes opacitiesOf(const BYTE* block, LayerOpacity opacity, const BYTE* mask
   return lanes;
 }
 
-/// 0 when all opacities are 0, opaqueSum when all are 255, else between.
-int sumOf(const PixelLanes& opacities) {
+/// 0 when all alphas are 0, opaqueSum when all are 255, else between.
+int sumOf(const PixelLanes& alphas) {
   Lane sum = 0;
-  for (int i = 0; i < blockPixels; ++i) sum = static_cast<Lane>(sum + opacities[i]);
+  for (int i = 0; i < blockPixels; ++i) sum = static_cast<Lane>(sum + alphas[i]);
   return sum;
 }
 constexpr int opaqueSum = 255 * blockPixels;
 
-// Rules. block() does a block by the rule's formula. keeps() tells whether a block with all a = 0 stays as it
-// is; copiesOpaque whether a = 255 gives the source pixel.
+// Rules. block() computes a block by the rule's formula. keeps() tells whether a block with all a = 0 is
+// unchanged; copiesOpaque whether a = 255 gives the source pixel.
 
 struct LinearMix {
   static constexpr bool copiesOpaque = true;
   static bool keeps(const BYTE*) { return true; }
 
-  static void block(BYTE* to, const BYTE* from, const PixelLanes& opacities) {
+  static void block(BYTE* to, const BYTE* from, const PixelLanes& alphas) {
     PixelLanes weights;
-    // A weight of 256 copies, which is what 255 has to do.
-    for (int i = 0; i < blockPixels; ++i)
-      weights[i] = static_cast<Lane>(opacities[i] + (opacities[i] == 255));
+    // 255 has to copy the source, which a weight of 256 does.
+    for (int i = 0; i < blockPixels; ++i) weights[i] = static_cast<Lane>(alphas[i] + (alphas[i] == 255));
     const ByteLanes weight = spread(weights);
     Bytes bytes;
     for (int i = 0; i < blockBytes; ++i) bytes[i] = static_cast<BYTE>(mixed(to[i], from[i], weight[i]));
@@ -101,11 +100,11 @@ struct EvenMix {
   static constexpr bool copiesOpaque = true;
   static bool keeps(const BYTE*) { return true; }
 
-  static void block(BYTE* to, const BYTE* from, const PixelLanes& opacities) {
+  static void block(BYTE* to, const BYTE* from, const PixelLanes& alphas) {
     PixelLanes weights;
-    // 32768 a / 255 = 257 a / 2 for a below 255, as the sum 128 a + a / 2 to stay in 16 bits.
+    // f = 32768 a / 255 = 257 a / 2 for a below 255, computed as 128 a + a / 2 to fit 16 bits.
     for (int i = 0; i < blockPixels; ++i) {
-      weights[i] = static_cast<Lane>(opacities[i] * 128 + (opacities[i] >> 1));
+      weights[i] = static_cast<Lane>(alphas[i] * 128 + (alphas[i] >> 1));
     }
     const ByteLanes weight = spread(weights);
     Bytes bytes;
@@ -115,8 +114,8 @@ struct EvenMix {
     }
     Block<DWORD, blockPixels> kept;
     Block<DWORD, blockPixels> copied;
-    for (int i = 0; i < blockPixels; ++i) kept[i] = bitsWhere(opacities[i] == 0);
-    for (int i = 0; i < blockPixels; ++i) copied[i] = bitsWhere(opacities[i] == 255);
+    for (int i = 0; i < blockPixels; ++i) kept[i] = bitsWhere(alphas[i] == 0);
+    for (int i = 0; i < blockPixels; ++i) copied[i] = bitsWhere(alphas[i] == 255);
     for (int i = 0; i < blockPixels; ++i) {
       putPixel(to, i,
                (pixelAt(bytes.values, i) & ~(kept[i] | copied[i])) | (pixelAt(to, i) & kept[i]) |
@@ -140,8 +139,8 @@ struct ExactOver {
     if (sumOf(below) == opaqueSum) return ontoOpaque(to, from, above);
     PixelLanes alphas;
     Block<float, blockPixels> reciprocals;
-    for (int i = 0; i < blockPixels; ++i) alphas[i] = unionOpacity(below[i], above[i]);
-    // With opacity 0 all sums are 0 too, so any finite value does.
+    for (int i = 0; i < blockPixels; ++i) alphas[i] = unionAlpha(below[i], above[i]);
+    // Where the resulting alpha is 0 all sums are 0 too, so any finite divisor will do.
     for (int i = 0; i < blockPixels; ++i) {
       reciprocals[i] = 1.0F / static_cast<float>(int{alphas[i]} + (alphas[i] == 0));
     }
@@ -150,8 +149,8 @@ struct ExactOver {
     const Block<float, blockBytes> reciprocal = spread(reciprocals);
     ByteLanes sums;
     for (int i = 0; i < blockBytes; ++i) sums[i] = weightedSum(belowAlpha[i], aboveAlpha[i], to[i], from[i]);
-    // The half keeps quotients that are whole numbers from falling below them; tested for every sum up to
-    // 65025 and every opacity.
+    // The half prevents exact quotients from being rounded below their whole number; tested for every sum up
+    // to 65025 and every alpha.
     Bytes bytes;
     for (int i = 0; i < blockBytes; ++i) {
       bytes[i] =
@@ -162,7 +161,7 @@ struct ExactOver {
     }
   }
 
-  /// With ad = 255 the formula comes down to (d (255 - a) + s a) / 255, and opacity stays 255.
+  /// With ad = 255 the formula is (d (255 - a) + s a) / 255, and alpha remains 255.
   static void ontoOpaque(BYTE* to, const BYTE* from, const PixelLanes& above) {
     const ByteLanes weight = spread(above);
     Bytes bytes;
@@ -191,7 +190,7 @@ struct PlainOver {
     const ByteLanes belowAlpha = spread(below);
     const ByteLanes aboveAlpha = spread(above);
     const Block<float, blockBytes> divisor = spread(divisors);
-    // Dividend and divisor have at most 24 bits, for which a division of floats, truncated, is exact. A
+    // Dividend and divisor have at most 24 bits. For those the truncated quotient of floats is exact; a
     // multiplication by the reciprocal would not be.
     Bytes bytes;
     for (int i = 0; i < blockBytes; ++i) {
@@ -207,10 +206,10 @@ struct PlainOver {
   }
 };
 
-/// Pixels that may be read before the first of them is written without losing the order from the left: the
-/// distance of the two rows when they lie in each other.
+/// The number of pixels that may be read before the first of them is written without a change of the order
+/// from the left: the distance of the two rows if they overlap.
 int safeBlock(const Bgra* to, const Bgra* from) {
-  // As numbers, since the rows of two images have no order as pointers.
+  // Compared as numbers: pointers into two different images have no defined order.
   const auto toAt = reinterpret_cast<std::uintptr_t>(to);
   const auto fromAt = reinterpret_cast<std::uintptr_t>(from);
   const std::uintptr_t pixels = (toAt > fromAt ? toAt - fromAt : fromAt - toAt) / sizeof(Bgra);
@@ -220,7 +219,8 @@ int safeBlock(const Bgra* to, const Bgra* from) {
 BYTE* bytesAt(Bgra* pixel) { return reinterpret_cast<BYTE*>(pixel); }
 const BYTE* bytesAt(const Bgra* pixel) { return reinterpret_cast<const BYTE*>(pixel); }
 
-/// Calls kernel(to, from, mask) for blocks of exactly blockPixels pixels. Parts of a block go through copies.
+/// Calls kernel(to, from, mask) for blocks of exactly blockPixels pixels. An incomplete block is processed in
+/// a copy.
 template <class From, class Kernel>
 void forEachBlock(Bgra* to, From* from, int count, const BYTE* mask, Kernel&& kernel) {
   const int step = safeBlock(to, from);
@@ -247,30 +247,30 @@ void forEachBlock(Bgra* to, From* from, int count, const BYTE* mask, Kernel&& ke
 template <class Rule>
 void blend(Bgra* to, const Bgra* from, int count, LayerOpacity opacity, const BYTE* mask) {
   forEachBlock(to, from, count, mask, [opacity](BYTE* d, const BYTE* s, const BYTE* maskBytes) {
-    const PixelLanes opacities = opacitiesOf(s, opacity, maskBytes);
-    const int sum = sumOf(opacities);
+    const PixelLanes alphas = alphasOf(s, opacity, maskBytes);
+    const int sum = sumOf(alphas);
     if (sum == 0 && Rule::keeps(d)) return;
     if (sum == opaqueSum && Rule::copiesOpaque) {
       std::memmove(d, s, blockBytes);
     } else {
-      Rule::block(d, s, opacities);
+      Rule::block(d, s, alphas);
     }
   });
 }
 
 void copyOrShadeBlocks(Bgra* to, Bgra* from, int count, LayerOpacity opacity, const BYTE* mask) {
   forEachBlock(to, from, count, mask, [opacity](BYTE* d, BYTE* s, const BYTE* maskBytes) {
-    const PixelLanes opacities = opacitiesOf(s, opacity, maskBytes);
-    if (sumOf(opacities) == 0) return;
+    const PixelLanes alphas = alphasOf(s, opacity, maskBytes);
+    if (sumOf(alphas) == 0) return;
     PixelLanes weights;
-    // 256 a / 255 is a itself below 255; opaque pixels are not shaded.
-    for (int i = 0; i < blockPixels; ++i) weights[i] = opacities[i] == 255 ? Lane{0} : opacities[i];
+    // f = 256 a / 255 is a for a below 255; opaque pixels are not shaded.
+    for (int i = 0; i < blockPixels; ++i) weights[i] = alphas[i] == 255 ? Lane{0} : alphas[i];
     const ByteLanes weight = spread(weights);
     Bytes shaded;
     // (256 s + (d - s) f) / 256 is the linear mix with the layers exchanged.
     for (int i = 0; i < blockBytes; ++i) shaded[i] = static_cast<BYTE>(mixed(s[i], d[i], weight[i]));
     for (int i = 0; i < blockPixels; ++i) {
-      const DWORD copied = bitsWhere(opacities[i] == 255);
+      const DWORD copied = bitsWhere(alphas[i] == 255);
       putPixel(d, i, (pixelAt(d, i) & ~copied) | (pixelAt(s, i) & copied));
     }
     for (int i = 0; i < blockPixels; ++i) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "dib/allocate.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
 
@@ -9,7 +10,7 @@ namespace {
 
 bool visible(const Bgra& pixel) { return pixel.alpha != 0; }
 
-/// Whether some pixel of [begin, end) is visible; looks at blocks whole, without a branch per pixel.
+/// Whether some pixel of [begin, end) is visible. Examines whole blocks, without a branch for each pixel.
 bool anyVisible(const Bgra* row, int begin, int end) {
   constexpr int block = 64;
   for (int x = begin; x < end; x += block) {
@@ -25,7 +26,7 @@ struct Columns {
   int first;  ///< first visible column
   int end;    ///< one past the last visible column
 
-  /// Takes in a row: looks only at what lies outside so far.
+  /// Includes a row. Only pixels outside the present edges are examined.
   void include(const Bgra* row, int width) {
     if (anyVisible(row, 0, first)) first = static_cast<int>(std::find_if(row, row + first, visible) - row);
     if (anyVisible(row, end, width)) {
@@ -41,7 +42,8 @@ OwnedDib trimmed(const BITMAPINFOHEADER* dib, int left, int top, int right, int 
   const std::int64_t width = std::int64_t{source.width()} - left - right;
   const std::int64_t height = std::int64_t{source.height()} - top - bottom;
   if (width < 0 || height < 0) return nullptr;
-  OwnedDib result = createDib(static_cast<int>(width), static_cast<int>(height), 32, 0, Pixels::unwritten);
+  OwnedDib result =
+      createDib(static_cast<int>(width), static_cast<int>(height), 32, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   const View view(result.get());
   for (int y = 0; y < view.lines(); ++y) {
@@ -62,8 +64,9 @@ BYTE transparencyBits(const Bgra* row, int x, int width) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int* right, int* bottom) {
-  using namespace dibkit;
   const View view = viewOfDepth(image, 32);
   if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
   const int width = view.width();
@@ -72,8 +75,8 @@ void CDIB32::CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int*
   int first = 0;
   while (first < view.lines() && blank(first)) ++first;
   if (first == view.lines()) {
-    // The other three keep what they hold: an image without a visible pixel has no left or right margin to
-    // speak of, and hosts tell the case by the top one.
+    // The other three outputs are unchanged: an image without a visible pixel has no left or right margin,
+    // and hosts recognise the case by the top one.
     *top = view.height();
     return;
   }
@@ -88,14 +91,13 @@ void CDIB32::CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int*
 }
 
 BITMAPINFOHEADER* CDIB32::Trim32BitsDIB(BITMAPINFOHEADER* image, int left, int top, int right, int bottom) {
-  return dibkit::trimmed(image, left, top, right, bottom).release();
+  return trimmed(image, left, top, right, bottom).release();
 }
 
 BITMAPINFOHEADER* CDIB32::CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image) {
-  using namespace dibkit;
   const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  OwnedDib mask = createDib(source.width(), source.height(), 1, 0, Pixels::unwritten);
+  OwnedDib mask = createDib(source.width(), source.height(), 1, 0, InitialPixels::unwritten);
   if (!mask) return nullptr;
   const View bits(mask.get());
   for (int y = 0; y < source.lines(); ++y) {
@@ -108,13 +110,12 @@ BITMAPINFOHEADER* CDIB32::CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image
 }
 
 BITMAPINFOHEADER* CDIB32::CreateParaShadowDIB(BITMAPINFOHEADER* const image, COLORREF colour) {
-  using namespace dibkit;
   const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  OwnedDib shadow = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+  OwnedDib shadow = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
   if (!shadow) return nullptr;
   const View view(shadow.get());
-  const DWORD shade = entryKey(fromColorRef(colour));
+  const DWORD shade = packRgb(fromColorRef(colour));
   for (int y = 0; y < source.lines(); ++y) {
     const Bgra* from = pixelsOf(source.row(y));
     Bgra* to = pixelsOf(view.row(y));

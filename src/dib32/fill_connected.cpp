@@ -1,19 +1,21 @@
-#include "dib/guard.h"
-#include "dib/placement.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/paint.h"
 #include "dib32/pixel_box.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
+#include "raster/placement.h"
 
 namespace dibkit {
 namespace {
 
-/// The connected walk of a fill. Runs come as from walkConnected, but the seed, which is filled whatever it
-/// holds, comes as a run of its own.
+/// The flood fill of every connected fill. It gives the runs of floodFill, except that the seed, which is
+/// filled whether it matches or not, is a run of its own.
 template <class Match, class Visit>
-BOOL walkFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& visit) {
+BOOL floodFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& visit) {
   return orOutOfMemory(FALSE, [&] {
     const int at = static_cast<int>(seed.x);
-    walkConnected(image.width(), image.height(), seed, match, [&](int y, int left, int right) {
+    floodFill(image.width(), image.height(), seed, match, [&](int y, int left, int right) {
       if (y != seed.y || at < left || at >= right) {
         visit(y, left, right);
         return;
@@ -27,7 +29,7 @@ BOOL walkFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& v
 }
 
 /// Fills the pixels in the box that are connected with the seed.
-/// \param paint called as paint(run, count); beside the seed all pixels of the area lie in the box
+/// \param paint called as paint(run, count); all pixels but the seed are in the box
 /// \param bounds receives the box around the area, unless null
 template <class Paint>
 BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, Paint paint,
@@ -35,7 +37,7 @@ BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box,
   const View image = viewOfDepth(dib, 32);
   if (!image.contains(seed.x, seed.y)) return FALSE;
   if (bounds != nullptr) *bounds = {seed.x, seed.y, seed.x + 1, seed.y + 1};
-  return walkFromSeed(
+  return floodFromSeed(
       image, seed,
       [&](int y, int x, int count, BYTE* flags) {
         markMatches(pixelsOf(image.row(y)) + x, count, box, flags);
@@ -50,7 +52,7 @@ BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box,
       });
 }
 
-/// An 8-bit mask that lies over an image.
+/// An 8-bit mask placed over an image.
 class MaskOver {
  public:
   MaskOver(const View& image, const BITMAPINFOHEADER* dib, const POINT& origin)
@@ -73,8 +75,8 @@ class MaskOver {
     return mask_.row(static_cast<int>(std::int64_t{y} - origin_.y)) + (std::int64_t{x} - origin_.x);
   }
 
-  /// The byte that a point gets by address alone: beside the mask that is padding or part of another row.
-  /// 0 for an address outside the mask's block.
+  /// The byte at a point's address, computed without a check against the mask's width: beside the mask it is
+  /// padding or part of another row. 0 for an address outside the mask's block.
   BYTE byteByAddress(const POINT& point) const {
     const std::int64_t rowsUp = mask_.height() - 1 - (std::int64_t{point.y} - origin_.y);
     if (rowsUp < -maximumDibBytes || rowsUp > maximumDibBytes) return 0;
@@ -92,9 +94,8 @@ class MaskOver {
 
 /// Fills as fillConnected does, but only pixels whose mask byte is not 0.
 ///
-/// A pixel that only the mask shuts out stays open to further looks from its neighbours, as nobody marks it.
-/// That changes nothing: neither its mask byte nor, as long as it is not painted, its colour changes, so one
-/// look is enough.
+/// A pixel that only the mask excludes is not visited, so each of its neighbours may test it again. One test
+/// is enough: neither its mask byte nor, until it is painted, its colour changes, so all tests agree.
 /// \param paint called as paint(run, mask bytes, count)
 template <class Paint>
 BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box, Paint paint,
@@ -102,9 +103,10 @@ BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const Pixel
   const View image = viewOfDepth(dib, 32);
   const MaskOver mask(image, maskDib, maskOrigin);
   if (!image.contains(seed.x, seed.y) || !mask) return FALSE;
-  // The mask is not asked whether it covers the seed, so a click beside it takes what lies there in memory.
+  // Deliberately without a test whether the mask covers the seed: a click beside it uses the byte at that
+  // address.
   const BYTE seedMask = mask.byteByAddress(seed);
-  return walkFromSeed(
+  return floodFromSeed(
       image, seed,
       [&](int y, int x, int count, BYTE* flags) {
         std::fill_n(flags, count, BYTE{0});
@@ -123,32 +125,33 @@ BOOL fillConnectedUnderMask(BITMAPINFOHEADER* dib, const POINT seed, const Pixel
 }  // namespace
 }  // namespace dibkit
 
-// Opacities come as int and count by their low byte, here and in every other fill.
+using namespace dibkit;
+
+// Opacities are passed as int and only their low byte is used, here and in every other fill.
 
 BOOL CDIB32::ExtFillConnectedPixels(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int erase,
                                     int opacity, int tolerance, const POINT& seed, RECT* bounds) {
-  const auto box = dibkit::PixelBox::nearTarget(target, tolerance);
-  if (erase != 0) return dibkit::fillConnected(image, seed, box, dibkit::SetOpacity(0), bounds);
-  dibkit::LayColour paint(fill, dibkit::lowByte(opacity));
-  return dibkit::fillConnected(image, seed, box, paint, bounds);
+  const auto box = PixelBox::nearTarget(target, tolerance);
+  if (erase != 0) return fillConnected(image, seed, box, SetAlpha(0), bounds);
+  CompositeColour paint(fill, lowByte(opacity));
+  return fillConnected(image, seed, box, paint, bounds);
 }
 
 BOOL CDIB32::ExtFillConnectedPixels_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                                          int tolerance, const POINT& seed, BITMAPINFOHEADER* mask,
                                          const CPoint& maskOrigin) {
-  return dibkit::fillConnectedUnderMask(image, seed, dibkit::PixelBox::nearTarget(target, tolerance),
-                                        dibkit::LayColour(fill, dibkit::lowByte(opacity)), mask, maskOrigin);
+  return fillConnectedUnderMask(image, seed, PixelBox::nearTarget(target, tolerance),
+                                CompositeColour(fill, lowByte(opacity)), mask, maskOrigin);
 }
 
 BOOL CDIB32::ExtFillConnectedTransPixels(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                          const POINT& seed) {
-  return dibkit::fillConnected(image, seed, dibkit::PixelBox::transparent(),
-                               dibkit::PutColour(colour, dibkit::lowByte(alpha)));
+  return fillConnected(image, seed, PixelBox::transparent(), PutColour(colour, lowByte(alpha)));
 }
 
 BOOL CDIB32::ExtFillConnectedTransPixels_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                               const POINT& seed, BITMAPINFOHEADER* mask,
                                               const CPoint& maskOrigin) {
-  return dibkit::fillConnectedUnderMask(image, seed, dibkit::PixelBox::transparent(),
-                                        dibkit::PutColour(colour, dibkit::lowByte(alpha)), mask, maskOrigin);
+  return fillConnectedUnderMask(image, seed, PixelBox::transparent(), PutColour(colour, lowByte(alpha)), mask,
+                                maskOrigin);
 }

@@ -1,8 +1,9 @@
-#include "dib/placement.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/paint.h"
 #include "dib32/pixel_box.h"
+#include "raster/placement.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -55,42 +56,42 @@ void fillRectangle(const View& image, const RECT& rect, Paint paint) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BOOL CDIB32::ExtFill32BitsDIB(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                               int tolerance) {
-  return dibkit::fillSimilar(image, dibkit::PixelBox::nearTarget(target, tolerance),
-                             dibkit::LayColour(fill, dibkit::lowByte(opacity)));
+  return fillSimilar(image, PixelBox::nearTarget(target, tolerance), CompositeColour(fill, lowByte(opacity)));
 }
 
 BOOL CDIB32::ExtFill32BitsDIB_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                                    int tolerance, BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
-  return dibkit::fillSimilarUnderMask(image, dibkit::PixelBox::nearTarget(target, tolerance),
-                                      dibkit::LayColour(fill, dibkit::lowByte(opacity)), mask, maskOrigin);
+  return fillSimilarUnderMask(image, PixelBox::nearTarget(target, tolerance),
+                              CompositeColour(fill, lowByte(opacity)), mask, maskOrigin);
 }
 
 BOOL CDIB32::ExtFillTransBlock(BITMAPINFOHEADER* image, COLORREF colour, int alpha) {
-  return dibkit::fillSimilar(image, dibkit::PixelBox::transparent(),
-                             dibkit::PutColour(colour, dibkit::lowByte(alpha)));
+  return fillSimilar(image, PixelBox::transparent(), PutColour(colour, lowByte(alpha)));
 }
 
 BOOL CDIB32::ExtFillTransBlock_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                     BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
-  return dibkit::fillSimilarUnderMask(image, dibkit::PixelBox::transparent(),
-                                      dibkit::PutColour(colour, dibkit::lowByte(alpha)), mask, maskOrigin);
+  return fillSimilarUnderMask(image, PixelBox::transparent(), PutColour(colour, lowByte(alpha)), mask,
+                              maskOrigin);
 }
 
 BOOL CDIB32::Fill32DIBOpacityArea(BITMAPINFOHEADER* image, const RECT& area, BYTE alpha) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  const View view = viewOfDepth(image, 32);
   if (!view) return FALSE;
-  dibkit::fillRectangle(view, area, dibkit::SetOpacity(alpha));
+  fillRectangle(view, area, SetAlpha(alpha));
   return TRUE;
 }
 
 BOOL CDIB32::Fill32DIBOpacityArea(BITMAPINFOHEADER* image, HRGN region, BYTE alpha) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  const dibkit::RegionSpans spans(region);
+  const View view = viewOfDepth(image, 32);
+  const RegionSpans spans(region);
   if (!view || !spans.valid()) return FALSE;
   for (const RECT& rect : spans.rectangles()) {
-    dibkit::fillRectangle(view, rect, dibkit::SetOpacity(alpha));
+    fillRectangle(view, rect, SetAlpha(alpha));
   }
   return TRUE;
 }

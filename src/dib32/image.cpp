@@ -2,6 +2,7 @@
 #include <bit>
 
 #include "dib/allocate.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
 #include "dib32/opacity.h"
@@ -13,7 +14,8 @@ void fillRows(const View& image, const Bgra& pixel) {
   for (int y = 0; y < image.lines(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
 }
 
-/// Makes every pixel of a 32-bit image rule(pixel), as numbers 0xAARRGGBB; does nothing for any other image.
+/// Replaces every pixel of a 32-bit image by rule(pixel), as numbers 0xAARRGGBB. Does nothing for any other
+/// image.
 template <class Rule>
 void changePixels(BITMAPINFOHEADER* dib, Rule&& rule) {
   const View image = viewOfDepth(dib, 32);
@@ -27,12 +29,12 @@ void changePixels(BITMAPINFOHEADER* dib, Rule&& rule) {
 template <class Found>
 bool anyRow(const View& image, Found&& found) {
   for (int y = 0; y < image.lines(); ++y) {
-    if (found(opacityKindOf(pixelsOf(image.row(y)), image.width()))) return true;
+    if (found(alphaKindOf(pixelsOf(image.row(y)), image.width()))) return true;
   }
   return false;
 }
 
-/// Gives the pixels whose mask bit is set the opacity `alpha`. A mask of another depth masks nothing.
+/// Sets the alpha of the pixels whose mask bit is set. A mask whose depth is not 1 has no effect.
 void setMaskedAlpha(const View& image, const BITMAPINFOHEADER* maskDib, BYTE alpha) {
   const ConstView mask = viewOfDepth(maskDib, 1);
   const int width = std::min(image.width(), mask.width());
@@ -46,8 +48,9 @@ void setMaskedAlpha(const View& image, const BITMAPINFOHEADER* maskDib, BYTE alp
   }
 }
 
-/// A bit field of a 16-bit pixel as a byte. The field is found by the lengths of those below it, not by its
-/// mask's own shift: fields with gaps between them read wrong, and that stays so.
+/// A bit field of a 16-bit pixel as a byte. Its position is the sum of the lengths of the fields below it,
+/// not its own mask's shift. So fields with gaps between them are read wrong, deliberately: hosts know the
+/// result.
 struct Field {
   DWORD mask;
   int down;  ///< bits of all fields below
@@ -70,7 +73,7 @@ struct Field {
 OwnedDib fromBitFields(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask) {
   const ConstView source = viewOfDepth(sourceDib, 16);
   if (!source || sourceDib->biCompression != BI_BITFIELDS) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
 
   DWORD masks[3];
@@ -100,14 +103,14 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
   const DWORD top = DWORD{normalAlpha} << 24;
   return withFormat(source.bitCount(), OwnedDib(), [&](auto format) -> OwnedDib {
     using Format = decltype(format);
-    OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+    OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
     if (!result) return nullptr;
     const View image(result.get());
     for (int y = 0; y < image.lines(); ++y) {
       const BYTE* from = source.row(y);
       Bgra* to = pixelsOf(image.row(y));
       for (int x = 0; x < image.width(); ++x) {
-        putWord(to, x, entryKey(Format::colour(Format::get(from, x), palette)) | top);
+        putWord(to, x, packRgb(Format::colour(Format::get(from, x), palette)) | top);
       }
     }
     setMaskedAlpha(image, mask, maskedAlpha);
@@ -118,18 +121,18 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
 }  // namespace
 }  // namespace dibkit
 
-using dibkit::OpacityKind;
+using namespace dibkit;
 
 CDIB32::~CDIB32() = default;
 
 BITMAPINFOHEADER* CDIB32::CreateBlank32BitsDIB(int width, int height) {
-  return dibkit::createDib(width, height, 32, 0).release();
+  return createDib(width, height, 32, 0).release();
 }
 
 BITMAPINFOHEADER* CDIB32::CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha) {
-  dibkit::OwnedDib result = dibkit::createDib(width, height, 32, 0, dibkit::Pixels::unwritten);
+  OwnedDib result = createDib(width, height, 32, 0, InitialPixels::unwritten);
   if (result) {
-    dibkit::fillRows(dibkit::View(result.get()), dibkit::withAlpha(dibkit::fromColorRef(colour), alpha));
+    fillRows(View(result.get()), withAlpha(fromColorRef(colour), alpha));
   }
   return result.release();
 }
@@ -139,12 +142,12 @@ BITMAPINFOHEADER* CDIB32::ConvertTo32BitsDIB(BITMAPINFOHEADER* source, BITMAPINF
   if (source != nullptr && source->biBitCount == 16 && source->biCompression == BI_BITFIELDS) {
     return ConvertBitField16BitsDIBTo32BitsDIB(source, mask);
   }
-  return dibkit::toBgra(source, mask, normalAlpha, maskedAlpha).release();
+  return toBgra(source, mask, normalAlpha, maskedAlpha).release();
 }
 
 BITMAPINFOHEADER* CDIB32::ConvertBitField16BitsDIBTo32BitsDIB(BITMAPINFOHEADER* source,
                                                               BITMAPINFOHEADER* mask) {
-  return dibkit::fromBitFields(source, mask).release();
+  return fromBitFields(source, mask).release();
 }
 
 void CDIB32::CalcuMaskShift(DWORD mask, int& shift, int& length) {
@@ -153,48 +156,47 @@ void CDIB32::CalcuMaskShift(DWORD mask, int& shift, int& length) {
 }
 
 void CDIB32::Make32BitsSimpleColorDIB(BITMAPINFOHEADER* image, COLORREF colour) {
-  const DWORD key = dibkit::entryKey(dibkit::fromColorRef(colour));
-  dibkit::changePixels(image, [key](DWORD pixel) { return (pixel & ~dibkit::colourBits) | key; });
+  const DWORD key = packRgb(fromColorRef(colour));
+  changePixels(image, [key](DWORD pixel) { return (pixel & ~colourBits) | key; });
 }
 
 void CDIB32::MakeAllPixelsSameOpacity(BITMAPINFOHEADER* image, BYTE alpha) {
   const DWORD top = DWORD{alpha} << 24;
-  dibkit::changePixels(image, [top](DWORD pixel) { return (pixel & dibkit::colourBits) | top; });
+  changePixels(image, [top](DWORD pixel) { return (pixel & colourBits) | top; });
 }
 
 void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
   const DWORD scale = 255U - reduction;
-  dibkit::changePixels(image, [scale](DWORD pixel) {
-    const auto alpha = dibkit::divideBy255(static_cast<dibkit::Lane>((pixel >> 24) * scale));
-    return (pixel & dibkit::colourBits) | DWORD{alpha} << 24;
+  changePixels(image, [scale](DWORD pixel) {
+    const auto alpha = divideBy255(static_cast<Lane>((pixel >> 24) * scale));
+    return (pixel & colourBits) | DWORD{alpha} << 24;
   });
 }
 
 void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {
-  dibkit::fillRows(dibkit::viewOfDepth(image, 32), {blue, green, red, 255});
+  fillRows(viewOfDepth(image, 32), {blue, green, red, 255});
 }
 
 BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return view && !dibkit::anyRow(view, [](OpacityKind kind) { return kind != OpacityKind::opaque; });
+  const View view = viewOfDepth(image, 32);
+  return view && !anyRow(view, [](AlphaKind kind) { return kind != AlphaKind::opaque; });
 }
 
 BOOL CDIB32::IsTranslucence32BitsImage(BITMAPINFOHEADER* const image) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return dibkit::anyRow(view, [](OpacityKind kind) { return kind == OpacityKind::translucent; });
+  const View view = viewOfDepth(image, 32);
+  return anyRow(view, [](AlphaKind kind) { return kind == AlphaKind::translucent; });
 }
 
 BOOL CDIB32::IsIn32BitsDIB(BITMAPINFOHEADER* image, const POINT& point) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
-  return view.contains(point.x, point.y) &&
-         dibkit::pixelsOf(view.row(static_cast<int>(point.y)))[point.x].alpha != 0;
+  const View view = viewOfDepth(image, 32);
+  return view.contains(point.x, point.y) && pixelsOf(view.row(static_cast<int>(point.y)))[point.x].alpha != 0;
 }
 
 int CDIB32::CompareColors(const void* a, const void* b) {
-  const auto luminance = [](const void* pixel) {
+  const auto luminanceOf = [](const void* pixel) {
     // Three bytes, not four: the pixel may be the last one of a block of three-byte pixels.
     const auto* bytes = static_cast<const BYTE*>(pixel);
-    return dibkit::luminance({bytes[0], bytes[1], bytes[2]});
+    return luminance({bytes[0], bytes[1], bytes[2]});
   };
-  return luminance(a) - luminance(b);
+  return luminanceOf(a) - luminanceOf(b);
 }

@@ -3,17 +3,18 @@
 #include <vector>
 
 #include "dib/allocate.h"
-#include "dib/guard.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/median_of_nine.h"
 #include "dib32/row_history.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
-/// The pixels of a window as a histogram of their luminances, with a pixel for each: the one that came last,
-/// which is in the window as long as any of its luminance is, because pixels leave in the order in which
-/// their columns (or, for whole rows, their rows) came.
+/// The pixels of a window as a histogram of their luminances, with one pixel for each luminance: the last
+/// that was added. It is in the window as long as any pixel of that luminance is, because pixels are removed
+/// in the order in which their columns (or, for whole rows, their rows) were added.
 class MedianWindow {
  public:
   void add(BYTE luma, const Bgra& pixel) {
@@ -25,7 +26,7 @@ class MedianWindow {
     --counts_[luma];
     below_ -= luma < median_;
   }
-  /// The pixel at the given index in order of luminance. It is looked for from where the last one was found.
+  /// The pixel at the given index in order of luminance. The search starts at the last result.
   const Bgra& at(int index) {
     while (below_ > index) below_ -= counts_[--median_];
     while (below_ + counts_[median_] <= index) below_ += counts_[median_++];
@@ -39,14 +40,14 @@ class MedianWindow {
   int below_ = 0;  ///< pixels darker than median_
 };
 
-/// How far a window reaches from its pixel. An even n reaches one further to the left and to the top.
+/// How far a window extends from its pixel. With an even n it extends one further to the left and to the top.
 struct Reach {
   int before, after;
-  /// Limited by the size of the image, beyond which there is nothing.
+  /// Limited by the size of the image, outside which there are no pixels.
   Reach(int n, int size) : before(std::min(n / 2, size - 1)), after(std::min(n - n / 2 - 1, size - 1)) {}
 };
 
-/// The median by a histogram that slides along the row: a step costs the two columns that change.
+/// The median from a histogram that slides along the row: a step removes one column and adds one.
 void filterSliding(const View& image, int n) {
   struct Row {
     const BYTE* lumas;
@@ -96,10 +97,10 @@ void transpose(const ConstView& from, const View& to) {
   }
 }
 
-/// The sliding median of an image that is taller than wide and has fewer columns than the neighbourhood:
-/// lying on its side it has shorter columns to add and remove.
+/// The sliding median of an image that is taller than wide and has fewer columns than the neighbourhood.
+/// Transposed, it has shorter columns to add and remove.
 void filterOnItsSide(const BITMAPINFOHEADER* dib, const View& image, int n) {
-  const OwnedDib side = createDib(image.height(), image.width(), 32, 0, Pixels::unwritten);
+  const OwnedDib side = createDib(image.height(), image.width(), 32, 0, InitialPixels::unwritten);
   if (!side) return;
   const View turned(side.get());
   transpose(ConstView(dib), turned);
@@ -110,17 +111,19 @@ void filterOnItsSide(const BITMAPINFOHEADER* dib, const View& image, int n) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::MedianFilter32BitsImage(BITMAPINFOHEADER* image, int n) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  const View view = viewOfDepth(image, 32);
   // The median of one pixel is the pixel.
   if (view.width() == 0 || view.height() == 0 || n <= 1) return;
-  dibkit::orOutOfMemory(false, [&] {
+  orOutOfMemory(false, [&] {
     if (n == 3) {
-      dibkit::filterByNine(view);
+      filterByNine(view);
     } else if (n > view.width() && view.height() > view.width()) {
-      dibkit::filterOnItsSide(image, view, n);
+      filterOnItsSide(image, view, n);
     } else {
-      dibkit::filterSliding(view, n);
+      filterSliding(view, n);
     }
     return true;
   });

@@ -2,28 +2,30 @@
 
 #include <array>
 
+#include "dib/view.h"
 #include "dib32/row_history.h"
 
 namespace dibkit {
 namespace {
 
 /// A luminance with the place of its pixel in the neighbourhood, [0000LLLL LLLLRRCC]: row and column count
-/// from 0. No two of a neighbourhood are equal, and the least bits tell which pixel has won. Signed, because
-/// plain vectors of 16 bits compare that way.
+/// from 0. So no two keys of a neighbourhood are equal, and the low bits say which pixel is the median.
+/// Signed, because plain vectors of 16 bits compare signed numbers.
 using Key = std::int16_t;
 
 Key darker(Key a, Key b) { return std::min(a, b); }
 Key brighter(Key a, Key b) { return std::max(a, b); }
 Key middle(Key a, Key b, Key c) { return brighter(darker(a, b), darker(brighter(a, b), c)); }
 
-/// The three keys above each other in each column, sorted; their column bits are 0.
+/// The sorted three keys of each column; their column bits are 0.
 struct SortedColumns {
-  explicit SortedColumns(int width) : least(static_cast<std::size_t>(width)), medium(least), most(least) {}
+  explicit SortedColumns(int width)
+      : minimum(static_cast<std::size_t>(width)), median(minimum), maximum(minimum) {}
 
   void sort(const BYTE* top, const BYTE* centre, const BYTE* bottom, int width) {
-    Key* const low = least.data();
-    Key* const mid = medium.data();
-    Key* const high = most.data();
+    Key* const low = minimum.data();
+    Key* const mid = median.data();
+    Key* const high = maximum.data();
     for (int x = 0; x < width; ++x) {
       const auto a = static_cast<Key>(top[x] << 4);
       const auto b = static_cast<Key>(centre[x] << 4 | 4);
@@ -34,22 +36,22 @@ struct SortedColumns {
     }
   }
 
-  std::vector<Key> least, medium, most;
+  std::vector<Key> minimum, median, maximum;
 };
 
-/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns: the middle
-/// one of the brightest of the least, the median of the medium and the darkest of the most. (The selection
-/// from sorted columns by J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.)
+/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns: the median
+/// of the largest minimum, the median of the medians and the smallest maximum of the three columns. (The
+/// selection from sorted columns by J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.)
 void findMedians(const SortedColumns& columns, int count, BYTE* places) {
-  const Key* const low = columns.least.data();
-  const Key* const mid = columns.medium.data();
-  const Key* const high = columns.most.data();
+  const Key* const low = columns.minimum.data();
+  const Key* const mid = columns.median.data();
+  const Key* const high = columns.maximum.data();
   const auto inColumn = [](Key key, int column) { return static_cast<Key>(key | column); };
   for (int x = 0; x < count; ++x) {
-    const Key least = brighter(brighter(low[x], inColumn(low[x + 1], 1)), inColumn(low[x + 2], 2));
-    const Key medium = middle(mid[x], inColumn(mid[x + 1], 1), inColumn(mid[x + 2], 2));
-    const Key most = darker(darker(high[x], inColumn(high[x + 1], 1)), inColumn(high[x + 2], 2));
-    places[x] = static_cast<BYTE>(middle(least, medium, most) & 15);
+    const Key minimum = brighter(brighter(low[x], inColumn(low[x + 1], 1)), inColumn(low[x + 2], 2));
+    const Key median = middle(mid[x], inColumn(mid[x + 1], 1), inColumn(mid[x + 2], 2));
+    const Key maximum = darker(darker(high[x], inColumn(high[x + 1], 1)), inColumn(high[x + 2], 2));
+    places[x] = static_cast<BYTE>(middle(minimum, median, maximum) & 15);
   }
 }
 
@@ -92,7 +94,7 @@ void filterByNine(const View& image) {
     }
     columns.sort(history.lumas(y - 1), history.lumas(y), history.lumas(y + 1), width);
     findMedians(columns, width - 2, places.data());
-    // The pixel at each place of the neighbourhood of column 1; three places of four in a row are in use.
+    // The pixel at each place of the neighbourhood of column 1. Of four places for a row three are used.
     std::array<const Bgra*, 12> at;
     for (std::size_t place = 0; place < at.size(); ++place) {
       at[place] = history.pixels(y - 1 + static_cast<int>(place / 4)) + place % 4;

@@ -1,9 +1,10 @@
 #include <algorithm>
 
 #include "dib/allocate.h"
-#include "dib/placement.h"
+#include "dib/view.h"
 #include "dib32/blend.h"
 #include "dib32/dib32.h"
+#include "raster/placement.h"
 
 namespace dibkit {
 namespace {
@@ -41,7 +42,7 @@ struct Canvas {
     }
   }
 
-  /// Hands the image and its origin to the caller.
+  /// Transfers the image and its origin to the caller.
   BOOL release(BITMAPINFOHEADER** out, POINT* outOrigin) {
     *out = dib.release();
     *outOrigin = origin;
@@ -51,9 +52,9 @@ struct Canvas {
 
 Placed<BYTE> placed32(BITMAPINFOHEADER* dib, const POINT& origin) { return {viewOfDepth(dib, 32), origin}; }
 
-/// Byte 12 of a row is marked with 255 when some pixel of it is visible. It lies beyond a row of fewer than
-/// four pixels, in a row further up the picture, and is dropped above the top one. Hosts have come to rely on
-/// the bytes as they are, so the mark stays where it falls.
+/// Sets byte 12 of a row to 255 if some pixel of the row is visible. In a row of fewer than four pixels that
+/// byte is outside the row, in one further up the picture; above the top row it is dropped. Deliberate: hosts
+/// rely on these bytes.
 void markVisibleRows(const Canvas& canvas, const Placed<BYTE>& image) {
   constexpr std::ptrdiff_t markedByte = 12;
   const View view = canvas.placed().view;
@@ -86,8 +87,8 @@ void pasteVisible(const Canvas& canvas, const Placed<BYTE>& image) {
   });
 }
 
-/// The frame of the operations that write their out parameters in every case and refuse an empty union. They
-/// differ in what draw(canvas) puts on it.
+/// What the operations share that write their out parameters in every case and refuse an empty union. They
+/// differ in what draw(canvas) draws.
 template <class Draw>
 BOOL mergeInto(bool usable, const Box& box, BITMAPINFOHEADER** out, POINT* outOrigin, Draw&& draw) {
   if (out == nullptr || outOrigin == nullptr) return FALSE;
@@ -103,38 +104,39 @@ BOOL mergeInto(bool usable, const Box& box, BITMAPINFOHEADER** out, POINT* outOr
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BYTE bottomReduction,
                          BITMAPINFOHEADER* top, const POINT& topOrigin, BYTE topReduction,
                          BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = dibkit::placed32(bottom, bottomOrigin);
-  const auto above = dibkit::placed32(top, topOrigin);
+  const auto below = placed32(bottom, bottomOrigin);
+  const auto above = placed32(top, topOrigin);
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
-  dibkit::Canvas canvas(unionOf(below.box(), above.box()));
+  Canvas canvas(unionOf(below.box(), above.box()));
   if (!canvas.dib) return FALSE;
-  canvas.forEachRowUnder(below, [=](dibkit::Bgra* to, const dibkit::Bgra* from, int count) {
+  canvas.forEachRowUnder(below, [=](Bgra* to, const Bgra* from, int count) {
     for (int i = 0; i < count; ++i) {
-      const DWORD pixel = dibkit::wordAt(from, i);
+      const DWORD pixel = wordAt(from, i);
       const DWORD alpha = std::max<DWORD>(pixel >> 24, bottomReduction) - bottomReduction;
-      dibkit::putWord(to, i, (pixel & dibkit::colourBits) | alpha << 24);
+      putWord(to, i, (pixel & colourBits) | alpha << 24);
     }
   });
-  canvas.forEachRowUnder(above, [=](dibkit::Bgra* to, const dibkit::Bgra* from, int count) {
-    dibkit::overRow(to, from, count, {topReduction});
-  });
+  canvas.forEachRowUnder(
+      above, [=](Bgra* to, const Bgra* from, int count) { overRow(to, from, count, {topReduction}); });
   return canvas.release(out, outOrigin);
 }
 
 BOOL CDIB32::Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITMAPINFOHEADER* second,
                          const POINT& secondOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = dibkit::placed32(first, firstOrigin);
-  const auto above = dibkit::placed32(second, secondOrigin);
+  const auto below = placed32(first, firstOrigin);
+  const auto above = placed32(second, secondOrigin);
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
-  dibkit::Canvas canvas(unionOf(below.box(), above.box()));
+  Canvas canvas(unionOf(below.box(), above.box()));
   if (!canvas.dib) return FALSE;
   pasteVisibleColours(canvas, below);
   pasteVisibleColours(canvas, above);
-  // Marks outlive the colours: a visible fourth pixel is followed by its own row's mark, and the pixels that
-  // the mark of a narrow row hits lie further up and are done by then.
+  // The marks are written before the colours and remain visible: a visible fourth pixel is followed by its
+  // own row's mark, and the pixels that a narrow row's mark changes are further up and are already done.
   markVisibleRows(canvas, below);
   markVisibleRows(canvas, above);
   return canvas.release(out, outOrigin);
@@ -142,31 +144,31 @@ BOOL CDIB32::Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITM
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMAPINFOHEADER* top,
                             POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = dibkit::placed32(bottom, bottomOrigin);
-  const auto above = dibkit::placed32(top, topOrigin);
-  return dibkit::mergeInto(below.view && above.view, unionOf(below.box(), above.box()), out, outOrigin,
-                           [&](const dibkit::Canvas& canvas) {
-                             canvas.paste(below);
-                             pasteVisible(canvas, above);
-                           });
+  const auto below = placed32(bottom, bottomOrigin);
+  const auto above = placed32(top, topOrigin);
+  return mergeInto(below.view && above.view, unionOf(below.box(), above.box()), out, outOrigin,
+                   [&](const Canvas& canvas) {
+                     canvas.paste(below);
+                     pasteVisible(canvas, above);
+                   });
 }
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
                             POINT* outOrigin) {
-  const auto placed = dibkit::placed32(image, origin);
-  return dibkit::mergeInto(bool{placed.view}, unionOf(placed.box(), dibkit::toBox(rect)), out, outOrigin,
-                           [&](const dibkit::Canvas& canvas) {
-                             canvas.paste(placed);
-                             canvas.fill(rect, {});
-                           });
+  const auto placed = placed32(image, origin);
+  return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
+                   [&](const Canvas& canvas) {
+                     canvas.paste(placed);
+                     canvas.fill(rect, {});
+                   });
 }
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
                             BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto placed = dibkit::placed32(image, origin);
-  return dibkit::mergeInto(bool{placed.view}, unionOf(placed.box(), dibkit::toBox(rect)), out, outOrigin,
-                           [&](const dibkit::Canvas& canvas) {
-                             canvas.fill(rect, dibkit::withAlpha(dibkit::fromColorRef(colour), 255));
-                             canvas.paste(placed);
-                           });
+  const auto placed = placed32(image, origin);
+  return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
+                   [&](const Canvas& canvas) {
+                     canvas.fill(rect, withAlpha(fromColorRef(colour), 255));
+                     canvas.paste(placed);
+                   });
 }

@@ -3,9 +3,10 @@
 #include "dib32/bgra.h"
 
 /// \file
-/// Opacity arithmetic: what one layer over another gives, for a value and for a pixel. Everything is exact
-/// and stays in 16 bits where it can, so that a row kernel keeps eight values in a vector register. Static,
-/// because sources compiled for newer processors use it too, whose copies must not stand in for plain ones.
+/// Alpha and opacity arithmetic: the result of one layer over another, for a value and for a pixel.
+/// Everything is exact and fits 16 bits where possible, so that a row kernel has eight values in a vector
+/// register. Static, so that each source that includes it has its own copy: the linker must not use one
+/// compiled for a newer processor in the place of a plain one.
 
 namespace dibkit {
 
@@ -34,13 +35,13 @@ static constexpr BYTE scaled(BYTE alpha, BYTE scale) {
 }
 
 /// 255 - (255 - a)(255 - b) / 255, truncated
-static constexpr Lane unionOpacity(Lane a, Lane b) {
+static constexpr Lane unionAlpha(Lane a, Lane b) {
   return static_cast<Lane>(255 - divideBy255(static_cast<Lane>((255 - a) * (255 - b))));
 }
 
 /// (below belowAlpha (255 - aboveAlpha)) / 255 + above aboveAlpha, at most 65025
 static constexpr Lane weightedSum(Lane belowAlpha, Lane aboveAlpha, Lane below, Lane above) {
-  // The product of two bytes is split as 255 quotient + remainder, so that the third one still fits.
+  // The product of two bytes is split into 255 quotient + remainder, so that the third factor fits 16 bits.
   const Lane product = static_cast<Lane>(below * belowAlpha);
   const Lane quotient = divideBy255(product);
   const Lane remainder = static_cast<Lane>(product - 255 * quotient);
@@ -56,16 +57,17 @@ static constexpr BYTE overChannel(BYTE belowAlpha, BYTE aboveAlpha, BYTE below, 
   return static_cast<BYTE>(value < 255 ? value : 255);
 }
 
-/// A pixel laid over another. Two transparent pixels give transparent black: the formula has no colour there.
+/// A pixel composited over another. Two transparent pixels give transparent black, since the formula has no
+/// colour there.
 static constexpr Bgra over(const Bgra& below, const Bgra& above) {
-  const BYTE alpha = lowByte(unionOpacity(below.alpha, above.alpha));
+  const BYTE alpha = lowByte(unionAlpha(below.alpha, above.alpha));
   return {overChannel(below.alpha, above.alpha, below.blue, above.blue, alpha),
           overChannel(below.alpha, above.alpha, below.green, above.green, alpha),
           overChannel(below.alpha, above.alpha, below.red, above.red, alpha), alpha};
 }
 
-/// How far a layer's own opacities count: max(alpha - reduction, 0) scale / 255, truncated after each step,
-/// then scaled in the same way by the pixel's mask byte where there is a mask.
+/// The effective opacity of a layer's pixels: max(alpha - reduction, 0) scale / 255, truncated after each
+/// step, then scaled in the same way by the pixel's mask byte if there is a mask.
 struct LayerOpacity {
   BYTE reduction = 0;
   BYTE scale = 255;

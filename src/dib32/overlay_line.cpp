@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 
-#include "dib/drawing_surface.h"
 #include "dib/view.h"
 #include "dib32/dib32.h"
+#include "drawing/drawing_surface.h"
 #include "palette/palette.h"
 
 namespace dibkit {
@@ -12,23 +12,23 @@ namespace {
 constexpr COLORREF black = RGB(0, 0, 0);
 constexpr COLORREF white = RGB(255, 255, 255);
 
-/// A position counted from an area's corner, as far as coordinates go.
+/// A position relative to an area's corner, clamped to the range of coordinates.
 int relative(LONG position, LONG corner) {
   constexpr std::int64_t farthest = INT32_MAX;
   return static_cast<int>(std::clamp(std::int64_t{position} - corner, -farthest, farthest));
 }
 
-/// The copy of a region, moved; null when it does not fit the range of coordinates. The caller's own region
-/// is never touched.
+/// A moved copy of a region; null when it exceeds the range of coordinates. The caller's own region is never
+/// changed.
 OwnedRegion movedCopy(HRGN region, int dx, int dy) {
   OwnedRegion copy(CreateRectRgn(0, 0, 1, 1));
   if (CombineRgn(copy.get(), region, nullptr, RGN_COPY) == ERROR) return nullptr;
   return OffsetRgn(copy.get(), dx, dy) != ERROR ? std::move(copy) : nullptr;
 }
 
-/// The part of an area, counted from its corner, that a line with its margin can touch.
+/// The part of an area, relative to its corner, that a line with its margin can reach.
 RECT boxOfLine(const RECT& area, const std::array<POINT, 2>& ends, int penWidth, int margin, HRGN clip) {
-  // Two pixels more than half the pen are the least, since caps may stand out.
+  // At least two pixels more than half the pen's width, since caps may project beyond the ends.
   const std::int64_t around =
       (std::int64_t{penWidth} + 1) / 2 + std::max<std::int64_t>((std::int64_t{margin} + 1) / 2, 2);
   RECT box = boxAround(ends.data(), 2, around);
@@ -63,8 +63,8 @@ OwnedDib lineCoverage(const RECT& area, const POINT& from, const POINT& to, int 
   surface.drawLine(ends.data(), 2, penWidth, roundCaps, white);
   OwnedDib coverage = surface.read(8);
   if (!coverage) return nullptr;
-  // The read leaves the platform's palette behind. Black and white have the indexes 0 and 255 in it, as they
-  // have in a gray one.
+  // The image read has the platform's palette. Black and white have the indexes 0 and 255 there, as in the
+  // gray palette that replaces it.
   CPaletteFuns::MakeGrayPalette(paletteOf(coverage.get()), 256);
   origin = {box.left, box.top};
   return coverage;
@@ -73,11 +73,12 @@ OwnedDib lineCoverage(const RECT& area, const POINT& from, const POINT& to, int 
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* CDIB32::GenerateLine(const RECT& area, const POINT& from, const POINT& to, int penWidth,
                                        int margin, int roundedCaps, HRGN clip, POINT* origin) {
   POINT corner{0, 0};
-  dibkit::OwnedDib line =
-      dibkit::lineCoverage(area, from, to, penWidth, margin, roundedCaps != 0, clip, corner);
+  OwnedDib line = lineCoverage(area, from, to, penWidth, margin, roundedCaps != 0, clip, corner);
   if (origin != nullptr) *origin = corner;
   return line.release();
 }

@@ -2,21 +2,22 @@
 #include <array>
 #include <vector>
 
-#include "dib/guard.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
 constexpr int cell = 8;
 
-/// Which of the two kinds a column or row of the checkerboard is. Truncating division on purpose: left of the
-/// origin lies a cell of 15 pixels, then kinds 0 and -1 take turns.
+/// Which of the two kinds a column or row of the checkerboard has. The division deliberately truncates: to
+/// the left of the origin there is a cell of 15 pixels, then kinds 0 and -1 alternate.
 constexpr int kindOf(std::int64_t position) { return static_cast<int>(position / cell % 2); }
 
 void checkerboard(const View& canvas, DWORD colour1, DWORD colour2, int xOffset, int yOffset) {
-  // A row's colours depend on its kind alone, so three rows cover all: -1, 0 and 1.
+  // A row's colours depend only on its kind, so three rows are enough for all: -1, 0 and 1.
   std::array<std::vector<DWORD>, 3> patterns;
   const auto patternOf = [&](int kind) -> const std::vector<DWORD>& {
     std::vector<DWORD>& pattern = patterns[static_cast<std::size_t>(kind + 1)];
@@ -34,8 +35,8 @@ void checkerboard(const View& canvas, DWORD colour1, DWORD colour2, int xOffset,
   }
 }
 
-/// The hatch's position of a column or row, counted on from the offset's remainder. That keeps the sign of
-/// the offset, and only what has reached 8 starts again at 0.
+/// The position of a column or row in the hatch, counted from the remainder of the offset. The remainder has
+/// the sign of the offset, and the count restarts at 0 only after it has reached 8.
 struct HatchAxis {
   explicit HatchAxis(std::int64_t offset) : first(static_cast<int>(offset % cell)) {}
 
@@ -48,7 +49,7 @@ struct HatchAxis {
   void forEachAt(int position, int count, Use&& use) const {
     int index = position - first;
     if (position >= 0 && index < 0) index += cell;
-    // Positions below 0 come once, before the count reaches 0.
+    // Positions below 0 occur once, before the count reaches 0.
     const int step = position < 0 ? count : cell;
     if (index < 0) return;
     for (std::int64_t i = index; i < count; i += step) use(static_cast<int>(i));
@@ -72,18 +73,19 @@ void hatch(const View& canvas, const POINT& offset, Rgb colour) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::Init32DIBBackground(BITMAPINFOHEADER* canvas, BYTE red1, BYTE green1, BYTE blue1, BYTE red2,
                                  BYTE green2, BYTE blue2, int xOffset, int yOffset) {
-  using namespace dibkit;
   const View view = viewOfDepth(canvas, 32);
   if (!view) return;
   orOutOfMemory(0, [&] {
-    checkerboard(view, entryKey({red1, green1, blue1}), entryKey({red2, green2, blue2}), xOffset, yOffset);
+    checkerboard(view, packRgb({red1, green1, blue1}), packRgb({red2, green2, blue2}), xOffset, yOffset);
     return 0;
   });
 }
 
 void CDIB32::Init32DIBWithHatedLines(BITMAPINFOHEADER* canvas, const CPoint& offset, COLORREF colour) {
-  const dibkit::View view = dibkit::viewOfDepth(canvas, 32);
-  if (view) dibkit::hatch(view, offset, dibkit::fromColorRef(colour));
+  const View view = viewOfDepth(canvas, 32);
+  if (view) hatch(view, offset, fromColorRef(colour));
 }

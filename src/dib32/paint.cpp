@@ -7,16 +7,16 @@
 namespace dibkit {
 namespace {
 
-/// (below rest + share) / 255, with rest = 255 - opacity and share = above opacity: what laying comes to over
-/// an opaque pixel.
+/// (below rest + share) / 255, with rest = 255 - opacity and share = above opacity: compositing over an
+/// opaque pixel.
 BYTE overOpaque(BYTE below, Lane rest, Lane share) {
   return lowByte(divideBy255(static_cast<Lane>(below * rest + share)));
 }
 
-void layOverOpaque(const Bgra& layer, Bgra* run, int count) {
+void compositeOverOpaque(const Bgra& layer, Bgra* run, int count) {
   const auto share = [&](BYTE channel) { return static_cast<Lane>(channel * layer.alpha); };
   const Lane blue = share(layer.blue), green = share(layer.green), red = share(layer.red);
-  const Lane alpha = share(255);  // keeps the opacity at 255, so that all four bytes have one formula
+  const Lane alpha = share(255);  // alpha remains 255, so that all four bytes have one formula
   const auto rest = static_cast<Lane>(255 - layer.alpha);
   for (int i = 0; i < count; ++i) {
     run[i].blue = overOpaque(run[i].blue, rest, blue);
@@ -28,11 +28,11 @@ void layOverOpaque(const Bgra& layer, Bgra* run, int count) {
 
 }  // namespace
 
-void LayColour::operator()(Bgra* run, int count) {
+void CompositeColour::operator()(Bgra* run, int count) {
   if (count <= 0) return;
   const BYTE below = run->alpha;
   if (layer_.alpha == 255 || below == 0) {
-    // Nothing of what was there shows through. No opacity over none leaves no colour either.
+    // The backdrop does not show through. Alpha 0 over alpha 0 has no colour either.
     std::fill_n(run, count, layer_.alpha != 0 ? layer_ : Bgra{});
     return;
   }
@@ -41,11 +41,11 @@ void LayColour::operator()(Bgra* run, int count) {
     return;
   }
   if (below == 255) {
-    layOverOpaque(layer_, run, count);
+    compositeOverOpaque(layer_, run, count);
     return;
   }
-  if (tableOpacity_ != below) {
-    tableOpacity_ = below;
+  if (tableAlpha_ != below) {
+    tableAlpha_ = below;
     for (std::size_t value = 0; value < table_.size(); ++value) {
       const BYTE channel = static_cast<BYTE>(value);
       table_[value] = over({channel, channel, channel, below}, layer_);
@@ -56,7 +56,7 @@ void LayColour::operator()(Bgra* run, int count) {
   }
 }
 
-void LayColour::operator()(Bgra* run, const BYTE* mask, int count) const {
+void CompositeColour::operator()(Bgra* run, const BYTE* mask, int count) const {
   constexpr int size = std::tuple_size_v<decltype(row_)>;
   for (int begin = 0; begin < count; begin += size) {
     overRow(run + begin, row_.data(), std::min(size, count - begin), {}, mask + begin);
@@ -73,8 +73,8 @@ void PutColour::operator()(Bgra* run, const BYTE* mask, int count) const {
   }
 }
 
-void SetOpacity::operator()(Bgra* run, int count) const {
-  for (int i = 0; i < count; ++i) run[i].alpha = opacity_;
+void SetAlpha::operator()(Bgra* run, int count) const {
+  for (int i = 0; i < count; ++i) run[i].alpha = alpha_;
 }
 
 }  // namespace dibkit

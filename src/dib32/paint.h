@@ -5,26 +5,26 @@
 #include "dib32/bgra.h"
 
 /// \file
-/// What a fill does to the pixels that it takes, run by run. Masked runs come with the mask byte of each
-/// pixel, which scales the opacity: 255 leaves it whole.
+/// What a fill does to the pixels that it selects, run by run. Masked runs have a mask byte for each pixel,
+/// which scales the opacity: 255 leaves it unchanged.
 
 namespace dibkit {
 
-/// Lays a colour over the pixels, as one layer over another.
-class LayColour {
+/// Composites a colour over the pixels.
+class CompositeColour {
  public:
-  LayColour(COLORREF colour, BYTE opacity) : layer_(withAlpha(fromColorRef(colour), opacity)) {
+  CompositeColour(COLORREF colour, BYTE opacity) : layer_(withAlpha(fromColorRef(colour), opacity)) {
     row_.fill(layer_);
   }
 
-  /// \param run pixels that all have the same opacity
+  /// \param run pixels that all have the same alpha
   void operator()(Bgra* run, int count);
   void operator()(Bgra* run, const BYTE* mask, int count) const;
 
  private:
   Bgra layer_;
   std::array<Bgra, 256> row_;    ///< the layer again and again
-  int tableOpacity_ = -1;        ///< the opacity that `table_` is for
+  int tableAlpha_ = -1;          ///< the alpha that `table_` is for
   std::array<Bgra, 256> table_;  ///< over() for each value of a channel
 };
 
@@ -40,15 +40,15 @@ class PutColour {
   Bgra pixel_;
 };
 
-/// Sets the opacity of the pixels and leaves them their colour.
-class SetOpacity {
+/// Sets the alpha of the pixels; their colours are unchanged.
+class SetAlpha {
  public:
-  explicit SetOpacity(BYTE opacity) : opacity_(opacity) {}
+  explicit SetAlpha(BYTE alpha) : alpha_(alpha) {}
 
   void operator()(Bgra* run, int count) const;
 
  private:
-  BYTE opacity_;
+  BYTE alpha_;
 };
 
 }  // namespace dibkit

@@ -1,20 +1,21 @@
 #include <array>
 
-#include "dib/guard.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/sampling.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
-/// A picture of 256 colours with its mask, as rows of 32-bit pixels: colour with opacity 0 where it is to be
-/// drawn, opacity 255 where the mask hides it.
+/// A picture of 256 colours with its mask, as rows of 32-bit pixels: the colour with alpha 0 where it is to
+/// be drawn, alpha 255 where the mask hides it.
 class PaletteSource {
  public:
   PaletteSource(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
       : indices_(viewOfDepth(dib, 8)), mask_(viewOfDepth(mask, 1)) {
     const PaletteTable palette(dib);
-    for (std::size_t i = 0; i < colours_.size(); ++i) colours_[i] = withAlpha(fromEntry(palette[i]), 0);
+    for (std::size_t i = 0; i < colours_.size(); ++i) colours_[i] = withAlpha(rgbOf(palette[i]), 0);
   }
 
   Extent extent() const { return Extent(indices_); }
@@ -22,7 +23,7 @@ class PaletteSource {
   void gather(int y, const std::vector<int>& columns, Bgra* row) const {
     const BYTE* indices = indices_.row(y);
     for (std::size_t x = 0; x < columns.size(); ++x) row[x] = colours_[indices[columns[x]]];
-    // A mask that is too small hides nothing where it lacks bits.
+    // A mask that is too small hides nothing where it has no bits.
     if (y >= mask_.height()) return;
     const BYTE* bits = mask_.row(y);
     for (std::size_t x = 0; x < columns.size(); ++x) {
@@ -36,7 +37,7 @@ class PaletteSource {
   std::array<Bgra, 256> colours_;
 };
 
-/// Takes over colours that are not hidden, and leaves the destination its opacity.
+/// Copies the colours that are not hidden; the destination's alpha is unchanged.
 void paintRow(Bgra* to, const Bgra* row, int count) {
   for (int x = 0; x < count; ++x) {
     const DWORD below = wordAt(to, x);
@@ -45,7 +46,7 @@ void paintRow(Bgra* to, const Bgra* row, int count) {
   }
 }
 
-/// Draws the picture over the destination where sample(destination, source) says.
+/// Draws the picture over the destination, at the places that sample(destination, source) gives.
 template <class Sample>
 void drawPalette(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, BITMAPINFOHEADER* mask,
                  Sample&& sample) {
@@ -63,6 +64,8 @@ void drawPalette(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, 
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::BitBlt8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin) {
   ZoomIn8BitsDIB(destination, destinationOrigin, source, mask, sourceOrigin, 1);
@@ -71,16 +74,15 @@ void CDIB32::BitBlt8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinat
 void CDIB32::ZoomIn8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
                             int factor) {
-  dibkit::drawPalette(destination, source, mask, [&](dibkit::Extent to, dibkit::Extent from) {
-    return dibkit::zoomInSampling(to, destinationOrigin, from, sourceOrigin, factor);
+  drawPalette(destination, source, mask, [&](Extent to, Extent from) {
+    return zoomInSampling(to, destinationOrigin, from, sourceOrigin, factor);
   });
 }
 
 void CDIB32::ZoomOut8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin,
                              int factor) {
-  dibkit::drawPalette(destination, source, mask, [&](dibkit::Extent to, dibkit::Extent from) {
-    return dibkit::zoomOutSampling(to, destinationOrigin, from, sourceOrigin, factor,
-                                   dibkit::ZoomOutArea::placed);
+  drawPalette(destination, source, mask, [&](Extent to, Extent from) {
+    return zoomOutSampling(to, destinationOrigin, from, sourceOrigin, factor, ZoomOutArea::placed);
   });
 }

@@ -25,7 +25,7 @@ void markMatches(const Bgra* pixels, int count, const PixelBox& box, BYTE* flags
   const Window blue(box.blue), green(box.green), red(box.red), alpha(box.alpha);
   for (int i = 0; i < count; ++i) {
     const Bgra& pixel = pixels[i];
-    // All four are evaluated: a branch would keep the loop from running in vectors.
+    // All four are evaluated: a branch would prevent vectorisation.
     flags[i] = static_cast<BYTE>(blue.holds(pixel.blue) & green.holds(pixel.green) & red.holds(pixel.red) &
                                  alpha.holds(pixel.alpha));
   }

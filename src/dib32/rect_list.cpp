@@ -3,6 +3,7 @@
 
 #include "dib32/dib32.h"
 
+namespace dibkit {
 namespace {
 
 /// Whether two rectangles share a whole edge, so that their union is a rectangle without new pixels.
@@ -14,6 +15,9 @@ bool shareEdge(const RECT& a, const RECT& b) {
 }
 
 }  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
 
 int CDIB32::AddRect(RECT* list, int count, const RECT& rect) {
   if (list == nullptr || count < 0 || count == std::numeric_limits<int>::max()) return 0;
@@ -27,8 +31,8 @@ int CDIB32::AddRect(RECT* list, int count, const RECT& rect) {
     if (EqualRect(found, &current) != FALSE) return total - 1;
     UnionRect(&current, &current, found);
     std::copy(found + 1, end, found);
-    // The slot that the removal left behind is scanned too, on purpose: it repeats the last rectangle, and
-    // with an empty rectangle in play that repetition decides the count.
+    // The slot that the removal freed is deliberately scanned too: it repeats the last rectangle, and if
+    // there is an empty rectangle, that repetition decides the count.
     scanned = --total;
   }
   list[total - 1] = current;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "dib/view.h"
 #include "dib32/bgra.h"
 
 namespace dibkit {
@@ -12,7 +13,7 @@ inline void luminances(const Bgra* pixels, int count, BYTE* lumas) {
   for (int i = 0; i < count; ++i) lumas[i] = static_cast<BYTE>(luminance(pixels[i]));
 }
 
-/// Luminances and pixels of the last rows of an image as they were before the filter wrote to them.
+/// Luminances and pixels of the last rows of an image as they were before the filter changed them.
 class RowHistory {
  public:
   RowHistory(const View& image, int rows)
@@ -21,7 +22,7 @@ class RowHistory {
         pixels_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(image.width())),
         lumas_(pixels_.size()) {}
 
-  /// Keeps line y, in the place of line y - rows.
+  /// Stores line y in the slot of line y - rows.
   void load(int y) {
     const Bgra* row = pixelsOf(image_.row(y));
     std::copy_n(row, image_.width(), pixels_.begin() + start(y));

@@ -3,7 +3,7 @@
 namespace dibkit {
 namespace {
 
-/// Fills both tables for `area`, in the space that the destination lies in at `origin`, with
+/// Fills both tables for `area`, in the coordinates in which the destination's corner is at `origin`, with
 /// sourceX(x) and sourceY(y).
 template <class SourceX, class SourceY>
 Sampling sample(const Box& area, const POINT& origin, SourceX&& sourceX, SourceY&& sourceY) {
@@ -22,15 +22,15 @@ Sampling sample(const Box& area, const POINT& origin, SourceX&& sourceX, SourceY
 
 constexpr int unity = 32768;
 
-/// position scale / 32768, rounded. The product wraps at 32 bits; the quotient is cut towards zero and then
-/// rounded up by the low 15 bits of the product as they are in memory, which pushes most negative edges up by
-/// one. Hosts place their selections by the same formula, so its oddities have to stay.
+/// position scale / 32768, rounded. The product wraps at 32 bits. The quotient is truncated towards zero and
+/// then rounded up by the low 15 bits of the product in two's complement, which moves most negative edges up
+/// by one. Deliberate: hosts place their selections by the same formula.
 int scaledEdge(std::int64_t position, DWORD scale) {
   const auto product = static_cast<std::int32_t>(static_cast<std::uint32_t>(position) * scale);
   return product / unity + ((product & (unity - 1)) >= unity / 2 ? 1 : 0);
 }
 
-/// 32768 position / scale - origin, rounded so that an exact half goes down, and not beyond the source.
+/// 32768 position / scale - origin, rounded with an exact half going down, and clamped to the source.
 int nearest(std::int64_t position, DWORD scale, std::int64_t origin, int size) {
   const std::int64_t quotient = position * unity / scale;
   const std::int64_t remainder = position * unity % scale;
@@ -67,7 +67,7 @@ Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Exte
 Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Extent source,
                          const POINT& sourceOrigin, int factor, ZoomOutArea area) {
   if (factor < 1) return {};
-  // Cut towards zero at both ends, so that the last pixel taken never lies beyond the source.
+  // Truncated towards zero at both ends, so that the last pixel is never outside the source.
   const Box reduced{sourceOrigin.x / factor, sourceOrigin.y / factor,
                     (std::int64_t{sourceOrigin.x} + source.width) / factor,
                     (std::int64_t{sourceOrigin.y} + source.height) / factor};

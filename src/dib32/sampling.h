@@ -2,17 +2,18 @@
 
 #include <vector>
 
-#include "dib/placement.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
+#include "raster/placement.h"
 
 /// \file
-/// Nearest-neighbour scaling: which pixel of a source each pixel of a destination takes. Worked out once per
+/// Nearest-neighbour scaling: which pixel of a source each pixel of a destination shows. Computed once per
 /// call as a table of columns and a table of rows; the drawing operations differ in what they do with it.
 
 namespace dibkit {
 
 /// The part of a destination that is drawn on, in its own pixels, and the source's column and row for each of
-/// its columns and rows. Every one of them lies in the source.
+/// its columns and rows. All of them are inside the source.
 struct Sampling {
   int left = 0;
   int top = 0;
@@ -34,27 +35,27 @@ struct Extent {
 };
 
 /// A source enlarged or reduced to scale / 32768 of its size, its origin scaled with it, over a destination
-/// without an origin of its own. Nothing for a scale of 0.
+/// at (0, 0). Empty for a scale of 0.
 Sampling stretchSampling(Extent destination, Extent source, const POINT& origin, DWORD scale);
 
-/// A source whose pixels become blocks of factor x factor, its origin multiplied with it. Nothing for a
-/// factor below 1.
+/// A source whose pixels become blocks of factor x factor, its origin multiplied with it. Empty for a factor
+/// below 1.
 Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Extent source,
                         const POINT& sourceOrigin, int factor);
 
-/// Where a reduced image may land on its destination.
+/// The area of the destination on which a reduced image may be drawn.
 enum class ZoomOutArea {
   placed,     ///< where the destination lies: from its origin, as wide and high as it is
   sizeAsEdge  ///< its width and height taken as right and bottom edge, whatever its origin
 };
 
-/// A source of which every factor-th pixel of every factor-th row is taken, its placed rectangle divided by
-/// the factor, towards zero. Nothing for a factor below 1.
+/// A source of which every factor-th pixel of every factor-th row is used, its placed rectangle divided by
+/// the factor, towards zero. Empty for a factor below 1.
 Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Extent source,
                          const POINT& sourceOrigin, int factor, ZoomOutArea area);
 
 /// Draws scaled source rows onto a 32-bit destination, from the top. gather(y, row) writes the scaled source
-/// row y, once for all successive destination rows that take it; blend(to, row) draws it.
+/// row y, once for all successive destination rows that show it; blend(to, row) draws it.
 template <class Gather, class Blend>
 void forEachSampledRow(const View& destination, const Sampling& sampling, Gather&& gather, Blend&& blend) {
   std::vector<Bgra> row(sampling.columns.size());

@@ -1,7 +1,8 @@
-#include "dib/guard.h"
+#include "dib/view.h"
 #include "dib32/blend.h"
 #include "dib32/dib32.h"
 #include "dib32/sampling.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -20,7 +21,7 @@ void gatherRow(const Bgra* from, const Sampling& sampling, Bgra* row) {
   const int width = sampling.width();
   const int* const columns = sampling.columns.data();
   if (sampling.columnStep == 2) {
-    // A step known to the compiler turns into vector code.
+    // With the step as a compile-time constant this becomes vector code.
     const Bgra* const first = from + columns[0];
     for (int x = 0; x < width; ++x) putWord(row, x, wordAt(first, 2 * x));
   } else {
@@ -28,15 +29,15 @@ void gatherRow(const Bgra* from, const Sampling& sampling, Bgra* row) {
   }
 }
 
-void copyOpaque(Bgra* to, const Bgra* from, int count) {
+void copyVisible(Bgra* to, const Bgra* from, int count) {
   for (int x = 0; x < count; ++x) {
     const DWORD above = wordAt(from, x);
     putWord(to, x, above > colourBits ? above : wordAt(to, x));
   }
 }
 
-/// How a scaled source is drawn. Both draw pixel by pixel within one image, where pixels drawn become pixels
-/// read.
+/// How a scaled source is drawn. If source and destination are one image both rules draw pixel by pixel,
+/// since drawn pixels are read again.
 using Draw = void (*)(const View& destination, const View& source, const Sampling& sampling, BYTE reduction);
 
 /// By evenMixRow.
@@ -51,9 +52,9 @@ void mix(const View& destination, const View& source, const Sampling& sampling, 
       [&](Bgra* to, const Bgra* row) { evenMixRow(to, row, sampling.width(), {reduction}); });
 }
 
-/// By copyOrShade. A translucent source pixel changes with every destination pixel that takes it, and the
-/// next one sees the change: only rows without any may be gathered and copied. A reduction leaves no pixel
-/// opaque.
+/// By copyOrShade. A translucent source pixel changes with every destination pixel that shows it, and the
+/// next one reads the changed value. So only rows without translucent pixels may be gathered and copied. With
+/// a reduction no pixel is opaque.
 void copyOrShadeSource(const View& destination, const View& source, const Sampling& sampling,
                        BYTE reduction) {
   const auto drawPixel = [reduction](Bgra& to, Bgra& from) {
@@ -64,19 +65,19 @@ void copyOrShadeSource(const View& destination, const View& source, const Sampli
     return;
   }
   Bgra* from = nullptr;
-  OpacityKind kind{};
+  AlphaKind kind{};
   forEachSampledRow(
       destination, sampling,
       [&](int y, Bgra* row) {
         from = pixelsOf(source.row(y));
         gatherRow(from, sampling, row);
-        kind = opacityKindOf(row, sampling.width());
+        kind = alphaKindOf(row, sampling.width());
       },
       [&](Bgra* to, const Bgra* row) {
-        if (kind == OpacityKind::opaque) {
+        if (kind == AlphaKind::opaque) {
           std::copy_n(row, sampling.width(), to);
-        } else if (kind == OpacityKind::opaqueOrTransparent) {
-          copyOpaque(to, row, sampling.width());
+        } else if (kind == AlphaKind::opaqueOrTransparent) {
+          copyVisible(to, row, sampling.width());
         } else {
           for (std::size_t x = 0; x < sampling.columns.size(); ++x)
             drawPixel(to[x], from[sampling.columns[x]]);
@@ -84,7 +85,7 @@ void copyOrShadeSource(const View& destination, const View& source, const Sampli
       });
 }
 
-/// Draws the source over the destination where sample(destination, source) says.
+/// Draws the source over the destination, at the places that sample(destination, source) gives.
 template <class Sample>
 void drawScaled(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, BYTE reduction, Draw draw,
                 Sample&& sample) {
@@ -120,6 +121,8 @@ void zoomOut(BITMAPINFOHEADER* destination, const POINT& destinationOrigin, BITM
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
                           DWORD scale) {
   Stretch32DIB(destination, source, sourceOrigin, scale, 0);
@@ -127,7 +130,7 @@ void CDIB32::Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* sourc
 
 void CDIB32::Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
                           DWORD scale, BYTE reduction) {
-  dibkit::stretch(destination, source, sourceOrigin, scale, reduction, dibkit::copyOrShadeSource);
+  stretch(destination, source, sourceOrigin, scale, reduction, copyOrShadeSource);
 }
 
 void CDIB32::Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
@@ -137,31 +140,29 @@ void CDIB32::Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* so
 
 void CDIB32::Stretch32DIBMMX(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source,
                              const POINT& sourceOrigin, DWORD scale, BYTE reduction) {
-  dibkit::stretch(destination, source, sourceOrigin, scale, reduction, dibkit::mix);
+  stretch(destination, source, sourceOrigin, scale, reduction, mix);
 }
 
 void CDIB32::ZoomIn32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
-  dibkit::zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction,
-                 dibkit::copyOrShadeSource);
+  zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction, copyOrShadeSource);
 }
 
 void CDIB32::ZoomIn32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
-  dibkit::zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction, dibkit::mix);
+  zoomIn(destination, destinationOrigin, source, sourceOrigin, factor, reduction, mix);
 }
 
 void CDIB32::ZoomOut32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction) {
-  // Alone among the zooms, it takes the destination's size for its right and bottom edge. Hosts draw with a
-  // destination at (0, 0), where that is the same, and the difference elsewhere is kept for the others.
-  dibkit::zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction,
-                  dibkit::copyOrShadeSource, dibkit::ZoomOutArea::sizeAsEdge);
+  // Deliberately, this zoom alone uses the destination's width and height as right and bottom edge. Hosts
+  // draw onto a destination at (0, 0), where that is the same.
+  zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction, copyOrShadeSource,
+          ZoomOutArea::sizeAsEdge);
 }
 
 void CDIB32::ZoomOut32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor,
                              BYTE reduction) {
-  dibkit::zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction, dibkit::mix,
-                  dibkit::ZoomOutArea::placed);
+  zoomOut(destination, destinationOrigin, source, sourceOrigin, factor, reduction, mix, ZoomOutArea::placed);
 }

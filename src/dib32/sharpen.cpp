@@ -1,15 +1,16 @@
 #include <algorithm>
 #include <vector>
 
-#include "dib/guard.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
 #include "dib32/sharpen_rule.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
-/// sums[i] = the three bytes above each other at i
+/// sums[i] = the sum of the three bytes at i
 void addColumns(const BYTE* above, const BYTE* centre, const BYTE* below, std::size_t count,
                 std::uint16_t* sums) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -17,15 +18,15 @@ void addColumns(const BYTE* above, const BYTE* centre, const BYTE* below, std::s
   }
 }
 
-/// Gives each pixel of `to` the opacity that it has in `from`.
-void copyOpacity(const BYTE* from, BYTE* to, int count) {
+/// Copies the alpha of each pixel.
+void copyAlpha(const BYTE* from, BYTE* to, int count) {
   for (int i = 0; i < count; ++i) {
     Bgra32::put(to, i, (Bgra32::get(to, i) & colourBits) | (Bgra32::get(from, i) & ~colourBits));
   }
 }
 
-/// One pass: a row is overwritten while the rows around it are still needed as they were, so that two rows of
-/// history stand in for a copy of the image.
+/// One pass in place. A row is overwritten while its neighbours still need its old contents, so two rows of
+/// history are kept instead of a copy of the image.
 void sharpen(const View& image, const SharpenRule& rule) {
   const auto bytes = static_cast<std::size_t>(image.width()) * 4;
   std::vector<BYTE> above(image.row(0), image.row(0) + bytes);
@@ -37,7 +38,7 @@ void sharpen(const View& image, const SharpenRule& rule) {
     std::copy_n(sums.begin() + 4, 4, sums.begin());
     std::copy_n(sums.end() - 8, 4, sums.end() - 4);
     sharpenRow(rule, centre.data(), sums.data(), bytes, image.row(y));
-    copyOpacity(centre.data(), image.row(y), image.width());
+    copyAlpha(centre.data(), image.row(y), image.width());
     if (last) break;
     above.swap(centre);
     std::copy_n(image.row(y + 1), bytes, centre.begin());
@@ -47,11 +48,13 @@ void sharpen(const View& image, const SharpenRule& rule) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::Sharpen32BitsImage(BITMAPINFOHEADER* image, int k) {
-  const dibkit::View view = dibkit::viewOfDepth(image, 32);
+  const View view = viewOfDepth(image, 32);
   if (view.width() == 0 || view.height() == 0) return;
-  dibkit::orOutOfMemory(false, [&] {
-    dibkit::sharpen(view, dibkit::SharpenRule(k));
+  orOutOfMemory(false, [&] {
+    sharpen(view, SharpenRule(k));
     return true;
   });
 }

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <bit>
 
-// The kernel has a file of its own so that the compiler sees its 16-bit arguments as such: it multiplies in
-// lanes of 16 bits then, and of 32 bits when it knows where they come from.
+// The kernel is in a file of its own so that the compiler knows only that its arguments have 16 bits. It then
+// multiplies in lanes of 16 bits; if it saw where they come from, it would use 32.
 
 namespace dibkit {
 
 SharpenRule::SharpenRule(int k) {
-  // Beyond these nothing changes any more: floor(L / k) is 0 or -1, and (k + 8) centre is not positive.
+  // Beyond these limits the result is constant: floor(L / k) is 0 or -1, and (k + 8) centre is not positive.
   constexpr int largest = 2041;
   constexpr int smallest = -8;
   weight = static_cast<std::int16_t>(k >= 1 ? 1 : std::max(k, smallest));
@@ -23,7 +23,7 @@ SharpenRule::SharpenRule(int k) {
 
 void sharpenRow(const SharpenRule& rule, const BYTE* centre, const std::uint16_t* sums, std::size_t count,
                 BYTE* out) {
-  // Copies: for all that the compiler knows the bytes written could be the rule's own.
+  // Local copies, since the bytes written might alias the rule's own.
   const auto [weight, offset, bias, factor, scale] = rule;
   for (std::size_t i = 0; i < count; ++i) {
     const int around = sums[i] + sums[i + 4] + sums[i + 8];  // with the centre

@@ -2,11 +2,12 @@
 #include <cmath>
 #include <vector>
 
-#include "dib/guard.h"
-#include "dib/placement.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
+#include "platform/guard.h"
+#include "raster/placement.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -166,18 +167,20 @@ void brushOpacity(const Touch& touch, const ConstView* reference = nullptr) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 void CDIB32::SmoothBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                          int amount, int size, HRGN clip) {
-  dibkit::orOutOfMemory(false, [&] {
-    dibkit::brushOpacity<dibkit::SoftErase>({destination, brush, position, amount, size, clip});
+  orOutOfMemory(false, [&] {
+    brushOpacity<SoftErase>({destination, brush, position, amount, size, clip});
     return true;
   });
 }
 
 void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                              int amount, int size, HRGN clip) {
-  dibkit::orOutOfMemory(false, [&] {
-    dibkit::brushOpacity<dibkit::SoftFill>({destination, brush, position, amount, size, clip});
+  orOutOfMemory(false, [&] {
+    brushOpacity<SoftFill>({destination, brush, position, amount, size, clip});
     return true;
   });
 }
@@ -185,12 +188,12 @@ void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* br
 void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush,
                              BITMAPINFOHEADER* reference, const POINT& position, int amount, int size,
                              HRGN clip) {
-  dibkit::orOutOfMemory(false, [&] {
-    const dibkit::Touch touch(destination, brush, position, amount, size, clip);
+  orOutOfMemory(false, [&] {
+    const Touch touch(destination, brush, position, amount, size, clip);
     const BITMAPINFOHEADER* const referenceDib = reference;
-    const dibkit::ConstView visible = dibkit::viewOfDepth(referenceDib, 32);
+    const ConstView visible = viewOfDepth(referenceDib, 32);
     if (visible.width() != touch.destination.width()) return false;
-    dibkit::brushOpacity<dibkit::SoftFill>(touch, &visible);
+    brushOpacity<SoftFill>(touch, &visible);
     return true;
   });
 }

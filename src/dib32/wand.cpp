@@ -1,9 +1,11 @@
 #include <new>
 
-#include "dib/guard.h"
-#include "dib/reached_area.h"
+#include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/pixel_box.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
 namespace {
@@ -40,23 +42,23 @@ struct Selection {
 OwnedRegion selectConnected(const Selection& selection) {
   const int width = selection.image.width();
   const int height = selection.image.height();
-  ReachedArea area(width, height);
-  walkConnected(
+  RegionBuilder builder(width, height);
+  floodFill(
       width, height, selection.seed,
       [&](int y, int x, int count, BYTE* flags) { selection.mark(x, y, count, flags); },
-      [&](int y, int left, int right) { area.add(y, left, right); });
-  return area.region();
+      [&](int y, int left, int right) { builder.add(y, left, right); });
+  return builder.region();
 }
 
 OwnedRegion selectEverywhere(const Selection& selection) {
-  SpanCollector spans;
+  const int width = selection.image.width();
+  RegionBuilder builder(width, selection.image.height());
   for (int y = 0; y < selection.image.height(); ++y) {
-    forEachMarkedRun(
-        selection.image.width(), [&](int x, int count, BYTE* flags) { selection.mark(x, y, count, flags); },
-        [&](int left, int right) { spans.add(y, left, right); });
+    packMarked(
+        width, [&](int x, int count, BYTE* flags) { selection.mark(x, y, count, flags); }, builder.row(y));
   }
   // Only a tolerance below 0 leaves out even the seed.
-  return spans.empty() ? OwnedRegion() : spans.region();
+  return builder.empty() ? OwnedRegion() : builder.region();
 }
 
 /// Takes a region data block for 100 rectangles and never releases it.
@@ -69,14 +71,16 @@ bool leakRegionBlock() {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 HRGN CDIB32::MagicWandRegion(BITMAPINFOHEADER* image, POINT seed, int tolerance) {
-  const dibkit::Selection selection(image, seed, tolerance);
+  const Selection selection(image, seed, tolerance);
   if (!selection.image) return nullptr;
-  return dibkit::orOutOfMemory(HRGN{}, [&] { return dibkit::selectConnected(selection).release(); });
+  return orOutOfMemory(HRGN{}, [&] { return selectConnected(selection).release(); });
 }
 
 HRGN CDIB32::MagicWandRegion2(BITMAPINFOHEADER* image, POINT seed, int tolerance) {
-  const dibkit::Selection selection(image, seed, tolerance);
-  if (!selection.image || !dibkit::leakRegionBlock()) return nullptr;
-  return dibkit::orOutOfMemory(HRGN{}, [&] { return dibkit::selectEverywhere(selection).release(); });
+  const Selection selection(image, seed, tolerance);
+  if (!selection.image || !leakRegionBlock()) return nullptr;
+  return orOutOfMemory(HRGN{}, [&] { return selectEverywhere(selection).release(); });
 }

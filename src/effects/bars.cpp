@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
 
@@ -119,7 +119,7 @@ template <class Slide>
 BOOL slideIn(const BITMAPINFOHEADER* source, long style, EffectOutput& output, Slide&& slide) {
   if (style != 0 && style != 1) return FALSE;
   const auto [w, h] = sizeOf(source);
-  return paintPiece({0, 0, w, h}, Pixels::cleared, output,
+  return paintPiece({0, 0, w, h}, InitialPixels::cleared, output,
                     [&](const View& piece) { slide(ConstView(source), piece, style == 1); });
 }
 

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dib/guard.h"
-#include "effects/covering.h"
-#include "effects/effects.h"
-#include "effects/fade.h"
-#include "effects/ripple_fade.h"
+#include "dib/view.h"
+#include "effects/composition.h"
+#include "effects/full_coverage.h"
+#include "effects/piece.h"
 
 namespace dibkit {
 namespace {
@@ -21,36 +20,18 @@ long toHundred(double progress, const SIZE&, int) { return between(progress, 0, 
 long fromHundred(double progress, const SIZE&, int) { return between(progress, 100, 0); }
 /// From edge-on to flat.
 long quarterTurnBack(double progress, const SIZE&, int) { return between(progress, 90, 0); }
+
 long fullTurn(double progress, const SIZE&, int) { return between(progress, 0, 360); }
 
 /// To the amount at which a picture of this size is covered.
-template <auto covering>
-long toCovering(double progress, const SIZE& picture, int) {
-  return between(progress, 0, static_cast<double>(covering(picture)));
-}
-long toCoveringSpread(double progress, const SIZE& picture, int style) {
-  return between(progress, 0, static_cast<double>(coveringSpreadPercent(picture, style)));
+template <auto fullCoverage>
+long toFull(double progress, const SIZE& picture, int style) {
+  return between(progress, 0, static_cast<double>(fullCoverage(picture, style)));
 }
 /// Through 0 to 100, and on to what covers the picture at the very end.
 template <bool sweeping>
-long toCoveringMosaic(double progress, const SIZE& picture, int) {
-  return progress < 1.0 ? between(progress, 0, 100) : coveringMosaicPercent(picture, sweeping);
-}
-
-OwnedDib composeFade(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  return fade(incoming, outgoing, progress);
-}
-OwnedDib composePush(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) {
-  return OwnedDib(GenerateRunPushEffect(incoming, outgoing, style, between(progress, 0, 100)));
-}
-OwnedDib composeDiamond(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  // The effect itself looks at no opacity, and so at neither end shows the pictures as they are.
-  if (!(progress > 0.0)) return fade(incoming, outgoing, 0.0);
-  if (progress >= 1.0) return fade(incoming, outgoing, 1.0);
-  return OwnedDib(DiamondEffectDIB(incoming, outgoing, 0, 0, static_cast<int>(between(progress, 0, 100))));
-}
-OwnedDib composeRipple(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  return orOutOfMemory<OwnedDib>(nullptr, [&] { return rippleFade(incoming, outgoing, progress); });
+long toFullMosaic(double progress, const SIZE& picture, int) {
+  return progress < 1.0 ? between(progress, 0, 100) : fullCoverageMosaicPercent(picture, sweeping);
 }
 
 constexpr EffectStyle axes[] = {{"horizontal", "Horizontally"}, {"vertical", "Vertically"}};
@@ -88,36 +69,41 @@ constexpr EffectStyle slats[] = {{"vertical", "Vertical slats"}, {"horizontal", 
 
 constexpr bool random = true;
 constexpr bool fixed = false;
+constexpr bool overshoots = true;
+constexpr bool stops = false;
 
 constexpr Effect table[] = {
-    {-1, "fade", "Fade", "Fades", {}, 0, percent, fixed, toHundred, composeFade},
-    {-1, "ripple", "Ripple", "Fades", {}, 0, percent, fixed, toHundred, composeRipple},
-    {-1, "diamonds", "Diamond bands", "Fades", {}, 0, percent, fixed, toHundred, composeDiamond},
-    {16, "thaw", "Thaw", "Fades", {}, 0, percent, fixed, fromHundred, nullptr},
+    {-1, "fade", "Fade", "Fades", {}, 0, percent, fixed, toHundred, stops, composeFade},
+    {-1, "ripple", "Ripple", "Fades", {}, 0, percent, fixed, toHundred, stops, composeRipple},
+    {-1, "diamonds", "Diamond bands", "Fades", {}, 0, percent, fixed, toHundred, stops, composeDiamonds},
+    {16, "thaw", "Thaw", "Fades", {}, 0, percent, fixed, fromHundred, stops, composeThaw},
 
-    {12, "slide", "Slide", "Slides", eightDirections, 0, percent, fixed, toHundred, nullptr},
-    {-1, "push", "Push", "Slides", eightDirections, 0, percent, fixed, toHundred, composePush},
-    {10, "halves", "Sliding halves", "Slides", axes, 0, percent, fixed, toHundred, nullptr},
-    {11, "bars", "Sliding bars", "Slides", axes, 0, percent, fixed, toHundred, nullptr},
-    {17, "roll", "Carpet roll", "Slides", fourSides, 0, percent, fixed, toHundred, nullptr},
-    {8, "film", "Film", "Slides", lines, 0, percent, fixed, toHundred, nullptr},
+    {12, "slide", "Slide", "Slides", eightDirections, 0, percent, fixed, toHundred, overshoots, nullptr},
+    {-1, "push", "Push", "Slides", fourSides, 0, percent, fixed, toHundred, overshoots, composePush},
+    {10, "halves", "Sliding halves", "Slides", axes, 0, percent, fixed, toHundred, stops, nullptr},
+    {11, "bars", "Sliding bars", "Slides", axes, 0, percent, fixed, toHundred, stops, nullptr},
+    {17, "roll", "Carpet roll", "Slides", fourSides, 0, percent, fixed, toHundred, stops, nullptr},
+    {8, "film", "Film", "Slides", lines, 0, percent, fixed, toHundred, stops, composeFilm},
 
-    {0, "gate", "Gate", "Turns", hinges, 0, degrees, fixed, quarterTurnBack, nullptr},
-    {7, "spin", "Spin", "Turns", centreLines, 1, degrees, fixed, quarterTurnBack, nullptr},
+    {0, "gate", "Gate", "Turns", hinges, 0, degrees, fixed, quarterTurnBack, stops, nullptr},
+    {7, "spin", "Spin", "Turns", centreLines, 1, degrees, fixed, quarterTurnBack, stops, nullptr},
 
-    {13, "spread", "Spread", "Shapes", shapes, 0, percent, fixed, toCoveringSpread, nullptr},
-    {9, "iris", "Iris", "Shapes", {}, 0, pixels, fixed, toCovering<coveringIris>, nullptr},
-    {3, "star", "Star", "Shapes", {}, 0, percent, fixed, toCovering<coveringStarPercent>, nullptr},
-
-    {1, "clock", "Clock", "Clocks", turns, 1, degrees, fixed, fullTurn, nullptr},
-    {2, "clocks", "Many clocks", "Clocks", turns, 1, degrees, fixed, fullTurn, nullptr},
-    {4, "spiral", "Spiral", "Clocks", turns, 1, degrees, fixed, toCovering<coveringSpiralAngle>, nullptr},
-
-    {5, "mosaic", "Mosaic", "Pieces", {}, 0, percent, random, toCoveringMosaic<false>, nullptr},
-    {6, "mosaic-sweep", "Sweeping mosaic", "Pieces", fourSides, 0, percent, random, toCoveringMosaic<true>,
+    {13, "spread", "Spread", "Shapes", shapes, 0, percent, fixed, toFull<fullCoverageSpreadPercent>, stops,
      nullptr},
-    {14, "strips", "Strips", "Pieces", strips, 0, percent, random, toHundred, nullptr},
-    {15, "blinds", "Venetian blinds", "Pieces", slats, 1, percent, fixed, toHundred, nullptr},
+    {9, "iris", "Iris", "Shapes", {}, 0, pixels, fixed, toFull<fullCoverageIris>, stops, nullptr},
+    {3, "star", "Star", "Shapes", {}, 0, percent, fixed, toFull<fullCoverageStarPercent>, stops, nullptr},
+
+    {1, "clock", "Clock", "Clocks", turns, 1, degrees, fixed, fullTurn, stops, nullptr},
+    {2, "clocks", "Many clocks", "Clocks", turns, 1, degrees, fixed, toFull<fullCoverageManyClocksAngle>,
+     stops, nullptr},
+    {4, "spiral", "Spiral", "Clocks", turns, 1, degrees, fixed, toFull<fullCoverageSpiralAngle>, stops,
+     nullptr},
+
+    {5, "mosaic", "Mosaic", "Pieces", {}, 0, percent, random, toFullMosaic<false>, stops, nullptr},
+    {6, "mosaic-sweep", "Sweeping mosaic", "Pieces", fourSides, 0, percent, random, toFullMosaic<true>, stops,
+     nullptr},
+    {14, "strips", "Strips", "Pieces", strips, 0, percent, random, toHundred, stops, nullptr},
+    {15, "blinds", "Venetian blinds", "Pieces", slats, 1, percent, fixed, toHundred, stops, nullptr},
 };
 
 }  // namespace
@@ -128,6 +114,28 @@ EffectParameters Effect::parameters(double progress, const SIZE& picture, int st
   const SIZE size{std::max<LONG>(picture.cx, 1), std::max<LONG>(picture.cy, 1)};
   const long moved = amount(reached, size, style);
   return styles.empty() ? EffectParameters{moved, 0} : EffectParameters{style, moved};
+}
+
+OwnedDib Effect::frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style,
+                       double progress) const {
+  const View in = viewOfDepth(incoming, 32);
+  const View out = viewOfDepth(outgoing, 32);
+  if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
+  if (in.width() == 0 || in.height() == 0) return nullptr;
+  const int count = std::max(1, static_cast<int>(styles.size()));
+  if (style < 0 || style >= count) return nullptr;
+
+  if (overshoots && (progress < 0.0 || progress > 1.0)) {
+    // Styles are the sides all around, in the order of their numbers.
+    const bool arrived = progress > 1.0;
+    const double share = arrived ? std::min(progress, 2.0) - 1.0 : std::max(progress, -1.0);
+    return moveOn(arrived ? incoming : outgoing, 8 / count * style, share);
+  }
+  if (!(progress > 0.0)) return copyOf(outgoing);
+  if (progress >= 1.0) return copyOf(incoming);
+  if (compose != nullptr) return compose(incoming, outgoing, style, progress);
+  const auto [a, b] = parameters(progress, sizeOf(incoming), style);
+  return composePiece(number, incoming, outgoing, a, b);
 }
 
 std::span<const Effect> effects() { return table; }

@@ -6,16 +6,15 @@
 #include "dib/dib.h"
 
 /// \file
-/// The transitions that a host can offer to a person, as a table. One loop makes them all:
+/// The transitions that a host can offer to a person, as a table. One call makes the frames of them all:
 ///
-///     if (effect.isWholeFrame()) {
-///       frame = effect.compose(incoming, outgoing, style, progress);
-///     } else {
-///       const auto [a, b] = effect.parameters(progress, size, style);
-///       if (GeneralEffectFrame(effect.number, incoming, a, b, &piece, &rect) == 1) {
-///         // Lay the piece over a copy of the outgoing frame at pieceOrigin(rect).
-///       }
-///     }
+///     frame = effect.frame(incoming, outgoing, style, progress);
+///
+/// A host that does the composing itself gets the piece of a numbered effect, which goes over the outgoing
+/// frame at pieceOrigin(rect):
+///
+///     const auto [a, b] = effect.parameters(progress, size, style);
+///     if (GeneralEffectFrame(effect.number, incoming, a, b, &piece, &rect) == 1) ...
 namespace dibkit {
 
 /// What an amount counts.
@@ -59,13 +58,25 @@ struct DIBKIT_API Effect {
   /// \param style place in `styles`
   long (*amount)(double progress, const SIZE& picture, int style);
 
-  /// Makes a whole frame; null for effects that make a piece.
-  /// \param incoming,outgoing 32 bits, of one size; only read
-  /// \param progress 0.0 for the outgoing picture to 1.0 for the incoming one
-  /// \return the frame; null for unusable pictures or when memory runs out
+  /// A picture that has arrived can move on and come back: its frames take progress beyond the ends, down to
+  /// -1.0 and up to 2.0.
+  bool overshoots;
+
+  /// How `frame` makes stages between the ends; null where they are the outgoing picture with the piece in
+  /// it.
   OwnedDib (*compose)(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress);
 
-  bool isWholeFrame() const { return compose != nullptr; }
+  /// Whether it has no number.
+  bool isWholeFrame() const { return number < 0; }
+
+  /// Makes the frame of a stage. Where the incoming picture shows, the outgoing one does not: not through its
+  /// transparent pixels either.
+  /// \param incoming,outgoing 32 bits, of one size; only read
+  /// \param progress 0.0 for the outgoing picture to 1.0 for the incoming one, both then to the byte. Beyond
+  ///        them counts as the nearer end, but for an effect that overshoots: the picture of that end moves
+  ///        on by as much of its size, and its mirror image follows.
+  /// \return the frame; null for unusable pictures, an unknown style, or when memory runs out
+  OwnedDib frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) const;
 
   /// The parameters for GeneralEffectFrame at a stage: nothing or the least shows at progress 0, the whole
   /// incoming picture at 1. Progress outside 0 to 1 counts as the nearer end.

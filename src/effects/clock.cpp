@@ -4,12 +4,15 @@
 #include <vector>
 
 #include "effects/angles.h"
+#include "effects/full_coverage.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
-#include "effects/region_canvas.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
 namespace {
+
+constexpr int fullTurn = 360;
 
 double tangent(int degrees) { return std::tan(radians(degrees)); }
 
@@ -36,7 +39,7 @@ std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int 
   const LONG farSide = clockwise ? 0 : w;
   const int side = clockwise ? 1 : -1;
   const std::array<POINT, 4> corners = {{{nearSide, 0}, {nearSide, h}, {farSide, h}, {farSide, 0}}};
-  if (angle == 360) return {corners.begin(), corners.end()};
+  if (angle == fullTurn) return {corners.begin(), corners.end()};
 
   std::vector<POINT> points = {{w / 2, h / 2}, {w / 2, 0}};
   const auto pass = [&](int cornersPassed, POINT end) {
@@ -74,18 +77,24 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
     if (!clock) clock = clockRegion(tile, angle, clockwise);
     return clock.get();
   };
-  RegionCanvas canvas(picture);
+  RegionBuilder builder(picture.cx, picture.cy);
   for (int y = 0; y < picture.cy; y += tileHeight) {
     for (int x = 0; x < picture.cx; x += tileWidth) {
-      canvas.add(
+      builder.add(
           clockOf({std::min<int>(tileWidth, picture.cx - x), std::min<int>(tileHeight, picture.cy - y)}), x,
           y);
     }
   }
-  return canvas.region();
+  return builder.region();
 }
 
 }  // namespace
+
+long fullCoverageManyClocksAngle(const SIZE& picture, long direction) {
+  return leastFullCoverage(picture, fullTurn, [&](long angle) {
+    return manyClocks(picture, static_cast<int>(angle), direction != 0);
+  });
+}
 
 BOOL renderClock(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
   const OwnedRegion region =

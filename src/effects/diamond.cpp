@@ -2,11 +2,11 @@
 #include <vector>
 
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/pixel_format.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
+#include "platform/guard.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -75,7 +75,7 @@ void mixPixels(BYTE* to, const BYTE* in, const BYTE* out, int count, int weight)
   for (int i = 0; i < count; ++i) to[i * 4 + 3] = 255;
 }
 
-void copyOpaque(BYTE* to, const BYTE* from, int count) {
+void copyAsOpaque(BYTE* to, const BYTE* from, int count) {
   for (int i = 0; i < count; ++i) Bgra32::put(to, i, Bgra32::get(from, i) | opaque);
 }
 
@@ -90,7 +90,7 @@ class OutgoingRows {
     bottom_ = outgoing.row(outgoing.height() - 1);
   }
   OutgoingRows(Rgb colour, const ConstView& incoming)
-      : plain_(static_cast<std::size_t>(incoming.width()), entryKey(colour)),
+      : plain_(static_cast<std::size_t>(incoming.width()), packRgb(colour)),
         bottom_(reinterpret_cast<const BYTE*>(plain_.data())) {}
 
   OutgoingRows(const OutgoingRows&) = delete;
@@ -123,7 +123,7 @@ class CDiamondEffect {
         useColour_ ? OutgoingRows(colour_, incoming_) : OutgoingRows(outgoing_, incoming_);
     if (!outgoing.valid()) return nullptr;
     const SIZE size{incoming_.width(), incoming_.height()};
-    OwnedDib frame = createDib(size.cx, size.cy, 32, 0, Pixels::unwritten);
+    OwnedDib frame = createDib(size.cx, size.cy, 32, 0, InitialPixels::unwritten);
     if (!frame) return nullptr;
     const OwnedRegion region = bandRegion(size);
     const RegionSpans bands(region.get());
@@ -144,7 +144,7 @@ class CDiamondEffect {
     const auto keep = [to](const BYTE* from) {
       return [to, from](int left, int right) {
         const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
-        copyOpaque(to + offset, from + offset, right - left);
+        copyAsOpaque(to + offset, from + offset, right - left);
       };
     };
     // The bands fade first, the gaps afterwards.
@@ -165,9 +165,10 @@ class CDiamondEffect {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                    unsigned long colour, int useColour, int percent) {
-  using namespace dibkit;
   return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
     return CDiamondEffect(incoming, outgoing, static_cast<DWORD>(colour), useColour != 0, percent)
         .compose()

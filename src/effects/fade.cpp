@@ -4,16 +4,16 @@
 #include <cmath>
 
 #include "dib/allocate.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/piece.h"
 
 namespace dibkit {
 namespace {
 
 bool isOpaque(const BYTE* row, int width) {
-  BYTE opacity = 255;
-  for (int x = 0; x < width; ++x) opacity &= row[x * 4 + 3];
-  return opacity == 255;
+  DWORD common = ~DWORD{0};
+  for (int x = 0; x < width; ++x) common &= Bgra32::get(row, x);
+  return common >> 24 == 255;
 }
 
 /// byte = (in * weight + out * (255 - weight)) / 255, rounded
@@ -27,8 +27,11 @@ void fadeOpaqueRow(BYTE* to, const BYTE* in, const BYTE* out, int bytes, std::ui
 
 /// opacity = (weight of in + weight of out) / 255, a picture's weight being its share times its opacity;
 /// colour = the mean of both, by these weights. Opaque pixels come out as in fadeOpaqueRow.
-void fadeRow(BYTE* __restrict to, const BYTE* in, const BYTE* out, int width, int weight) {
+/// \param shareAt tells the share of the incoming picture in a column, 0 to 255
+template <class ShareAt>
+void fadeRow(BYTE* __restrict to, const BYTE* in, const BYTE* out, int width, ShareAt&& shareAt) {
   for (int x = 0; x < width; ++x) {
+    const int weight = shareAt(x);
     const auto p = static_cast<std::int32_t>(Bgra32::get(in, x));
     const auto q = static_cast<std::int32_t>(Bgra32::get(out, x));
     const int weightIn = weight * (p >> 24 & 255);
@@ -46,29 +49,47 @@ void fadeRow(BYTE* __restrict to, const BYTE* in, const BYTE* out, int width, in
   }
 }
 
-}  // namespace
-
-OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress) {
+/// A new frame whose rows are put(to, in, out, y); null for pictures that don't match.
+template <class PutRow>
+OwnedDib fadeRows(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, PutRow&& put) {
   const ConstView in = viewOfDepth(incoming, 32);
   const ConstView out = viewOfDepth(outgoing, 32);
-  if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
-  if (in.width() == 0 || in.height() == 0) return nullptr;
-  const int weight = progress > 0.0 ? static_cast<int>(std::lround(std::min(progress, 1.0) * 255.0)) : 0;
-  // At the ends the colour of transparent pixels is kept as well.
-  if (weight == 0) return copyOf(outgoing);
-  if (weight == 255) return copyOf(incoming);
-
-  OwnedDib frame = createDib(in.width(), in.height(), 32, 0, Pixels::unwritten);
+  OwnedDib frame = createDib(in.width(), in.height(), 32, 0, InitialPixels::unwritten);
   if (!frame) return nullptr;
   const View to(frame.get());
-  for (int y = 0; y < to.height(); ++y) {
-    if (isOpaque(in.row(y), to.width()) && isOpaque(out.row(y), to.width())) {
-      fadeOpaqueRow(to.row(y), in.row(y), out.row(y), to.width() * 4, static_cast<std::uint16_t>(weight));
-    } else {
-      fadeRow(to.row(y), in.row(y), out.row(y), to.width(), weight);
-    }
-  }
+  for (int y = 0; y < to.height(); ++y) put(to.row(y), in.row(y), out.row(y), y);
   return frame;
+}
+
+}  // namespace
+
+bool isOpaque(const ConstView& picture) {
+  for (int y = 0; y < picture.lines(); ++y) {
+    if (!isOpaque(picture.row(y), picture.width())) return false;
+  }
+  return true;
+}
+
+OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress) {
+  const int weight = static_cast<int>(std::lround(progress * 255.0));
+  const auto share = [weight](int) { return weight; };
+  return fadeRows(incoming, outgoing, [&](BYTE* to, const BYTE* in, const BYTE* out, int) {
+    const int width = incoming->biWidth;
+    if (isOpaque(in, width) && isOpaque(out, width)) {
+      fadeOpaqueRow(to, in, out, width * 4, static_cast<std::uint16_t>(weight));
+    } else {
+      fadeRow(to, in, out, width, share);
+    }
+  });
+}
+
+OwnedDib fadeByShares(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing,
+                      const BITMAPINFOHEADER* shares) {
+  const ConstView share = viewOfDepth(shares, 32);
+  return fadeRows(incoming, outgoing, [&](BYTE* to, const BYTE* in, const BYTE* out, int y) {
+    const BYTE* row = share.row(y);
+    fadeRow(to, in, out, share.width(), [row](int x) { return int{row[std::ptrdiff_t{x} * 4]}; });
+  });
 }
 
 }  // namespace dibkit

@@ -1,14 +1,22 @@
 #pragma once
 
-#include "dib/dib.h"
+#include "dib/view.h"
 
 namespace dibkit {
 
 /// Fades one picture into another. Colours count by their opacity, so that what is transparent in one of the
 /// pictures does not stain the other.
 /// \param incoming,outgoing 32 bits, of one size
-/// \param progress 0 for the outgoing picture to 1 for the incoming one, both then to the byte
-/// \return the frame; null for unusable pictures or when memory runs out
+/// \param progress 0 for the outgoing picture to 1 for the incoming one
+/// \return the frame; null when memory runs out
 OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress);
+
+/// The same with a progress for each pixel.
+/// \param shares 32 bits, of the same size: its blue is the incoming picture's share, 0 to 255
+OwnedDib fadeByShares(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing,
+                      const BITMAPINFOHEADER* shares);
+
+/// Whether no pixel lets anything through. \param picture 32 bits
+bool isOpaque(const ConstView& picture);
 
 }  // namespace dibkit

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
 
@@ -33,7 +33,7 @@ BOOL renderFilm(BITMAPINFOHEADER* source, long style, long amount, EffectOutput&
   const auto [w, h] = sizeOf(source);
   const bool rows = style == 0;
   const int front = static_cast<int>(percentOf(rows ? h : w, percent));
-  return paintPiece({0, 0, w, h}, Pixels::unwritten, output, [&](const View& piece) {
+  return paintPiece({0, 0, w, h}, InitialPixels::unwritten, output, [&](const View& piece) {
     (rows ? smearRows : smearColumns)(ConstView(source), piece, front);
   });
 }

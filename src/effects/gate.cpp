@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/angles.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
@@ -217,7 +217,7 @@ BOOL renderGate(BITMAPINFOHEADER* source, long hinge, long angle, EffectOutput& 
   const LONG x = hinge == right ? w - box->width : 0;
   const LONG y = hinge == bottom ? h - box->height : 0;
   const RECT place{x, y, x + box->width, y + box->height};
-  return paintPiece(place, Pixels::cleared, output, [&](const View& piece) {
+  return paintPiece(place, InitialPixels::cleared, output, [&](const View& piece) {
     (vertical ? swingAboutVertical : swingAboutHorizontal)(door, *box, ConstView(source), piece);
   });
 }

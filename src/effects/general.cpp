@@ -2,9 +2,9 @@
 #include <memory>
 #include <new>
 
-#include "dib/guard.h"
 #include "dib/view.h"
 #include "effects/numbered.h"
+#include "platform/guard.h"
 
 CGeneralEffectFrame::~CGeneralEffectFrame() = default;
 BOOL CGeneralEffectFrame::GenerateFrame(EffectOutput*) { return FALSE; }
@@ -82,9 +82,10 @@ std::unique_ptr<CGeneralEffectFrame> makeEffect(int number, BITMAPINFOHEADER* so
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int GeneralEffectFrame(int effect, BITMAPINFOHEADER* source, long a, long b, BITMAPINFOHEADER** outImage,
                        RECT* outRect) {
-  using namespace dibkit;
   const View picture = viewOfDepth(source, 32);
   if (!picture || picture.width() == 0 || picture.height() == 0) return 0;
   if (outImage == nullptr || outRect == nullptr) return 0;

@@ -4,12 +4,12 @@
 #include <utility>
 #include <vector>
 
-#include "dib/region_spans.h"
-#include "effects/covering.h"
+#include "effects/full_coverage.h"
 #include "effects/numbered.h"
 #include "effects/ordered_pool.h"
 #include "effects/piece.h"
 #include "frames/frames.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -110,7 +110,7 @@ Cells drawSweeping(const CellGrid& grid, const SIZE& picture, const Sweep& sweep
 
 }  // namespace
 
-long coveringMosaicPercent(const SIZE& picture, bool sweeping) {
+long fullCoverageMosaicPercent(const SIZE& picture, bool sweeping) {
   const CellGrid grid = sweeping ? sweepingGrid(picture) : randomGrid(picture);
   return grid.covers(picture) ? 100 : 101;
 }

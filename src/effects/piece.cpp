@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "dib/view.h"
 #include "frames/frames.h"
 
 namespace dibkit {
@@ -17,7 +18,7 @@ double diagonalOf(const SIZE& picture) {
 OwnedDib copyOf(const BITMAPINFOHEADER* picture) {
   const ConstView from = viewOfDepth(picture, 32);
   if (!from || from.width() == 0) return nullptr;
-  OwnedDib copy = createDib(from.width(), from.height(), 32, 0, Pixels::unwritten);
+  OwnedDib copy = createDib(from.width(), from.height(), 32, 0, InitialPixels::unwritten);
   if (!copy) return nullptr;
   const View to(copy.get());
   for (int y = 0; y < to.height(); ++y) {

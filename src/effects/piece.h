@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dib/allocate.h"
+#include "dib/view.h"
 #include "effects/effects.h"
 
 /// What the effects that make a piece of the incoming frame share.
@@ -16,8 +17,8 @@ inline std::int64_t percentOf(std::int64_t extent, long percent) {
 }
 
 /// An amount held to the range in which the effect moves; beyond it nothing would change any more.
-inline int clampAmount(long amount, int least, int greatest) {
-  return static_cast<int>(std::clamp<long>(amount, least, greatest));
+inline int clampAmount(long amount, int minimum, int maximum) {
+  return static_cast<int>(std::clamp<long>(amount, minimum, maximum));
 }
 
 inline SIZE sizeOf(const BITMAPINFOHEADER* dib) { return {dib->biWidth, dib->biHeight}; }
@@ -36,7 +37,7 @@ BOOL cutPiece(BITMAPINFOHEADER* source, const OwnedRegion& region, EffectOutput&
 /// Makes a piece of the place's size, has paint(view) paint it, and puts it into the record.
 /// \return FALSE for a place of negative size and when memory runs out, with the record untouched
 template <class Paint>
-BOOL paintPiece(const RECT& place, Pixels pixels, EffectOutput& output, Paint&& paint) {
+BOOL paintPiece(const RECT& place, InitialPixels pixels, EffectOutput& output, Paint&& paint) {
   OwnedDib piece = createDib(place.right - place.left, place.bottom - place.top, 32, 0, pixels);
   if (!piece) return FALSE;
   paint(View(piece.get()));

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "dib/allocate.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
 
@@ -66,7 +66,7 @@ class CRunPushEffect {
     const int w = incoming_.width();
     const int h = incoming_.height();
     if (outgoing_.width() != w || outgoing_.height() != h) return nullptr;
-    OwnedDib frame = createDib(w, h, 32, 0, Pixels::unwritten);
+    OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
     if (!frame) return nullptr;
     const Side side = sides[static_cast<std::size_t>(direction_)];
     const Axis x = axisOf(w, side.x, percent_);
@@ -100,7 +100,9 @@ class CRunPushEffect {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* GenerateRunPushEffect(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                         long direction, long percent) {
-  return dibkit::CRunPushEffect(incoming, outgoing, direction, percent).compose().release();
+  return CRunPushEffect(incoming, outgoing, direction, percent).compose().release();
 }

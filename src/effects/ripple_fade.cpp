@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "dib/view.h"
 #include "effects/fade.h"
 #include "ripple/water.h"
 
@@ -17,7 +18,7 @@ constexpr int steps = 64;
 
 OwnedDib rippleFade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress) {
   OwnedDib below = fade(incoming, outgoing, progress);
-  if (!below || !(progress > 0.0) || progress >= 1.0) return below;
+  if (!below) return nullptr;
   const ConstView picture(below.get());
   const std::size_t cells =
       static_cast<std::size_t>(picture.width()) * static_cast<std::size_t>(picture.height());
@@ -25,13 +26,13 @@ OwnedDib rippleFade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* ou
   std::vector<int> second(cells);
   const HeightPage pages[] = {{first.data(), picture.width(), picture.height()},
                               {second.data(), picture.width(), picture.height()}};
-  layDrops(pages[0]);
+  addDrops(pages[0]);
   const int count = 2 * static_cast<int>(std::lround(progress * steps / 2));
   for (int i = 0; i < count; ++i) stepWave(pages[i % 2], pages[1 - i % 2], waveDensity);
   // The water is level at both ends and highest half way.
   const auto strength = static_cast<int>(std::lround(4.0 * progress * (1.0 - progress) * 256.0));
   for (int& height : first) height = height * strength / 256;
-  return refract(picture, pages[0]);
+  return refract(picture, pages[0], RefractedOpacity::moved);
 }
 
 }  // namespace dibkit

@@ -6,9 +6,8 @@ namespace dibkit {
 
 /// Fades one picture into another below water that is stirred up and calms down again.
 /// \param incoming,outgoing 32 bits, of one size
-/// \param progress 0 for the outgoing picture to 1 for the incoming one, both then to the byte
-/// \return the frame; in between it is opaque but for its outermost pixels. Null for unusable pictures or
-///         when memory runs out, which may throw std::bad_alloc as well
+/// \param progress 0 for the outgoing picture to 1 for the incoming one
+/// \return the frame; null when memory runs out, which may throw std::bad_alloc as well
 OwnedDib rippleFade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress);
 
 }  // namespace dibkit

@@ -4,7 +4,7 @@
 #include <numbers>
 #include <vector>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
 
@@ -88,7 +88,7 @@ BOOL renderRoll(BITMAPINFOHEADER* source, long side, long amount, EffectOutput& 
   }
   const int start = fromFarSide ? extent - visible : 0;
   const RECT place = columns ? RECT{start, 0, start + visible, h} : RECT{0, start, w, start + visible};
-  return paintPiece(place, Pixels::unwritten, output, [&](const View& piece) {
+  return paintPiece(place, InitialPixels::unwritten, output, [&](const View& piece) {
     (columns ? unrollColumns : unrollRows)(ConstView(source), piece, lines);
   });
 }

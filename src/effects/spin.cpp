@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "effects/angles.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
@@ -49,7 +49,7 @@ BOOL renderSpin(BITMAPINFOHEADER* source, long axis, long angle, EffectOutput& o
   const auto seen = static_cast<int>(extent * squash);
   const int margin = (extent - seen) / 2;
   const RECT place = rows ? RECT{0, margin, w, margin + seen} : RECT{margin, 0, margin + seen, h};
-  return paintPiece(place, Pixels::unwritten, output, [&](const View& piece) {
+  return paintPiece(place, InitialPixels::unwritten, output, [&](const View& piece) {
     (rows ? squashRows : squashColumns)(ConstView(source), piece, squash);
   });
 }

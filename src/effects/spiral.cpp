@@ -2,10 +2,10 @@
 #include <vector>
 
 #include "effects/angles.h"
-#include "effects/covering.h"
+#include "effects/full_coverage.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
-#include "effects/region_canvas.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
 namespace {
@@ -23,7 +23,7 @@ std::int64_t turn(const POINT& centre, const POINT& a, const POINT& b) {
 /// holds just the pixels of its triangles: the sides that two of them share are crossed twice.
 class Fan {
  public:
-  Fan(RegionCanvas& canvas, const POINT& centre) : canvas_(canvas), centre_(centre) {}
+  Fan(RegionBuilder& builder, const POINT& centre) : builder_(builder), centre_(centre) {}
 
   void addTriangle(const POINT& from, const POINT& to) {
     const std::int64_t sense = turn(centre_, from, to);
@@ -40,7 +40,7 @@ class Fan {
     if (outline_.empty()) return;
     outline_.push_back(centre_);
     const OwnedRegion region(CreatePolygonRgn(outline_.data(), static_cast<int>(outline_.size()), ALTERNATE));
-    canvas_.add(region.get());
+    builder_.add(region.get());
     outline_.clear();
   }
 
@@ -53,19 +53,27 @@ class Fan {
     return (sense > 0) == (sense_ > 0) && span != 0 && (span > 0) == (sense_ > 0);
   }
 
-  RegionCanvas& canvas_;
+  RegionBuilder& builder_;
   POINT centre_;
   std::vector<POINT> outline_;  ///< the outer ends so far
   std::int64_t sense_ = 0;
 };
 
+/// An angle, in degrees, at which the spiral is sure to cover the picture: its radius reaches the corners
+/// after two turns, and has to hold out for one more.
+long enoughAngle(const SIZE& picture) {
+  const double radius = diagonalOf(picture) / 2.0;
+  // Three pixels beyond the corners make good for truncation and for the straight sides of the triangles.
+  return static_cast<long>(std::ceil(720.0 * (radius * 1.001 + 3.0) / radius)) + 360;
+}
+
 OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
   const POINT centre{picture.cx / 2, picture.cy / 2};
   const double radius = diagonalOf(picture) / 2.0;
-  const int angle = clampAmount(amount, 0, static_cast<int>(coveringSpiralAngle(picture)));
-  RegionCanvas canvas(picture);
-  canvas.add(RECT{centre.x, centre.y, centre.x + 1, centre.y + 1});
-  Fan fan(canvas, centre);
+  const int angle = clampAmount(amount, 0, static_cast<int>(enoughAngle(picture)));
+  RegionBuilder builder(picture.cx, picture.cy);
+  builder.add(RECT{centre.x, centre.y, centre.x + 1, centre.y + 1});
+  Fan fan(builder, centre);
   POINT last{centre.x + 1, centre.y};
   for (int i = 0; i < angle; ++i) {
     const int reached = std::min(i + lead, angle);
@@ -77,15 +85,14 @@ OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
     last = tip;
   }
   fan.close();
-  return canvas.region();
+  return builder.region();
 }
 
 }  // namespace
 
-long coveringSpiralAngle(const SIZE& picture) {
-  const double radius = diagonalOf(picture) / 2.0;
-  // Three pixels beyond the corners make good for truncation and for the straight sides of the triangles.
-  return static_cast<long>(std::ceil(720.0 * (radius * 1.001 + 3.0) / radius)) + 360;
+long fullCoverageSpiralAngle(const SIZE& picture, long direction) {
+  return leastFullCoverage(picture, enoughAngle(picture),
+                           [&](long angle) { return spiralRegion(picture, angle, direction == 1); });
 }
 
 BOOL renderSpiral(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {

@@ -1,16 +1,28 @@
 #include <array>
 #include <cmath>
 
-#include "effects/covering.h"
+#include "effects/full_coverage.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
 
 namespace dibkit {
 namespace {
 
+/// A half opening at which the iris is sure to cover the picture.
+long enoughOpening(const SIZE& picture) {
+  // The inner vertices have to reach the corners. Half of an odd extent loses its fraction on the right and
+  // bottom, and so does the vertical opening by truncation.
+  const std::int64_t halfWidth = (std::int64_t{picture.cx} + 1) / 2;
+  const std::int64_t halfHeight = (std::int64_t{picture.cy} + 1) / 2;
+  const double forHeight = std::ceil(static_cast<double>(halfHeight * picture.cx) / picture.cy);
+  const auto opening = std::max<std::int64_t>(halfWidth, static_cast<std::int64_t>(forHeight));
+  const bool reaches = static_cast<int>(static_cast<double>(opening) * picture.cy / picture.cx) >= halfHeight;
+  return static_cast<long>(reaches ? opening : opening + 1);
+}
+
 OwnedRegion irisRegion(const SIZE& picture, long amount) {
   const auto [w, h] = picture;
-  const int r = clampAmount(amount, 0, static_cast<int>(coveringIris(picture)));
+  const int r = clampAmount(amount, 0, static_cast<int>(enoughOpening(picture)));
   const int ry = static_cast<int>(static_cast<double>(r) * h / w);
   const int cx = w / 2;
   const int cy = h / 2;
@@ -86,7 +98,7 @@ double starScale(const UnitStar& star, const SIZE& picture, long percent) {
 }
 
 /// The factor of the unit star at which it covers the picture.
-double coveringScale(const UnitStar& star, const SIZE& picture) {
+double fullCoverageScale(const UnitStar& star, const SIZE& picture) {
   // Half the picture, and two pixels more to make good for truncation.
   const double w = picture.cx / 2.0 + 2.0;
   const double h = picture.cy / 2.0 + 2.0;
@@ -111,8 +123,8 @@ double coveringScale(const UnitStar& star, const SIZE& picture) {
 OwnedRegion starRegion(const SIZE& picture, long amount) {
   static const UnitStar star = unitStar();
   // A negative amount turns the star upside down. Either way it has covered the picture at the same scale.
-  const double covering = coveringScale(star, picture);
-  const double s = std::clamp(starScale(star, picture, amount), -covering, covering);
+  const double fullCoverage = fullCoverageScale(star, picture);
+  const double s = std::clamp(starScale(star, picture, amount), -fullCoverage, fullCoverage);
   std::array<POINT, 10> points;
   for (std::size_t i = 0; i < points.size(); ++i) {
     points[i].x = static_cast<int>(star.vertices[i].x * s + picture.cx / 2.0);
@@ -123,20 +135,16 @@ OwnedRegion starRegion(const SIZE& picture, long amount) {
 
 }  // namespace
 
-long coveringIris(const SIZE& picture) {
-  // The inner vertices have to reach the corners. Half of an odd extent loses its fraction on the right and
-  // bottom, and so does the vertical opening by truncation.
-  const std::int64_t halfWidth = (std::int64_t{picture.cx} + 1) / 2;
-  const std::int64_t halfHeight = (std::int64_t{picture.cy} + 1) / 2;
-  const double forHeight = std::ceil(static_cast<double>(halfHeight * picture.cx) / picture.cy);
-  const auto opening = std::max<std::int64_t>(halfWidth, static_cast<std::int64_t>(forHeight));
-  const bool reaches = static_cast<int>(static_cast<double>(opening) * picture.cy / picture.cx) >= halfHeight;
-  return static_cast<long>(reaches ? opening : opening + 1);
+long fullCoverageIris(const SIZE& picture, long) {
+  return leastFullCoverage(picture, enoughOpening(picture),
+                           [&](long opening) { return irisRegion(picture, opening); });
 }
 
-long coveringStarPercent(const SIZE& picture) {
+long fullCoverageStarPercent(const SIZE& picture, long) {
   const UnitStar star = unitStar();
-  return static_cast<long>(std::ceil(100.0 * coveringScale(star, picture) / starScale(star, picture, 100)));
+  const double enough = 100.0 * fullCoverageScale(star, picture) / starScale(star, picture, 100);
+  return leastFullCoverage(picture, static_cast<long>(std::ceil(enough)),
+                           [&](long percent) { return starRegion(picture, percent); });
 }
 
 BOOL renderIris(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {

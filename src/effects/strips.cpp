@@ -2,10 +2,10 @@
 #include <cstdlib>
 #include <vector>
 
-#include "dib/region_spans.h"
 #include "effects/numbered.h"
 #include "effects/ordered_pool.h"
 #include "effects/piece.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {

@@ -1,10 +1,11 @@
+#include "cel/mask_on_demand.h"
+#include "cel/placed_cel.h"
 #include "convert/palette_finish.h"
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/mask_on_demand.h"
-#include "dib/placed_frame.h"
+#include "dib/view.h"
 #include "frames/frames.h"
 #include "frames/mix.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -25,18 +26,18 @@ struct Layers {
 /// \param mix mix(top, under, bytes, mixed) makes the pixels where the upper frame shows
 /// \return nothing when the work image cannot be had
 template <class Mix>
-std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour, const Box& area,
-                              Beside beside, Mix&& mix) {
+std::optional<Layers> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb colour, const Box& area,
+                                    Beside beside, Mix&& mix) {
   if (area.width() > INT32_MAX || area.height() > INT32_MAX) return std::nullopt;
   const int width = static_cast<int>(area.width());
   const int height = static_cast<int>(area.height());
-  OwnedDib work = createDib(width, height, Bgr24::bits, 0, Pixels::unwritten);
+  OwnedDib work = createDib(width, height, Bgr24::bits, 0, InitialPixels::unwritten);
   if (!work) return std::nullopt;
   const View target(work.get());
   FrameColours colours;
   if (target.lines() == 0) return Layers{colours.finish(std::move(work)), nullptr};
-  std::vector<BYTE> ground(static_cast<std::size_t>(width) * 3);
-  for (int x = 0; x < width; ++x) Bgr24::put(ground.data(), x, colour);
+  std::vector<BYTE> backdrop(static_cast<std::size_t>(width) * 3);
+  for (int x = 0; x < width; ++x) Bgr24::put(backdrop.data(), x, colour);
   BitGrid shows(width, 2);
   MaskOnDemand leftOut(width, height);
   for (int y = 0; y < target.lines(); ++y) {
@@ -53,7 +54,7 @@ std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour
         return;
       }
       const std::int64_t canvasX = area.left + left;
-      const BYTE* under = below ? lower->bgr(canvasX, canvasY, right - left) : ground.data();
+      const BYTE* under = below ? lower->bgr(canvasX, canvasY, right - left) : backdrop.data();
       if (above) {
         mix(upper.bgr(canvasX, canvasY, right - left), under, bytes, out);
       } else {
@@ -67,13 +68,13 @@ std::optional<Layers> layOver(PlacedFrame& upper, PlacedFrame* lower, Rgb colour
 }
 
 /// Fades the upper frame inside its own box and hands it over with a copy of its mask.
-int fade(PlacedFrame& upper, BITMAPINFOHEADER* mask, PlacedFrame* lower, DWORD colour, BYTE opacity,
+int fade(PlacedCel& upper, BITMAPINFOHEADER* mask, PlacedCel* lower, DWORD colour, BYTE opacity,
          BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
   std::optional<Layers> layers =
-      layOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
-              [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-                mixByByteOpacity(top, under, bytes, opacity, mixed);
-              });
+      compositeOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
+                    [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
+                      mixByByteOpacity(top, under, bytes, opacity, mixed);
+                    });
   if (!layers) return 0;
   *outImage = layers->image.release();
   *outMask = CBitmapCreator::Clone(mask);
@@ -83,9 +84,10 @@ int fade(PlacedFrame& upper, BITMAPINFOHEADER* mask, PlacedFrame* lower, DWORD c
 /// Lays both frames over each other inside an area and hands the picture over with its new mask and its
 /// place.
 template <class Mix>
-int mergeInside(const Box& area, PlacedFrame& upper, PlacedFrame& lower, DWORD colour, Mix&& mix,
+int mergeInside(const Box& area, PlacedCel& upper, PlacedCel& lower, DWORD colour, Mix&& mix,
                 BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  std::optional<Layers> layers = layOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame, mix);
+  std::optional<Layers> layers =
+      compositeOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame, mix);
   if (!layers) return 0;
   *outImage = layers->image.release();
   *outMask = layers->mask.release();
@@ -96,11 +98,12 @@ int mergeInside(const Box& area, PlacedFrame& upper, PlacedFrame& lower, DWORD c
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD colour, BYTE opacity,
                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
-    PlacedFrame upper(frame, mask, POINT{0, 0});
+    PlacedCel upper(frame, mask, POINT{0, 0});
     if (!upper || outImage == nullptr || outMask == nullptr) return 0;
     return fade(upper, mask, nullptr, colour, opacity, outImage, outMask);
   });
@@ -109,10 +112,9 @@ int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD col
 int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
                       BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB, DWORD colour,
                       BYTE opacity, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
-    PlacedFrame upper(frameA, maskA, positionA);
-    PlacedFrame lower(frameB, maskB, positionB);
+    PlacedCel upper(frameA, maskA, positionA);
+    PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr) return 0;
     return fade(upper, maskA, &lower, colour, opacity, outImage, outMask);
   });
@@ -121,10 +123,9 @@ int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const P
 int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
                 BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
                 BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
-    PlacedFrame upper(frameA, maskA, positionA);
-    PlacedFrame lower(frameB, maskB, positionB);
+    PlacedCel upper(frameA, maskA, positionA);
+    PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     const auto takeTop = [](const BYTE* top, const BYTE*, std::size_t bytes, BYTE* mixed) {
       std::memcpy(mixed, top, bytes);
@@ -138,10 +139,9 @@ int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const 
                        BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
                        DWORD colour, WORD opacity, const SIZE& canvas, BITMAPINFOHEADER** outImage,
                        BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
-    PlacedFrame upper(frameA, maskA, positionA);
-    PlacedFrame lower(frameB, maskB, positionB);
+    PlacedCel upper(frameA, maskA, positionA);
+    PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     const Box area =
         intersection(unionOf(upper.box(), lower.box()), placedBox(canvas.cx, canvas.cy, POINT{0, 0}));

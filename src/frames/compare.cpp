@@ -1,8 +1,9 @@
-#include "frames/difference.h"
+#include "cel/difference.h"
 #include "frames/frames.h"
 
+using namespace dibkit;
+
 void GetPixelRGB(BYTE* row, int x, int bitCount, RGBQUAD* palette, BYTE* red, BYTE* green, BYTE* blue) {
-  using namespace dibkit;
   if (red == nullptr || green == nullptr || blue == nullptr || x < 0) return;
   const auto give = [&](Rgb colour) {
     *red = colour.red;
@@ -14,22 +15,21 @@ void GetPixelRGB(BYTE* row, int x, int bitCount, RGBQUAD* palette, BYTE* red, BY
                        using Format = decltype(format);
                        const auto raw = Format::get(row, x);
                        if constexpr (Format::bits <= 8) {
-                         return palette != nullptr && give(fromEntry(palette[raw]));
+                         return palette != nullptr && give(rgbOf(palette[raw]));
                        } else {
                          return give(Format::colour(raw));
                        }
                      });
   // Depths up to 8 without a format count as index 0.
-  if (!known && bitCount <= 8 && palette != nullptr) give(fromEntry(palette[0]));
+  if (!known && bitCount <= 8 && palette != nullptr) give(rgbOf(palette[0]));
 }
 
 int CompareFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, BITMAPINFOHEADER* frameB,
                  BITMAPINFOHEADER* maskB) {
-  using namespace dibkit;
-  const Frame a(frameA, maskA);
-  const Frame b(frameB, maskB);
+  const Cel a(frameA, maskA);
+  const Cel b(frameB, maskB);
   if (!a || !b || a.width() != b.width() || a.height() != b.height()) return 0;
-  const FrameDifference difference(a, b);
+  const CelDifference difference(a, b);
   for (int y = 0; y < a.view().lines(); ++y) {
     if (difference.first({0, y, 0, y}, a.width()) != a.width()) return 0;
   }

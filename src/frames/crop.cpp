@@ -1,9 +1,10 @@
+#include "cel/cel.h"
 #include "dib/allocate.h"
-#include "dib/frame.h"
-#include "dib/guard.h"
-#include "dib/placement.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
+#include "raster/placement.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -28,8 +29,9 @@ struct Cut {
 OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const Cut& cut) {
   const int bitCount = source.bitCount();
   // Pixels of a depth without format stay 0: only header, palette and mask of such a frame can be cut.
-  OwnedDib piece = createDib(cut.width(), cut.height(), bitCount, static_cast<int>(dib->biClrUsed),
-                             cut.whole() && hasFormat(bitCount) ? Pixels::unwritten : Pixels::cleared);
+  OwnedDib piece =
+      createDib(cut.width(), cut.height(), bitCount, static_cast<int>(dib->biClrUsed),
+                cut.whole() && hasFormat(bitCount) ? InitialPixels::unwritten : InitialPixels::cleared);
   if (!piece) return nullptr;
   copyPalette(dib, piece.get());
   const View target(piece.get());
@@ -43,7 +45,7 @@ OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const 
 /// Writes the mask of a piece whose bits are still 0: transparent is what the frame's mask marks, what lies
 /// outside the region, and what the frame does not have. The region counts even where there is a mask.
 /// \return whether any pixel is transparent
-bool cropMask(const Frame& frame, const RegionSpans& region, const Cut& cut, const View& mask) {
+bool cropMask(const Cel& frame, const RegionSpans& region, const Cut& cut, const View& mask) {
   const int left = static_cast<int>(cut.box.left);
   const int begin = cut.inPiece().x;
   const int end = begin + cut.overlap.width;
@@ -75,8 +77,8 @@ bool cropMask(const Frame& frame, const RegionSpans& region, const Cut& cut, con
 OwnedDib crop32(const ConstView& source, const RegionSpans& region) {
   if (!source || !region.valid()) return nullptr;
   const Cut cut(region.box(), source);
-  OwnedDib piece =
-      createDib(cut.width(), cut.height(), 32, 0, cut.whole() ? Pixels::unwritten : Pixels::cleared);
+  OwnedDib piece = createDib(cut.width(), cut.height(), 32, 0,
+                             cut.whole() ? InitialPixels::unwritten : InitialPixels::cleared);
   if (!piece) return nullptr;
   const View target(piece.get());
   const int left = static_cast<int>(cut.box.left);
@@ -100,10 +102,11 @@ OwnedDib crop32(const ConstView& source, const RegionSpans& region) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN region, BITMAPINFOHEADER** outImage,
               BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
-  const Frame source(frame, mask);
+  const Cel source(frame, mask);
   const RegionSpans spans(region);
   if (!source || !spans.valid() || outImage == nullptr || outMask == nullptr) return 0;
 
@@ -119,6 +122,5 @@ int CropFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, HRGN region, BITM
 }
 
 BITMAPINFOHEADER* Crop32BitsDIB(BITMAPINFOHEADER* image, HRGN region) {
-  using namespace dibkit;
   return crop32(ConstView(image, 32), RegionSpans(region)).release();
 }

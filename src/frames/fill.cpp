@@ -1,10 +1,12 @@
+#include "cel/placed_cel.h"
 #include "convert/palette_finish.h"
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/placed_frame.h"
+#include "dib/view.h"
 #include "frames/colour_range.h"
 #include "frames/frames.h"
 #include "frames/tint.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
 
 namespace dibkit {
 namespace {
@@ -14,14 +16,14 @@ class FillWork {
  public:
   FillWork(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
       : frame_(dib, mask, POINT{0, 0}), opaque_(width(), 1) {
-    if (frame_) image_ = createDib(frame_.frame().width(), height(), Bgr24::bits, 0, Pixels::unwritten);
+    if (frame_) image_ = createDib(frame_.cel().width(), height(), Bgr24::bits, 0, InitialPixels::unwritten);
     if (image_) rows_ = View(image_.get());
   }
 
   bool usable() const { return static_cast<bool>(rows_); }
   /// Pixels of a line; 0 when there is no line, which then needs no buffers however wide it claims to be.
-  int width() const { return height() > 0 ? frame_.frame().width() : 0; }
-  int height() const { return frame_.frame().height(); }
+  int width() const { return height() > 0 ? frame_.cel().width() : 0; }
+  int height() const { return frame_.cel().height(); }
   int lines() const { return rows_.lines(); }
   BYTE* row(int y) const { return rows_.row(y); }
 
@@ -47,7 +49,7 @@ class FillWork {
   /// Marks the opaque pixels of a line inside a range, one byte each.
   void match(int y, const ColourRange& range, BYTE* flags) {
     range.match(row(y), width(), flags);
-    if (!frame_.frame().mask().present()) return;
+    if (!frame_.cel().mask().present()) return;
     const std::uint64_t* shows = opaque(y);
     for (int x = 0; x < width(); ++x) flags[x] = static_cast<BYTE>(flags[x] & (shows[x / 64] >> x % 64));
   }
@@ -55,7 +57,7 @@ class FillWork {
   OwnedDib finish() { return colours_.finish(std::move(image_)); }
 
  private:
-  PlacedFrame frame_;
+  PlacedCel frame_;
   BitGrid opaque_;
   OwnedDib image_;
   View rows_;
@@ -65,9 +67,10 @@ class FillWork {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill, int percent,
                  int tolerance, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
     FillWork work(frame, mask);
     if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
@@ -95,19 +98,18 @@ int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, 
 int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
                         int percent, int tolerance, const POINT& seed, BITMAPINFOHEADER** outImage,
                         BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
     FillWork work(frame, mask);
     if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
     if (seed.x < 0 || seed.x >= work.width() || seed.y < 0 || seed.y >= work.height()) return 0;
     for (int y = 0; y < work.lines(); ++y) work.decodeRow(y);
 
-    // What a walk that runs out of memory leaves behind.
+    // The result of a flood fill that runs out of memory.
     *outImage = nullptr;
     *outMask = nullptr;
     const ColourRange range(fromColorRef(target), tolerance);
     const Tint tint(fromColorRef(fill), percent, work.width());
-    walkConnected(
+    floodFill(
         work.width(), work.height(), seed, [&](int y, BYTE* flags) { work.match(y, range, flags); },
         [&](int y, int left, int right) { tint.apply(work.row(y), left, right); });
 

@@ -1,12 +1,14 @@
+#include "cel/placed_cel.h"
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/index_rows.h"
-#include "dib/mask_rows.h"
-#include "dib/placed_frame.h"
+#include "dib/view.h"
 #include "frames/frames.h"
 #include "frames/tint.h"
 #include "frames/trim.h"
-#include "gifmask/burn.h"
+#include "gifmask/flatten.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
+#include "raster/index_rows.h"
+#include "raster/mask_rows.h"
 
 namespace dibkit {
 namespace {
@@ -21,7 +23,7 @@ Rgb mixedWithWhite(Rgb fill, int percent) {
 /// Which pixels of the canvas are transparent before the fill: the frame's transparent ones and those beside
 /// it.
 OwnedDib canvasMask(BITMAPINFOHEADER* mask, const Box& frame, const SIZE& canvas, const Margins& margins) {
-  if (mask != nullptr) return burnColour(mask, nullptr, {255, 255, 255}, margins);
+  if (mask != nullptr) return flattenOnto(mask, nullptr, {255, 255, 255}, margins);
   OwnedDib result = createMask(canvas.cx, canvas.cy);
   if (!result) return nullptr;
   const Box visible = intersection(frame, placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
@@ -40,7 +42,7 @@ OwnedDib canvasMask(BITMAPINFOHEADER* mask, const Box& frame, const SIZE& canvas
 template <class Begun>
 void clearArea(const View& mask, const POINT& seed, std::int64_t frameX, Begun&& begun) {
   const std::int64_t barred = std::int64_t{seed.y} * mask.width() + frameX;
-  walkConnected(
+  floodFill(
       mask.width(), mask.height(), seed,
       [&](int y, BYTE* flags) {
         unpackBits(mask.row(y), mask.width(), flags);
@@ -66,16 +68,16 @@ int giveTrimmed(OwnedDib image, OwnedDib mask, BITMAPINFOHEADER** outImage, BITM
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD fill, int left, int top,
                              int right, int bottom) {
-  using namespace dibkit;
   return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
-    return burnColour(frame, mask, fromColorRef(fill), {left, top, right, bottom}).release();
+    return flattenOnto(frame, mask, fromColorRef(fill), {left, top, right, bottom}).release();
   });
 }
 
 void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect) {
-  using namespace dibkit;
   if (bits == nullptr || width <= 0 || height <= 0) return;
   const Box kept = intersection(toBox(rect), placedBox(width, height, POINT{0, 0}));
   const auto stride = static_cast<std::ptrdiff_t>(strideOf(width, 1));
@@ -90,16 +92,15 @@ void ExclusiveWhiteFill2BitsDib(BYTE* bits, int width, int height, RECT& rect) {
 int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position, const SIZE& canvas,
                  DWORD fill, int percent, int reserved, const POINT& seed, BITMAPINFOHEADER** outImage,
                  BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  using namespace dibkit;
   static_cast<void>(reserved);
   return orOutOfMemory(0, [&] {
-    const Frame source(frame, mask);
+    const Cel source(frame, mask);
     if (!source || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     if (!placedBox(canvas.cx, canvas.cy, POINT{0, 0}).contains(seed.x, seed.y)) return 0;
     const Box placed = placedBox(source.width(), source.height(), position);
     const Margins margins{position.x, position.y, canvas.cx - placed.right, canvas.cy - placed.bottom};
 
-    OwnedDib image = burnColour(frame, mask, mixedWithWhite(fromColorRef(fill), percent), margins);
+    OwnedDib image = flattenOnto(frame, mask, mixedWithWhite(fromColorRef(fill), percent), margins);
     if (!image) return 0;
     OwnedDib transparent = canvasMask(mask, placed, canvas, margins);
     // A mask without white comes back deeper, with an index for white: no mask any more. One of another size
@@ -107,7 +108,7 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
     const View rows = viewOfDepth(transparent.get(), 1);
     if (!rows || rows.width() != canvas.cx || rows.height() != canvas.cy) return 0;
     clearArea(rows, seed, position.x, [&] {
-      // What a walk that runs out of memory on its way leaves behind.
+      // The result of a flood fill that runs out of memory after it has begun.
       *outImage = nullptr;
       *outMask = nullptr;
       *outPosition = position;

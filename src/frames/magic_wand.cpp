@@ -1,19 +1,20 @@
 #include <vector>
 
-#include "dib/frame.h"
-#include "dib/guard.h"
-#include "dib/index_rows.h"
-#include "dib/placement.h"
-#include "dib/reached_area.h"
+#include "cel/cel.h"
 #include "frames/colour_range.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
+#include "raster/index_rows.h"
+#include "raster/placement.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
 namespace {
 
 /// Pixels of a line as the wand compares them, blue, green, red: the blue of 16-bit pixels stays at 0 to 31
 /// on purpose, so that a tolerance reaches eight times as far in it. Selections that users know depend on it.
-const BYTE* wandRow(const Frame& frame, int y, int x, int count, BYTE* buffer) {
+const BYTE* wandRow(const Cel& frame, int y, int x, int count, BYTE* buffer) {
   if (frame.bitCount() != Rgb555::bits) return frame.bgr(y, x, count, buffer);
   const BYTE* row = frame.view().row(y);
   for (int i = 0; i < count; ++i) {
@@ -25,7 +26,7 @@ const BYTE* wandRow(const Frame& frame, int y, int x, int count, BYTE* buffer) {
   return buffer;
 }
 
-OwnedRegion selectOnCanvas(const Frame& frame, const POINT& position, const POINT& seed, int tolerance,
+OwnedRegion selectOnCanvas(const Cel& frame, const POINT& position, const POINT& seed, int tolerance,
                            const SIZE& canvas) {
   const Box placed = placedBox(frame.width(), frame.height(), position);
   const Box whole = placedBox(canvas.cx, canvas.cy, POINT{0, 0});
@@ -68,19 +69,19 @@ OwnedRegion selectOnCanvas(const Frame& frame, const POINT& position, const POIN
       }
     }
   };
-  ReachedArea area(canvas.cx, canvas.cy);
-  walkConnected(canvas.cx, canvas.cy, seed, match,
-                [&](int y, int left, int right) { area.add(y, left, right); });
-  return area.region();
+  RegionBuilder builder(canvas.cx, canvas.cy);
+  floodFill(canvas.cx, canvas.cy, seed, match,
+            [&](int y, int left, int right) { builder.add(y, left, right); });
+  return builder.region();
 }
 
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 HRGN MagicWandRegion(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position,
                      const POINT& seed, int tolerance, const SIZE& canvas) {
-  using namespace dibkit;
-  return orOutOfMemory<HRGN>(nullptr, [&] {
-    return selectOnCanvas(Frame(frame, mask), position, seed, tolerance, canvas).release();
-  });
+  return orOutOfMemory<HRGN>(
+      nullptr, [&] { return selectOnCanvas(Cel(frame, mask), position, seed, tolerance, canvas).release(); });
 }

@@ -2,9 +2,9 @@
 #include <vector>
 
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -78,7 +78,7 @@ class BlockRow {
 OwnedDib mosaic32(const ConstView& source, int blockSize) {
   const int size = std::min({blockSize, source.width(), source.height()});
   if (!source || size < 1) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), 32, 0, Pixels::unwritten);
+  OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   const View target(result.get());
   BlockRow blocks(source, size);
@@ -102,8 +102,9 @@ OwnedDib mosaic32(const ConstView& source, int blockSize) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* Mosaic32BitsDIB(BITMAPINFOHEADER* image, int blockSize) {
-  using namespace dibkit;
   return orOutOfMemory<BITMAPINFOHEADER*>(
       nullptr, [&] { return mosaic32(ConstView(image, 32), blockSize).release(); });
 }

@@ -4,44 +4,33 @@
 #include <bit>
 #include <vector>
 
-#include "dib/flood.h"
-#include "dib/guard.h"
-#include "dib/mask_rows.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
+#include "raster/mask_rows.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
 namespace {
 
 ConstView viewOfMask(const BITMAPINFOHEADER* mask) { return viewOfDepth(mask, 1); }
 
-/// The opaque pixels of a frame mask, line by line as runs.
-class OpaqueRows {
- public:
-  explicit OpaqueRows(const ConstView& mask)
-      : mask_(mask), words_((static_cast<std::size_t>(mask.width()) + 63) / 64) {}
+/// Words of a BitGrid row as wide as the mask.
+std::size_t wordsOf(const ConstView& mask) { return (static_cast<std::size_t>(mask.width()) + 63) / 64; }
 
-  /// Bits of line y, 1 for an opaque pixel; valid until the next call.
-  const std::uint64_t* operator()(int y) {
-    loadMaskRow(mask_.row(y), mask_.width(), words_.data());
-    for (std::uint64_t& word : words_) word = ~word;
-    if (mask_.width() % 64 != 0) words_.back() &= (std::uint64_t{1} << mask_.width() % 64) - 1;
-    return words_.data();
-  }
-
- private:
-  ConstView mask_;
-  std::vector<std::uint64_t> words_;
-};
+/// Gives the opaque pixels of line y of a frame mask as set bits, in wordsOf(mask) words.
+void loadOpaque(const ConstView& mask, int y, std::uint64_t* words) {
+  loadMaskRow(mask.row(y), mask.width(), words);
+  const std::size_t count = wordsOf(mask);
+  for (std::size_t i = 0; i < count; ++i) words[i] = ~words[i];
+  if (mask.width() % 64 != 0) words[count - 1] &= (std::uint64_t{1} << mask.width() % 64) - 1;
+}
 
 OwnedRegion opaqueRegion(const ConstView& mask) {
   if (mask.lines() == 0) return nullptr;
-  OpaqueRows opaque(mask);
-  SpanCollector spans;
-  for (int y = 0; y < mask.lines(); ++y) {
-    forEachRun(opaque(y), mask.width(), [&](int left, int right) { spans.add(y, left, right); });
-  }
-  return spans.empty() ? nullptr : spans.region();
+  RegionBuilder builder(mask.width(), mask.height());
+  for (int y = 0; y < mask.lines(); ++y) loadOpaque(mask, y, builder.row(y));
+  return builder.empty() ? nullptr : builder.region();
 }
 
 /// The last set bit of a row that has one.
@@ -57,7 +46,11 @@ TransparentEdges transparentEdges(const ConstView& mask) {
   const int width = mask.width();
   const int height = mask.height();
   if (mask.lines() == 0) return {width, height, width, height};
-  OpaqueRows opaque(mask);
+  std::vector<std::uint64_t> words(wordsOf(mask));
+  const auto opaque = [&](int y) {
+    loadOpaque(mask, y, words.data());
+    return words.data();
+  };
   int top = 0;
   while (top < height && findBit(opaque(top), 0, width, true) == width) ++top;
   if (top == height) return {width, height, width, height};
@@ -80,13 +73,13 @@ TransparentEdges transparentEdges(const ConstView& mask) {
 
 }  // namespace dibkit
 
+using namespace dibkit;
+
 HRGN CalcOpacityAreaRgn(BITMAPINFOHEADER* mask) {
-  using namespace dibkit;
   return orOutOfMemory<HRGN>(nullptr, [&] { return opaqueRegion(viewOfMask(mask)).release(); });
 }
 
 void CaclOpaqueBoundary(BITMAPINFOHEADER* mask, int* left, int* top, int* right, int* bottom) {
-  using namespace dibkit;
   const ConstView view = viewOfMask(mask);
   if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
   orOutOfMemory<int>(0, [&] {

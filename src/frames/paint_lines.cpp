@@ -1,5 +1,5 @@
-#include "dib/drawing_surface.h"
 #include "dib/view.h"
+#include "drawing/drawing_surface.h"
 #include "frames/frames.h"
 #include "frames/painted.h"
 
@@ -35,15 +35,17 @@ OwnedDib blackPolyline(const RECT& bounds, const POINT* points, int count, int p
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* PaintLineOnPic(BITMAPINFOHEADER* picture, const RECT& box, const POINT& from,
                                  const POINT& to, int penWidth, int roundEnds) {
-  return dibkit::whiteLine(picture, box, from, to, penWidth, roundEnds != 0).release();
+  return whiteLine(picture, box, from, to, penWidth, roundEnds != 0).release();
 }
 
 BITMAPINFOHEADER* PaintLineOnPic2(const RECT& bounds, POINT* points, int count, int penWidth, int roundEnds,
                                   POINT* position) {
   POINT corner{};
-  dibkit::OwnedDib line = dibkit::blackPolyline(bounds, points, count, penWidth, roundEnds != 0, corner);
+  OwnedDib line = blackPolyline(bounds, points, count, penWidth, roundEnds != 0, corner);
   if (position != nullptr) *position = corner;
   return line.release();
 }

@@ -1,11 +1,11 @@
 #include "convert/convert.h"
 #include "dib/allocate.h"
-#include "dib/drawing_surface.h"
-#include "dib/guard.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
+#include "drawing/drawing_surface.h"
 #include "frames/frames.h"
 #include "frames/painted.h"
 #include "frames/trim.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -21,7 +21,7 @@ enum Index : BYTE { outline, interior, background };
 OwnedDib reduced(BITMAPINFOHEADER* drawn) {
   CMap<DWORD, DWORD&, int, int&> indexes;
   const auto add = [&](COLORREF colour, int index) {
-    DWORD key = entryKey(fromColorRef(colour));
+    DWORD key = packRgb(fromColorRef(colour));
     indexes.SetAt(key, index);
   };
   add(black, outline);
@@ -69,8 +69,8 @@ OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& positio
     const OwnedGraphicsObject pen(penWidth < 1 ? GetStockObject(NULL_PEN)
                                                : CreatePen(PS_SOLID, penWidth, black));
     const OwnedGraphicsObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
-    const Selection selectedPen(surface.context(), pen.get());
-    const Selection selectedBrush(surface.context(), brush.get());
+    const SelectedObject selectedPen(surface.context(), pen.get());
+    const SelectedObject selectedBrush(surface.context(), brush.get());
     draw(surface.context());
   }
   const OwnedDib drawn = surface.read(24);
@@ -90,9 +90,10 @@ BITMAPINFOHEADER* withPosition(POINT* position, Paint&& paint) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* PaintShapeOnPic(const RECT& shape, int penWidth, int ellipse, int filled,
                                   const POINT& corner, POINT* position) {
-  using namespace dibkit;
   return withPosition(position, [&](POINT& place) {
     const RECT box = widened(shape, paintMargin(penWidth));
     return paintedShape(box, penWidth, filled != 0, place, [&](HDC context) {
@@ -107,7 +108,6 @@ BITMAPINFOHEADER* PaintShapeOnPic(const RECT& shape, int penWidth, int ellipse, 
 }
 
 BITMAPINFOHEADER* PaintPolygonOnPic(POINT* points, int count, int penWidth, int filled, POINT* position) {
-  using namespace dibkit;
   return withPosition(position, [&](POINT& place) {
     const RECT box = boxAround(points, count, paintMargin(penWidth));
     return paintedShape(box, penWidth, filled != 0, place,

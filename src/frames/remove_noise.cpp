@@ -2,12 +2,13 @@
 #include <array>
 #include <vector>
 
+#include "cel/cel.h"
 #include "dib/allocate.h"
-#include "dib/flood.h"
-#include "dib/frame.h"
-#include "dib/guard.h"
 #include "dib/row_progress.h"
+#include "dib/view.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
+#include "raster/flood_fill.h"
 
 namespace dibkit {
 namespace {
@@ -135,9 +136,10 @@ OwnedDib removeNoise(BITMAPINFOHEADER* dib, BITMAPINFOHEADER* maskDib, CQorCommo
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* RemoveNoiseDIB(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
                                  CQorCommonProgress* progress) {
-  using namespace dibkit;
   return orOutOfMemory<BITMAPINFOHEADER*>(nullptr,
                                           [&] { return removeNoise(frame, mask, progress).release(); });
 }

@@ -1,4 +1,4 @@
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "gifmask/gifmask.h"
 #include "palette/palette.h"
 

@@ -1,7 +1,7 @@
-#include "dib/mask_rows.h"
-#include "dib/pixel_format.h"
-#include "dib/region_spans.h"
+#include "dib/view.h"
 #include "gifmask/gifmask.h"
+#include "raster/mask_rows.h"
+#include "raster/region_spans.h"
 
 namespace dibkit {
 namespace {
@@ -46,8 +46,9 @@ void fill(const View& mask, const RECT& rect, bool value) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 BITMAPINFOHEADER* CMaskedBitmapTransform::FillMask(BITMAPINFOHEADER* mask, HRGN region) {
-  using namespace dibkit;
   const View old = viewOfDepth(mask, 1);
   if (!old) return nullptr;
   const RegionSpans spans(region);
@@ -61,13 +62,11 @@ BITMAPINFOHEADER* CMaskedBitmapTransform::FillMask(BITMAPINFOHEADER* mask, HRGN 
 }
 
 void CMaskedBitmapTransform::FillMaskDIBBits(BITMAPINFOHEADER* mask, const RECT& rect, bool value) {
-  using namespace dibkit;
   const View view = viewOfDepth(mask, 1);
   if (view) fill(view, rect, value);
 }
 
 BITMAPINFOHEADER* CMaskedBitmapTransform::MarkedMaskDIB(BITMAPINFOHEADER* mask, BITMAPINFOHEADER* second) {
-  using namespace dibkit;
   const View above = viewOfDepth(second, 1);
   if (!viewOfDepth(mask, 1) || !above) return nullptr;
   OwnedDib marked(CBitmapCreator::Clone(mask));

@@ -1,8 +1,9 @@
+#include "cel/placed_cel.h"
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/placed_frame.h"
-#include "gifmask/burn.h"
+#include "dib/view.h"
+#include "gifmask/flatten.h"
 #include "gifmask/gifmask.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -13,13 +14,14 @@ struct Padded {
 };
 
 Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, const Margins& margins) {
-  PlacedFrame frame(dib, sourceMask, POINT{margins.left, margins.top});
+  PlacedCel frame(dib, sourceMask, POINT{margins.left, margins.top});
   if (!frame || !hasFormat(dib->biBitCount)) return {};
   const std::optional<SIZE> size = paddedSize(frame.box(), margins);
   if (!size) return {};
-  Padded padded{createDib(size->cx, size->cy, dib->biBitCount, static_cast<int>(dib->biClrUsed)),
-                createMask(size->cx, size->cy)};
-  if (!padded.image || !padded.mask) return {};
+  Padded padded{createDib(size->cx, size->cy, dib->biBitCount, static_cast<int>(dib->biClrUsed)), nullptr};
+  // No mask beside an image that is too large: it takes less room, so that there might be one.
+  if (padded.image) padded.mask = createMask(size->cx, size->cy);
+  if (!padded.mask) return {};
   copyPalette(dib, padded.image.get());
 
   const View image(padded.image.get());
@@ -30,7 +32,7 @@ Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, cons
     fillMaskRow(mask.row(y), 0, mask.width(), true);
     frame.opaqueBits(y, area, opaque.row(0));
     forEachRun(opaque.row(0), image.width(), [&](int left, int right) {
-      const BYTE* from = frame.frame().view().row(static_cast<int>(y - frame.box().top));
+      const BYTE* from = frame.cel().view().row(static_cast<int>(y - frame.box().top));
       copyPixels(image.bitCount(), from, static_cast<int>(left - frame.box().left), right - left,
                  image.row(y), left);
       fillMaskRow(mask.row(y), left, right, false);
@@ -42,10 +44,11 @@ Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, cons
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CMaskedBitmapTransform::ExpandDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* sourceMask,
                                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, int left,
                                       int top, int right, int bottom) {
-  using namespace dibkit;
   return orOutOfMemory(0, [&] {
     if (outImage == nullptr || outMask == nullptr) return 0;
     Padded padded = pad(source, sourceMask, {left, top, right, bottom});

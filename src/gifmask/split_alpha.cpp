@@ -1,8 +1,8 @@
 #include <cstdlib>
 
+#include "cel/mask_on_demand.h"
 #include "dib/allocate.h"
-#include "dib/mask_on_demand.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "gifmask/gifmask.h"
 
 namespace dibkit {
@@ -31,14 +31,14 @@ struct UnsignedRows {
   int height = 0;
 };
 
-/// (channel opacity + ground (255 - opacity)) / 255; never above 255.
-constexpr BYTE blended(BYTE channel, BYTE ground, unsigned opacity) {
-  return static_cast<BYTE>((channel * opacity + ground * (255 - opacity)) / 255);
+/// (channel opacity + backdrop (255 - opacity)) / 255; never above 255.
+constexpr BYTE blended(BYTE channel, BYTE backdrop, unsigned opacity) {
+  return static_cast<BYTE>((channel * opacity + backdrop * (255 - opacity)) / 255);
 }
 
-constexpr Rgb blended(Rgb colour, Rgb ground, unsigned opacity) {
-  return {blended(colour.red, ground.red, opacity), blended(colour.green, ground.green, opacity),
-          blended(colour.blue, ground.blue, opacity)};
+constexpr Rgb blended(Rgb colour, Rgb backdrop, unsigned opacity) {
+  return {blended(colour.red, backdrop.red, opacity), blended(colour.green, backdrop.green, opacity),
+          blended(colour.blue, backdrop.blue, opacity)};
 }
 
 constexpr DWORD opacityOf(DWORD pixel) { return pixel >> 24; }
@@ -61,13 +61,14 @@ void splitRow(const BYTE* from, int width, Rgb background, Rgb transparent, int 
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CMaskedBitmapTransform::Spilt32BitsDIBForGIF(BITMAPINFOHEADER* source, DWORD background,
                                                  DWORD transparent, BITMAPINFOHEADER** outImage,
                                                  BITMAPINFOHEADER** outMask) {
-  using namespace dibkit;
   const UnsignedRows rows(source);
   if (rows.bits == nullptr || outImage == nullptr || outMask == nullptr) return 0;
-  OwnedDib image = createDib(rows.width, rows.height, Bgr24::bits, 0, Pixels::unwritten);
+  OwnedDib image = createDib(rows.width, rows.height, Bgr24::bits, 0, InitialPixels::unwritten);
   if (!image) return 0;
   const View target(image.get());
   MaskOnDemand mask(rows.width, rows.height);

@@ -1,3 +1,7 @@
 #include "module/module.h"
 
-const char* dibkit::Version() noexcept { return DIBKIT_VERSION; }
+namespace dibkit {
+
+const char* Version() noexcept { return DIBKIT_VERSION; }
+
+}  // namespace dibkit

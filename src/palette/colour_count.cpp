@@ -1,10 +1,11 @@
 #include <array>
 
-#include "dib/colour_index.h"
-#include "dib/guard.h"
-#include "dib/index_rows.h"
-#include "dib/map_walk.h"
+#include "dib/view.h"
+#include "palette/colour_index.h"
+#include "palette/map_entries.h"
 #include "palette/palette.h"
+#include "platform/guard.h"
+#include "raster/index_rows.h"
 
 namespace dibkit {
 namespace {

@@ -1,6 +1,7 @@
-#include "dib/map_walk.h"
+#include "dib/view.h"
+#include "palette/map_entries.h"
 #include "palette/palette.h"
-#include "palette/reindex.h"
+#include "palette/remap_table.h"
 
 namespace dibkit {
 namespace {
@@ -22,7 +23,7 @@ bool isGrayRamp(const BITMAPINFOHEADER* dib) {
   const std::int64_t size = GetDIBPaletteSize(dib);
   if (size > 256) return false;  // no byte is as large as the number of the last entry
   for (std::int64_t i = 0; i < size; ++i) {
-    if (!isGray(keyOf(palette[static_cast<std::size_t>(i)]), i)) return false;
+    if (!isGray(packEntry(palette[static_cast<std::size_t>(i)]), i)) return false;
   }
   return true;
 }
@@ -61,9 +62,9 @@ BYTE CPaletteFuns::GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD col
   if (palette == nullptr || count < 1) return 0;
   const Rgb wanted = fromColorRef(colour);
   int best = 0;
-  int bestDistance = squaredDistance(fromEntry(palette[0]), wanted);
+  int bestDistance = squaredDistance(rgbOf(palette[0]), wanted);
   for (int i = 1; i < count; ++i) {
-    const int distance = squaredDistance(fromEntry(palette[i]), wanted);
+    const int distance = squaredDistance(rgbOf(palette[i]), wanted);
     if (distance > bestDistance) continue;  // an equal one takes over: the highest index of equals
     best = i;
     bestDistance = distance;
@@ -75,9 +76,9 @@ int CPaletteFuns::GetMaxDifferenceColor(RGBQUAD* palette, int count, BYTE red, B
   if (palette == nullptr || count < 1) return 0;
   const Rgb from{red, green, blue};
   int best = 0;
-  int bestDistance = squaredDistance(fromEntry(palette[0]), from);
+  int bestDistance = squaredDistance(rgbOf(palette[0]), from);
   for (int i = 1; i < count; ++i) {
-    const int distance = squaredDistance(fromEntry(palette[i]), from);
+    const int distance = squaredDistance(rgbOf(palette[i]), from);
     if (distance <= bestDistance) continue;  // the lowest index of equals
     best = i;
     bestDistance = distance;

@@ -1,15 +1,16 @@
 #include "dib/allocate.h"
-#include "dib/guard.h"
-#include "dib/map_walk.h"
+#include "dib/view.h"
+#include "palette/map_entries.h"
 #include "palette/palette.h"
-#include "palette/reindex.h"
+#include "palette/remap_table.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
 
 bool addPalette(ColourMap& map, const RGBQUAD* palette, int count) {
   for (int i = 0; i < count; ++i) {
-    DWORD key = keyOf(palette[i]);
+    DWORD key = packEntry(palette[i]);
     int next = static_cast<int>(map.GetCount());
     int value = 0;
     if (map.Lookup(key, value) != 0) continue;
@@ -25,10 +26,10 @@ void changeIndexes(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFO
   const ConstView source(dib);
   const View target(result);
   // Only the lowest byte of an index fits a pixel; one bit tells whether the index is other than 0.
-  Translation translation = translationOnto(
-      dib, map, [](int index) { return Format::bits == 1 ? BYTE{index != 0} : lowByte(index); });
+  RemapTable table =
+      remapOnto(dib, map, [](int index) { return Format::bits == 1 ? BYTE{index != 0} : lowByte(index); });
   for (int y = 0; y < source.lines(); ++y) {
-    translation.row<Format, Format>(source.row(y), source.width(), target.row(y));
+    table.row<Format, Format>(source.row(y), source.width(), target.row(y));
   }
 }
 
@@ -42,7 +43,7 @@ OwnedDib changePalette(const BITMAPINFOHEADER* dib, const ColourMap* map) {
       return nullptr;
     } else {
       OwnedDib result = createDib(source.width(), source.height(), Format::bits, static_cast<int>(count),
-                                  Pixels::unwritten);
+                                  InitialPixels::unwritten);
       if (!result) return nullptr;
       if (map != nullptr) putPalette(result.get(), *map);
       changeIndexes<Format>(dib, map, result.get());

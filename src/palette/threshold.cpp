@@ -72,10 +72,12 @@ int bestThreshold(const Histogram& histogram) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CPaletteFuns::GetThreshValueForm8BitsGrayDib(BITMAPINFOHEADER* dib) {
-  const dibkit::ConstView view(dib != nullptr && dib->biBitCount == 8 ? dib : nullptr);
+  const ConstView view(dib != nullptr && dib->biBitCount == 8 ? dib : nullptr);
   if (!view) return 0;
-  dibkit::Histogram histogram = dibkit::countLevels(view);
-  dibkit::smooth(histogram);
-  return dibkit::bestThreshold(histogram);
+  Histogram histogram = countLevels(view);
+  smooth(histogram);
+  return bestThreshold(histogram);
 }

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "dib/allocate.h"
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 #include "ripple/water.h"
 
 namespace dibkit {
@@ -25,7 +25,9 @@ constexpr DWORD inEachChannel(int value) { return static_cast<DWORD>(value) * 0x
 
 /// Fills in the inner pixels of line y.
 /// \param level,below the heights on it and on the next one
-void displaceLine(int w, int h, int y, const int* level, const int* below, Displacement& line) {
+/// \param opacity added to each pixel's
+void displaceLine(int w, int h, int y, const int* level, const int* below, DWORD opacity,
+                  Displacement& line) {
   int* __restrict place = line.place.data();
   DWORD* __restrict darker = line.darker.data();
   DWORD* __restrict lighter = line.lighter.data();
@@ -42,7 +44,7 @@ void displaceLine(int w, int h, int y, const int* level, const int* below, Displ
     const int shade = std::clamp(dx, -255, 255);
     const int whenNegative = shade >> 31;  // all bits or none: a choice without a branch
     darker[x] = inEachChannel(shade & ~whenNegative);
-    lighter[x] = inEachChannel(-shade & whenNegative) | 0xFF000000;  // opaque
+    lighter[x] = inEachChannel(-shade & whenNegative) | opacity;
   }
 }
 
@@ -56,13 +58,14 @@ void shadeBytes(BYTE* bytes, const BYTE* darker, const BYTE* lighter, int count)
 
 }  // namespace
 
-OwnedDib refract(const ConstView& picture, const HeightPage& page) {
+OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedOpacity opacity) {
   const int w = picture.width();
   const int h = picture.height();
-  OwnedDib frame = createDib(w, h, 32, 0, Pixels::unwritten);
+  OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
   if (!frame || w == 0 || h == 0) return frame;
   const View to(frame.get());
   const BYTE* pixels = picture.row(h - 1);
+  const DWORD added = opacity == RefractedOpacity::full ? 0xFF000000 : 0;
   Displacement line(w);
   for (int y = 0; y < h; ++y) {
     BYTE* row = to.row(y);
@@ -70,7 +73,7 @@ OwnedDib refract(const ConstView& picture, const HeightPage& page) {
       std::memcpy(row, picture.row(y), static_cast<std::size_t>(to.stride()));
       continue;
     }
-    displaceLine(w, h, y, page.line(y), page.line(y + 1), line);
+    displaceLine(w, h, y, page.line(y), page.line(y + 1), added, line);
     for (int x = 1; x < w - 1; ++x) {
       Bgra32::put(row, x, Bgra32::get(pixels, line.place[static_cast<std::size_t>(x)]));
     }

@@ -1,16 +1,18 @@
 #include "ripple/ripple.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <utility>
 
-#include "dib/guard.h"
+#include "dib/view.h"
+#include "platform/guard.h"
 #include "ripple/water.h"
 
+namespace dibkit {
 namespace {
-
-using dibkit::HeightPage;
 
 constexpr int stepsPerRound = 4;
 
@@ -26,7 +28,36 @@ int* newPage(int width, int height) {
   return new (std::nothrow) int[static_cast<std::size_t>(width) * static_cast<std::size_t>(height)]();
 }
 
+/// Tells when water has come to rest: a round that changes no cell is followed by no other change.
+class RestWatch {
+ public:
+  explicit RestWatch(const std::array<HeightPage, 2>& pages) : pages_(pages) {}
+
+  /// Keeps the heights for a later look. Without memory for them the water never seems at rest.
+  void remember() {
+    for (std::size_t i = 0; i < 2; ++i) {
+      if (!seen_[i]) seen_[i].reset(newPage(pages_[i].width, pages_[i].height));
+      if (seen_[i]) std::copy_n(pages_[i].cells, cells(), seen_[i].get());
+    }
+  }
+  bool unchanged() const {
+    return std::equal(seen_.begin(), seen_.end(), pages_.begin(),
+                      [this](const auto& seen, const HeightPage& page) {
+                        return seen != nullptr && std::equal(page.cells, page.cells + cells(), seen.get());
+                      });
+  }
+
+ private:
+  std::ptrdiff_t cells() const { return std::ptrdiff_t{pages_[0].width} * pages_[0].height; }
+
+  std::array<HeightPage, 2> pages_;
+  std::array<std::unique_ptr<int[]>, 2> seen_;
+};
+
 }  // namespace
+}  // namespace dibkit
+
+using namespace dibkit;
 
 CRippleEffect::CRippleEffect(BITMAPINFOHEADER* source, int iterations) : m_nIterations(iterations) {
   InitializeParams(source);
@@ -46,11 +77,11 @@ void CRippleEffect::HeightBlob(int x, int y, int radius, int height, int page) {
   if (x < 0) x = drawPlace(m_nFieldWidth, radius);
   if (y < 0) y = drawPlace(m_nFieldHeight, radius);
   if (x < 0 || y < 0) return;
-  dibkit::raiseDisc(Field(page), x, y, radius, height);
+  raiseDisc(Field(page), x, y, radius, height);
 }
 
-void CRippleEffect::CalcWater(int page, int density) { Step(dibkit::stepWave, page, density); }
-void CRippleEffect::CalcWaterBigFilter(int page, int density) { Step(dibkit::stepBroadWave, page, density); }
+void CRippleEffect::CalcWater(int page, int density) { Step(stepWave, page, density); }
+void CRippleEffect::CalcWaterBigFilter(int page, int density) { Step(stepBroadWave, page, density); }
 
 HeightPage CRippleEffect::Field(int page) const {
   return {page != 0 ? m_pSecond : m_pFirst, m_nFieldWidth, m_nFieldHeight};
@@ -71,19 +102,27 @@ void CRippleEffect::FlattenWater() {
 
 BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect(int, int) {
   const BITMAPINFOHEADER* source = m_pSrcDib;
-  const dibkit::ConstView picture = dibkit::viewOfDepth(source, 32);
+  const ConstView picture = viewOfDepth(source, 32);
   if (!picture || m_pFirst == nullptr) return nullptr;
   if (picture.width() != m_nFieldWidth || picture.height() != m_nFieldHeight) return nullptr;
-  return dibkit::orOutOfMemory<BITMAPINFOHEADER*>(
-      nullptr, [&] { return dibkit::refract(picture, Field(0)).release(); });
+  return orOutOfMemory<BITMAPINFOHEADER*>(
+      nullptr, [&] { return refract(picture, Field(0), RefractedOpacity::full).release(); });
 }
 
 BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {
   CRippleEffect run(m_pSrcDib, 0);
   if (!run.AllocateField()) return nullptr;
-  run.HeightBlob(run.m_nWidth / 2, run.m_nHeight / 2, 5, dibkit::dropHeight, 0);
-  dibkit::layDrops(run.Field(0));
-  for (int i = 0; i < m_nIterations; ++i) run.RunRound();
+  run.HeightBlob(run.m_nWidth / 2, run.m_nHeight / 2, 5, dropHeight, 0);
+  addDrops(run.Field(0));
+  // Damped water rests after a hundred rounds or so, however many more are to be run: a look now and then.
+  constexpr int roundsBetweenLooks = 64;
+  RestWatch watch({run.Field(0), run.Field(1)});
+  for (int left = m_nIterations; left > 0; --left) {
+    const bool look = left % roundsBetweenLooks == 0;
+    if (look) watch.remember();
+    run.RunRound();
+    if (look && watch.unchanged()) break;
+  }
   BITMAPINFOHEADER* picture = run.GenerateRippleEffect(0, 0);
   run.EndToRipple();
   return picture;
@@ -99,7 +138,7 @@ void CRippleEffect::GetShiftedColor(BYTE* red, BYTE* green, BYTE* blue, int shif
 void CRippleEffect::StartToRipple() {
   m_nPage = 0;
   m_nIterations = 0;
-  if (AllocateField()) dibkit::layDrops(Field(0));
+  if (AllocateField()) addDrops(Field(0));
 }
 
 BITMAPINFOHEADER* CRippleEffect::NextToRipple() {
@@ -117,7 +156,7 @@ void CRippleEffect::EndToRipple() {
 }
 
 bool CRippleEffect::AllocateField() {
-  const dibkit::View picture = dibkit::viewOfDepth(m_pSrcDib, 32);
+  const View picture = viewOfDepth(m_pSrcDib, 32);
   if (!picture) return false;
   if (m_pFirst != nullptr && m_nFieldWidth == picture.width() && m_nFieldHeight == picture.height()) {
     FlattenWater();

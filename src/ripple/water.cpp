@@ -28,7 +28,7 @@ void raiseDisc(const HeightPage& page, std::int64_t x, std::int64_t y, std::int6
   }
 }
 
-void layDrops(const HeightPage& page) {
+void addDrops(const HeightPage& page) {
   constexpr int distance = 100;
   if (page.width < 3) return;  // all border, however many lines
   for (int y = 0; y < page.height; y += distance) {

@@ -26,8 +26,8 @@ constexpr int dropHeight = 50;
 /// The damping of the library's own waves.
 constexpr int waveDensity = 5;
 
-/// Lays a drop on the middle of every 100 x 100 cells, as far as the picture reaches.
-void layDrops(const HeightPage& page);
+/// Adds a drop to the middle of every 100 x 100 cells, as far as the picture reaches.
+void addDrops(const HeightPage& page);
 
 /// One step of the 3 x 3 wave: `page` is overwritten with what follows from it and from `other`.
 /// \param density 0 to 31
@@ -35,9 +35,15 @@ void stepWave(const HeightPage& page, const HeightPage& other, int density);
 /// One step of the 5 x 5 wave.
 void stepBroadWave(const HeightPage& page, const HeightPage& other, int density);
 
-/// The picture seen through the water.
+/// What a pixel that the water shows elsewhere has for an opacity.
+enum class RefractedOpacity {
+  full,   ///< it is opaque
+  moved,  ///< its own
+};
+
+/// The picture seen through the water. Its outermost pixels stay as they are.
 /// \param picture 32 bits, of the page's size
 /// \return null when memory runs out
-OwnedDib refract(const ConstView& picture, const HeightPage& page);
+OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedOpacity opacity);
 
 }  // namespace dibkit

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "frames/difference.h"
+#include "cel/difference.h"
 #include "split/split.h"
 
 namespace dibkit {
@@ -24,9 +24,9 @@ struct Pair {
   bool sameHeight() const { return reference.height() == next.height(); }
   bool sameRightEdge() const { return reference.width() + dx == next.width(); }
 
-  Frame reference;
-  Frame next;
-  FrameDifference difference;
+  Cel reference;
+  Cel next;
+  CelDifference difference;
   std::int64_t dx;
   std::int64_t dy;
   bool samePosition;
@@ -94,6 +94,8 @@ Scan sameRightColumns(const Pair& pair, int left, int top) {
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 int CSpiltEmbededDIB::IsCanSpilt() const {
   if (m_pRefDIB == nullptr || m_pNewDIB == nullptr) return 0;
   const std::int64_t refRight = std::int64_t{m_ptRef.x} + m_pRefDIB->biWidth;
@@ -110,7 +112,6 @@ int CSpiltEmbededDIB::IsEqual() const {
 }
 
 int CSpiltEmbededDIB::CalcBoundaryTopLeftInfo(int* left, int* top) const {
-  using namespace dibkit;
   if (left == nullptr || top == nullptr) return 0;
   *left = 0;
   *top = 0;
@@ -134,7 +135,6 @@ int CSpiltEmbededDIB::CalcBoundaryTopLeftInfo(int* left, int* top) const {
 }
 
 int CSpiltEmbededDIB::CalcBoundaryBottomRightInfo(int left, int top, int* right, int* bottom) {
-  using namespace dibkit;
   if (right == nullptr || bottom == nullptr) return 0;
   *right = 0;
   *bottom = 0;

@@ -1,9 +1,10 @@
 #include "split/split.h"
 
+#include "cel/mask_on_demand.h"
+#include "cel/placed_cel.h"
 #include "convert/palette_finish.h"
-#include "dib/guard.h"
-#include "dib/mask_on_demand.h"
-#include "dib/placed_frame.h"
+#include "dib/view.h"
+#include "platform/guard.h"
 
 namespace dibkit {
 namespace {
@@ -65,7 +66,7 @@ class ChangedPiece {
   const BYTE* bgr(int x, int y, int count) { return next_.bgr(area_.left + x, area_.top + y, count); }
   /// The same as the bytes of an 8-bit frame.
   const BYTE* indexes(int x, int y) const {
-    return next_.frame().view().row(static_cast<int>(area_.top + y - next_.box().top)) +
+    return next_.cel().view().row(static_cast<int>(area_.top + y - next_.box().top)) +
            (area_.left + x - next_.box().left);
   }
 
@@ -85,8 +86,8 @@ class ChangedPiece {
     packFlags(flags_.data(), same_.wordsPerRow(), same_.row(0));
   }
 
-  PlacedFrame reference_;
-  PlacedFrame next_;
+  PlacedCel reference_;
+  PlacedCel next_;
   Box area_;
   BitGrid opaque_;  ///< pixels of the new frame that are opaque
   BitGrid shown_;   ///< pixels of the piece that are opaque
@@ -131,6 +132,8 @@ bool cutLines(ChangedPiece& piece, bool makeSameTransparent, MaskOnDemand& mask,
 }  // namespace
 }  // namespace dibkit
 
+using namespace dibkit;
+
 CSpiltEmbededDIB::CSpiltEmbededDIB() = default;
 CSpiltEmbededDIB::CSpiltEmbededDIB(const CSpiltEmbededDIB& other) = default;
 CSpiltEmbededDIB& CSpiltEmbededDIB::operator=(const CSpiltEmbededDIB& other) = default;
@@ -163,7 +166,6 @@ int CSpiltEmbededDIB::SplitTransparency(BITMAPINFOHEADER** outImage, BITMAPINFOH
 
 int CSpiltEmbededDIB::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                                      POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
-  using namespace dibkit;
   const Outputs outputs{outImage, outMask, outPosition, outSameFound};
   return orOutOfMemory(0, [&] {
     if (!outputs.usable() || m_pNewDIB == nullptr || m_pNewDIB->biBitCount != Index8::bits) return 0;
@@ -186,7 +188,6 @@ int CSpiltEmbededDIB::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEAD
 
 int CSpiltEmbededDIBEx::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                                        POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
-  using namespace dibkit;
   const Outputs outputs{outImage, outMask, outPosition, outSameFound};
   return orOutOfMemory(0, [&] {
     if (!outputs.usable()) return 0;

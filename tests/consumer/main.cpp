@@ -4,7 +4,8 @@
 
 int main() {
   const dibkit::OwnedDib picture(CBitmapCreator::CreateDibImage(4, 3, 24, 0));
-  if (!picture || GetDIBBits(picture.get()) == nullptr) {
+  int pixels = 0;
+  if (!dibkit::forEachPixel(picture.get(), [&](int, int, dibkit::Rgb) { ++pixels; }) || pixels != 12) {
     std::puts("consumer: no picture");
     return 1;
   }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "convert/convert.h"
-#include "dib/device.h"
+#include "drawing/device.h"
 #include "support/golden_dib.h"
 #include "support/palettes.h"
 

@@ -1,9 +1,6 @@
-#include <set>
-
 #include <gtest/gtest.h>
 
 #include "dib/allocate.h"
-#include "dib/map_walk.h"
 #include "dib/row_progress.h"
 #include "support/images.h"
 
@@ -59,19 +56,10 @@ TEST(CreateDibImage, LaysOutTheBlock) {
   }
 }
 
-TEST(CreateDibImage, GivesNullForImpossibleSizes) {
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(-1, 4, 8, 0), nullptr);
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(4, -1, 8, 0), nullptr);
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(4, 4, -8, 0), nullptr);
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(65536, 65536, 32, 0), nullptr);
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(INT32_MAX, INT32_MAX, 32, 0), nullptr);
-  EXPECT_EQ(CBitmapCreator::CreateDibImage(1, 1, 8, INT32_MAX), nullptr);
-}
-
 TEST(CreateDib, ClearsThePaddingOfUnwrittenRows) {
   for (const int bitCount : {1, 4, 8, 16, 24}) {
     for (const int width : {1, 4, 7, 8, 9, 15, 33}) {
-      const OwnedDib dib = dibkit::createDib(width, 3, bitCount, 0, dibkit::Pixels::unwritten);
+      const OwnedDib dib = dibkit::createDib(width, 3, bitCount, 0, dibkit::InitialPixels::unwritten);
       const dibkit::View view(dib.get());
       for (int y = 0; y < 3; ++y) {
         for (std::ptrdiff_t bit = std::ptrdiff_t{width} * bitCount; bit < view.stride() * 8; ++bit) {
@@ -92,17 +80,6 @@ TEST(Clone, CopiesMasksPaletteAndRowsOfAnyHeader) {
   ASSERT_TRUE(copy);
   EXPECT_EQ(test::bytesOf(copy), block);
   EXPECT_EQ(GetDIBBits(copy.get()) - reinterpret_cast<BYTE*>(copy.get()), 52);
-}
-
-TEST(Clone, GivesNullForWhatIsNoImage) {
-  EXPECT_EQ(CBitmapCreator::Clone(nullptr), nullptr);
-  BITMAPINFOHEADER header{40, 3, -2, 1, 16, 0, 0, 0, 0, 0, 0};
-  EXPECT_EQ(CBitmapCreator::Clone(&header), nullptr);
-  header.biHeight = INT32_MAX;
-  header.biWidth = INT32_MAX;
-  EXPECT_EQ(CBitmapCreator::Clone(&header), nullptr);
-  header = {12, 1, 1, 1, 16, 0, 0, 0, 0, 0, 0};
-  EXPECT_EQ(CBitmapCreator::Clone(&header), nullptr);
 }
 
 TEST(PixelHelpers, AddressBitsAndNibbles) {
@@ -134,6 +111,48 @@ TEST(View, RefusesADepthThatTheRowsDoNotHold) {
   EXPECT_FALSE(dibkit::viewOfDepth(dib.get(), 8));
 }
 
+TEST(View, ReadsAndWritesPixelsFromTheTopLeftOne) {
+  // Each depth's own picture of black, red and white, two by two; 16 bits show white as 248.
+  struct Depth {
+    int bitCount;
+    std::vector<DWORD> palette, stored;
+    BYTE white;
+  };
+  const Depth depths[] = {{1, {0xFF0000, 0xFFFFFF}, {0, 1, 1, 0}, 255},
+                          {4, {0, 0xFF0000, 0xFFFFFF}, {1, 2, 2, 0}, 255},
+                          {8, {0, 0xFF0000, 0xFFFFFF}, {1, 2, 2, 0}, 255},
+                          {16, {}, {0x7C00, 0x7FFF, 0xFFFF, 0}, 248},
+                          {24, {}, {0xFF0000, 0xFFFFFF, 0xFFFFFF, 0}, 255},
+                          {32, {}, {0x7FFF0000, 0xFFFFFFFF, 0x00FFFFFF, 0}, 255}};
+  for (const Depth& depth : depths) {
+    SCOPED_TRACE(depth.bitCount);
+    const OwnedDib dib = test::imageOf(2, 2, depth.bitCount, depth.stored, depth.palette);
+    std::vector<std::pair<POINT, dibkit::Rgb>> seen;
+    EXPECT_TRUE(dibkit::forEachPixel(dib.get(), [&](int x, int y, dibkit::Rgb colour) {
+      seen.push_back({{x, y}, colour});
+    }));
+    const BYTE white = depth.white;
+    const dibkit::Rgb last = depth.bitCount == 1 ? dibkit::Rgb{255, 0, 0} : dibkit::Rgb{0, 0, 0};
+    const dibkit::Rgb expected[] = {{white, 0, 0}, {white, white, white}, {white, white, white}, last};
+    ASSERT_EQ(seen.size(), 4U);
+    for (int i = 0; i < 4; ++i) {
+      const auto& [at, colour] = seen[static_cast<std::size_t>(i)];
+      EXPECT_TRUE(at.x == i % 2 && at.y == i / 2 && colour == expected[i]) << i;
+    }
+    const OwnedDib copy = test::image(2, 2, depth.bitCount, depth.palette);
+    dibkit::withFormat(depth.bitCount, 0, [&](auto format) {
+      using Format = decltype(format);
+      dibkit::fillPixels<Format>(dibkit::View(copy.get()), [&](int x, int y) {
+        return Format::get(dibkit::ConstView(dib.get()).row(y), x);
+      });
+      return 0;
+    });
+    EXPECT_EQ(test::bytesOf(copy), test::bytesOf(dib));
+  }
+  EXPECT_FALSE(dibkit::forEachPixel(nullptr, [](int, int, dibkit::Rgb) {}));
+  EXPECT_FALSE(dibkit::forEachPixel(test::image(2, 2, 2).get(), [](int, int, dibkit::Rgb) {}));
+}
+
 TEST(Progress, ReportsPercentOfLinesAndCancelsOnTheLineItWasAsked) {
   test::Progress progress;
   EXPECT_TRUE(dibkit::forEachRowReporting(7, &progress, [](int) {}));
@@ -162,31 +181,6 @@ TEST(Progress, StagesMoveTheOffset) {
   EXPECT_FLOAT_EQ(progress.ScaledFraction(0.5F), 0.75F);
   progress.EndSubRange();
   EXPECT_FLOAT_EQ(progress.ScaledFraction(0.0F), 1.0F);
-}
-
-TEST(ColourMap, LooksUpWithoutInsertingAndEnumeratesEverything) {
-  CMap<DWORD, DWORD&, int, int&> map;
-  for (DWORD key = 0; key < 300; ++key) {
-    int value = static_cast<int>(key) * 2;
-    map.SetAt(key, value);
-  }
-  DWORD missing = 1000;
-  int value = 7;
-  EXPECT_FALSE(map.Lookup(missing, value));
-  EXPECT_EQ(value, 7);
-  EXPECT_EQ(map.GetCount(), 300);
-  std::set<DWORD> seen;
-  dibkit::forEachAssociation(map, [&](DWORD key, int twice) {
-    EXPECT_EQ(twice, static_cast<int>(key) * 2);
-    EXPECT_TRUE(seen.insert(key).second);
-  });
-  EXPECT_EQ(seen.size(), 300U);
-  DWORD first = 0;
-  EXPECT_TRUE(map.RemoveKey(first));
-  EXPECT_FALSE(map.RemoveKey(first));
-  map.RemoveAll();
-  EXPECT_TRUE(map.IsEmpty());
-  EXPECT_EQ(map.GetStartPosition(), nullptr);
 }
 
 }  // namespace

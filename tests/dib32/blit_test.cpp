@@ -247,26 +247,4 @@ TEST(BitBltDIBAlphaChannelPlain, ComposesTheLastByteOfAnyWholeBytePixel) {
   }
 }
 
-TEST(BlockOperations, AreHarmlessWithWrongArguments) {
-  const OwnedDib good = test::imageOf(2, 1, 32, {0x80112233, 0xFF445566});
-  const OwnedDib gray = test::imageOf(2, 1, 8, {255, 255});
-  BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  const std::vector<BYTE> before = test::bytesOf(good);
-  const POINT distant{INT32_MAX, INT32_MIN};
-  for (const Operation& operation : operations) {
-    SCOPED_TRACE(operation.name);
-    for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}}) {
-      operation.call({wrong, {0, 0}, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
-      operation.call({good.get(), {0, 0}, wrong, {0, 0}, 0, gray.get(), CPoint(0, 0)});
-    }
-    operation.call({good.get(), {0, 0}, gray.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
-    operation.call({good.get(), distant, good.get(), {0, 0}, 0, gray.get(), CPoint(0, 0)});
-    if (operation.masked) {
-      operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, nullptr, CPoint(0, 0)});
-      operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 9, good.get(), CPoint(0, 0)});
-    }
-    EXPECT_EQ(test::bytesOf(good), before);
-  }
-}
-
 }  // namespace

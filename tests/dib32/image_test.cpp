@@ -17,8 +17,6 @@ TEST(Create32Bits, FillsEveryPixel) {
   EXPECT_EQ(pixelsOf(simple), Pixels(6, 0xC8FF0000));
   const BITMAPINFOHEADER header{40, 3, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   EXPECT_EQ(std::memcmp(simple.get(), &header, sizeof(header)), 0);
-  EXPECT_EQ(CDIB32::CreateBlank32BitsDIB(-1, 2), nullptr);
-  EXPECT_EQ(CDIB32::CreateSimple32BitsDIB(65536, 65536, 0, 0), nullptr);
 }
 
 TEST(ConvertTo32BitsDIB, ReadsEveryDepth) {
@@ -91,7 +89,6 @@ TEST(ConvertBitField16BitsDIB, FindsFieldsByTheirLengths) {
     const OwnedDib result(CDIB32::ConvertTo32BitsDIB(source.get(), mask.get(), 7, 9));
     EXPECT_EQ(pixelsOf(result), (Pixels{expected.shown, 0xFF000000 | expected.shown}));
   }
-  EXPECT_EQ(CDIB32::ConvertBitField16BitsDIBTo32BitsDIB(test::image(2, 2, 16).get(), nullptr), nullptr);
 }
 
 TEST(CalcuMaskShift, FindsTheLowestRun) {
@@ -166,42 +163,6 @@ TEST(CompareColors, SubtractsLuminances) {
   EXPECT_EQ(CDIB32::CompareColors(blue, black), 29);    // 29835 / 1024
   EXPECT_EQ(CDIB32::CompareColors(green, black), 149);  // 153255 / 1024
   EXPECT_EQ(CDIB32::CompareColors(red, black), 76);     // 78030 / 1024
-}
-
-TEST(WholeImage, LeavesWhatIsNo32BitImageAlone) {
-  const OwnedDib shallow = imageOf(2, 1, 24, {1, 2});
-  BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  const std::vector<BYTE> before = test::bytesOf(shallow);
-  for (BITMAPINFOHEADER* wrong : {static_cast<BITMAPINFOHEADER*>(nullptr), shallow.get(), &hostile}) {
-    CDIB32::Make32BitsSimpleColorDIB(wrong, 1);
-    CDIB32::MakeAllPixelsSameOpacity(wrong, 1);
-    CDIB32::Reduce32BitsDIBOpacity(wrong, 1);
-    CDIB32::Fill32DIBBackground(wrong, 1, 1, 1);
-    EXPECT_FALSE(CDIB32::IsFullOpacity32BitsImage(wrong) || CDIB32::IsTranslucence32BitsImage(wrong) ||
-                 CDIB32::IsIn32BitsDIB(wrong, {0, 0}));
-  }
-  EXPECT_EQ(test::bytesOf(shallow), before);
-  const OwnedDib twoBits = OwnedDib(CBitmapCreator::CreateDibImage(2, 2, 2, 0));
-  for (BITMAPINFOHEADER* wrong : {static_cast<BITMAPINFOHEADER*>(nullptr), twoBits.get(), &hostile}) {
-    EXPECT_EQ(CDIB32::ConvertTo32BitsDIB(wrong, nullptr, 1, 1), nullptr);
-  }
-}
-
-TEST(WholeImage, SpendsNoTimeOnLinesWithoutPixels) {
-  BITMAPINFOHEADER thin{40, 0, INT32_MAX, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  for (int i = 0; i < 1000; ++i) {
-    CDIB32::MakeAllPixelsSameOpacity(&thin, 1);
-    CDIB32::Fill32DIBBackground(&thin, 1, 1, 1);
-    EXPECT_TRUE(CDIB32::IsFullOpacity32BitsImage(&thin) && !CDIB32::IsTranslucence32BitsImage(&thin));
-    EXPECT_NE(OwnedDib(CDIB32::ConvertTo32BitsDIB(&thin, &thin, 1, 1)), nullptr);
-  }
-}
-
-TEST(Class, CopiesNothingAndIsPolymorphic) {
-  static_assert(std::has_virtual_destructor_v<CDIB32> && sizeof(CDIB32) == sizeof(void*));
-  CDIB32 one;
-  CDIB32 two(one);
-  EXPECT_EQ(&(one = two), &one);
 }
 
 }  // namespace

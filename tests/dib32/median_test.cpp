@@ -97,19 +97,4 @@ TEST(MedianFilter32BitsImage, IsQuickWithLongImagesAndHugeNeighbourhoods) {
   }
 }
 
-TEST(MedianFilter32BitsImage, LeavesWrongArgumentsAlone) {
-  test::Random random(43);
-  const OwnedDib image = test::randomImage(7, 5, 32, random);
-  const OwnedDib shallow = test::randomImage(7, 5, 24, random);
-  const OwnedDib empty = test::image(0, 5, 32);
-  const std::vector<BYTE> before = test::bytesOf(image);
-  const std::vector<BYTE> shallowBefore = test::bytesOf(shallow);
-  for (const int n : {1, 0, -1, INT32_MIN}) CDIB32::MedianFilter32BitsImage(image.get(), n);
-  CDIB32::MedianFilter32BitsImage(shallow.get(), 3);
-  CDIB32::MedianFilter32BitsImage(empty.get(), 3);
-  CDIB32::MedianFilter32BitsImage(nullptr, 3);
-  EXPECT_EQ(test::bytesOf(image), before);
-  EXPECT_EQ(test::bytesOf(shallow), shallowBefore);
-}
-
 }  // namespace

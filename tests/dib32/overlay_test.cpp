@@ -148,22 +148,6 @@ TEST(DrawSelectedFlag, GoesRoundWithoutABreak) {
   EXPECT_EQ(test::pixelsOf(canvas), expected);
 }
 
-TEST(Overlays, TakeAnyArgument) {
-  const OwnedDib gray = test::image(4, 4, 8), canvas = test::image(3, 3, 32);
-  const OwnedDib tall = test::image(0, highest, 32), wide = test::image(highest, 0, 32);
-  for (BITMAPINFOHEADER* image :
-       {static_cast<BITMAPINFOHEADER*>(nullptr), gray.get(), tall.get(), wide.get(), canvas.get()}) {
-    CDIB32::Init32DIBBackground(image, 1, 2, 3, 4, 5, 6, lowest, highest);
-    CDIB32::Init32DIBWithHatedLines(image, CPoint(lowest, highest), 0);
-    for (const POINT& origin : {POINT{lowest, lowest}, {highest, highest}, {0, 0}}) {
-      CDIB32::DrawSelectedFlag(image, origin, {lowest, lowest, highest, highest}, lowest);
-      CDIB32::DrawSelectedFlag(image, origin, {highest, highest, lowest, lowest}, highest);
-      CDIB32::DrawSelectedFlag(image, origin, {0, 0, 1, 1}, highest);
-    }
-  }
-  EXPECT_EQ(test::pixelsOf(gray), std::vector<DWORD>(16, 0));
-}
-
 void recordedLine(const test::GoldenCase& recorded) {
   const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers(), 0);
   const std::vector<std::int64_t> pen = recorded.at("pen").numbers();

@@ -250,33 +250,4 @@ TEST(Draw8Bits, EqualsItsTwins) {
   }
 }
 
-TEST(Scaling, IsHarmlessWithWrongArguments) {
-  const OwnedDib good = imageOf(2, 1, 32, {0xFF112233, 0xFF445566});
-  const OwnedDib gray = imageOf(2, 1, 8, {1, 2});
-  const OwnedDib empty = test::image(0, 0, 32);
-  BITMAPINFOHEADER hostile{40, 70000, 70000, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  const std::vector<BYTE> before = test::bytesOf(good);
-  const POINT distant{INT32_MIN, INT32_MAX};
-  for (const Operation& operation : operations) {
-    SCOPED_TRACE(operation.name);
-    for (const Dib wrong : {Dib{nullptr}, Dib{&hostile}, gray.get(), empty.get()}) {
-      operation.call({wrong, {0, 0}, good.get(), {0, 0}, 2, 65536, 0});
-      operation.call({good.get(), {0, 0}, wrong, {0, 0}, 2, 65536, 0});
-    }
-    operation.call({good.get(), {0, 0}, good.get(), {0, 0}, 0, 0, 0});
-    operation.call({good.get(), {0, 0}, good.get(), distant, -3, 0, 0});
-    operation.call({good.get(), distant, good.get(), {5, 5}, INT32_MAX, 32768, 0});
-    operation.call({good.get(), {0, 0}, good.get(), distant, INT32_MAX, 1, 0});
-    EXPECT_EQ(test::bytesOf(good), before);
-  }
-  for (const int factor : {0, -1}) {
-    CDIB32::ZoomIn8BitsDIB(good.get(), {0, 0}, gray.get(), nullptr, {0, 0}, factor);
-    CDIB32::ZoomOut8BitsDIB(good.get(), {0, 0}, gray.get(), nullptr, {0, 0}, factor);
-  }
-  CDIB32::BitBlt8BitsDIB(nullptr, {0, 0}, gray.get(), nullptr, {0, 0});
-  CDIB32::BitBlt8BitsDIB(good.get(), {0, 0}, nullptr, nullptr, {0, 0});
-  CDIB32::BitBlt8BitsDIB(good.get(), {0, 0}, good.get(), nullptr, {0, 0});
-  EXPECT_EQ(test::bytesOf(good), before);
-}
-
 }  // namespace

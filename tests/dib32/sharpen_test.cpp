@@ -61,17 +61,4 @@ TEST(Sharpen32BitsImage, DividesExactlyByEveryK) {
   }
 }
 
-TEST(Sharpen32BitsImage, LeavesWrongArgumentsAlone) {
-  test::Random random(53);
-  const OwnedDib shallow = test::randomImage(5, 5, 24, random);
-  const std::vector<BYTE> before = test::bytesOf(shallow);
-  const OwnedDib flat = test::image(5, 0, 32);
-  const OwnedDib thin = test::image(0, 5, 32);
-  for (BITMAPINFOHEADER* wrong :
-       {static_cast<BITMAPINFOHEADER*>(nullptr), shallow.get(), flat.get(), thin.get()}) {
-    CDIB32::Sharpen32BitsImage(wrong, 1);
-  }
-  EXPECT_EQ(test::bytesOf(shallow), before);
-}
-
 }  // namespace

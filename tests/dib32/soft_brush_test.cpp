@@ -125,35 +125,4 @@ TEST(SoftBrushes, FeatherOverTheWholeAreaAtTheEdgesToo) {
   EXPECT_EQ(touched(9, true, 255, 2), rows(9));
 }
 
-TEST(SoftBrushes, LeaveWrongArgumentsAlone) {
-  test::Random random(62);
-  const OwnedDib image = test::randomImage(8, 8, 32, random);
-  const OwnedDib mask = test::randomImage(4, 4, 8, random);
-  const OwnedDib narrow = test::randomImage(7, 8, 32, random);
-  const OwnedDib empty = test::image(0, 4, 8);
-  const std::vector<BYTE> before = test::bytesOf(image);
-  const std::vector<BYTE> maskBefore = test::bytesOf(mask);
-  const OwnedRegion outside(CreateRectRgn(50, 50, 60, 60));
-  auto* const null = static_cast<BITMAPINFOHEADER*>(nullptr);
-  for (const int size : {0, -1, INT32_MIN}) {
-    CDIB32::SmoothBlock(image.get(), mask.get(), {0, 0}, 255, size, nullptr);
-    CDIB32::SmoothFillBlock(image.get(), mask.get(), {0, 0}, 0, size, nullptr);
-  }
-  for (BITMAPINFOHEADER* wrong : {null, image.get(), empty.get()}) {
-    CDIB32::SmoothBlock(image.get(), wrong, {0, 0}, 255, 3, nullptr);
-  }
-  for (BITMAPINFOHEADER* wrong : {null, mask.get()}) {
-    CDIB32::SmoothFillBlock(wrong, mask.get(), {0, 0}, 0, 3, nullptr);
-    CDIB32::SmoothFillBlock(image.get(), mask.get(), wrong, {0, 0}, 0, 3, nullptr);
-  }
-  CDIB32::SmoothFillBlock(image.get(), mask.get(), narrow.get(), {0, 0}, 0, 3, nullptr);
-  CDIB32::SmoothBlock(image.get(), mask.get(), {0, 0}, 255, 3, outside.get());
-  for (const POINT& distant :
-       {POINT{8, 0}, POINT{0, -4}, POINT{INT32_MAX, INT32_MAX}, POINT{INT32_MIN, INT32_MIN}}) {
-    CDIB32::SmoothBlock(image.get(), mask.get(), distant, 255, 3, nullptr);
-  }
-  EXPECT_EQ(test::bytesOf(image), before);
-  EXPECT_EQ(test::bytesOf(mask), maskBefore);
-}
-
 }  // namespace

@@ -48,21 +48,13 @@ TEST(MagicWands, SelectWhatALookAtEachPixelSelects) {
   }
 }
 
-TEST(MagicWands, HandleANegativeToleranceAndWrongArguments) {
+TEST(MagicWands, HandleANegativeTolerance) {
   const OwnedDib image(CDIB32::CreateSimple32BitsDIB(3, 3, RGB(1, 2, 3), 255));
   const OwnedRegion seed(CDIB32::MagicWandRegion(image.get(), {1, 1}, -1));
   const OwnedRegion middle(CreateRectRgn(1, 1, 2, 2));
   EXPECT_TRUE(EqualRgn(seed.get(), middle.get()));
   EXPECT_EQ(CDIB32::MagicWandRegion2(image.get(), {1, 1}, -1), nullptr);
   EXPECT_EQ(CDIB32::MagicWandRegion2(image.get(), {1, 1}, INT32_MIN), nullptr);
-
-  const OwnedDib shallow = test::image(3, 3, 24);
-  const OwnedDib flat = test::image(INT32_MAX, 0, 32), thin = test::image(0, INT32_MAX, 32);
-  for (BITMAPINFOHEADER* wrong :
-       {static_cast<BITMAPINFOHEADER*>(nullptr), shallow.get(), flat.get(), thin.get()}) {
-    EXPECT_EQ(CDIB32::MagicWandRegion(wrong, {0, 0}, 5), nullptr);
-    EXPECT_EQ(CDIB32::MagicWandRegion2(wrong, {0, 0}, 5), nullptr);
-  }
 }
 
 }  // namespace

@@ -1,4 +1,8 @@
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <set>
+#include <string_view>
 
 #include "effects/stage.h"
 
@@ -95,6 +99,18 @@ TEST(Laws, FullAmountShowsTheWholePicture) {
   });
 }
 
+TEST(Laws, FullAmountIsTheLeastThatShowsTheWholePicture) {
+  constexpr int dependOnSize[] = {2, 3, 4, 9, 13};
+  forEachPieceEffect([&](const Effect& effect, int style, const OwnedDib& picture) {
+    if (std::ranges::find(dependOnSize, effect.number) == std::end(dependOnSize)) return;
+    const auto [a, b] = effect.parameters(1.0, {picture->biWidth, picture->biHeight}, style);
+    const long less = effect.styles.empty() ? 0 : 1;
+    const std::vector<bool> covered =
+        coverage(render(effect.number, picture, a - 1 + less, b - less), picture);
+    EXPECT_TRUE((less != 0 ? b : a) == 0 || std::ranges::count(covered, false) > 0) << a << ' ' << b;
+  });
+}
+
 TEST(Laws, LargerAmountShowsASuperset) {
   // Without the five-pointed star, whose vertices are truncated one by one: a side may turn by a pixel as it
   // grows. The others left out don't reveal.
@@ -114,7 +130,7 @@ TEST(Laws, LargerAmountShowsASuperset) {
 
 TEST(Laws, AmountsBeyondTheRangeCountAsTheNearerEnd) {
   constexpr int held[] = {4, 5, 6, 8, 9, 12, 14, 15, 17};
-  const OwnedDib picture = numberedPicture(19, 33);
+  const OwnedDib picture = numberedPicture(119, 133);  // one percent too many is a row too many
   forEachStyle(false, [&](const Effect& effect, int style) {
     if (std::ranges::find(held, effect.number) == std::end(held)) return;
     const auto at = [&](long amount) {
@@ -124,6 +140,17 @@ TEST(Laws, AmountsBeyondTheRangeCountAsTheNearerEnd) {
     for (const long amount : {-1L, -1000L, LONG_MIN})
       expectStage(at(amount), stageAt(effect, picture, style, 0.0));
     for (const long amount : {2000L, LONG_MAX}) expectStage(at(amount), stageAt(effect, picture, style, 1.0));
+  });
+}
+
+TEST(Laws, RandomNumbersAreDrawnOnlyWhereTheCatalogueSaysSo) {
+  const OwnedDib picture = numberedPicture(60, 50);
+  std::srand(5);
+  const int undisturbed = std::rand();
+  forEachStyle(false, [&](const Effect& effect, int style) {
+    std::srand(5);
+    stageAt(effect, picture, style, 0.5);
+    EXPECT_EQ(std::rand() != undisturbed, effect.drawsRandomNumbers);
   });
 }
 
@@ -148,40 +175,105 @@ TEST(Laws, AnyAmountStaysInMemory) {
   }
 }
 
-TEST(Laws, WholeFramesGoFromOnePictureToTheOther) {
-  forEachStyle(true, [](const Effect& effect, int style) {
+/// Calls check(effect, style) for all transitions.
+template <class Check>
+void forEachTransition(Check&& check) {
+  forEachStyle(false, check);
+  forEachStyle(true, check);
+}
+
+TEST(Laws, FramesGoFromOnePictureToTheOther) {
+  forEachTransition([](const Effect& effect, int style) {
     for (const int w : extents) {
       for (const int h : extents) {
         SCOPED_TRACE(testing::Message() << w << 'x' << h);
         const OwnedDib in = numberedPicture(w, h);
         const OwnedDib out = opaquePicture(w, h, 0x550000);
-        EXPECT_EQ(pixelsOf(effect.compose(in.get(), out.get(), style, 0.0)), pixelsOf(out));
-        EXPECT_EQ(pixelsOf(effect.compose(in.get(), out.get(), style, 1.0)), pixelsOf(in));
-        for (const double progress : {0.1, 0.5, 0.9}) {
-          const OwnedDib frame = effect.compose(in.get(), out.get(), style, progress);
+        const auto at = [&](double progress) { return effect.frame(in.get(), out.get(), style, progress); };
+        for (const double progress : {0.0, std::nan("")}) EXPECT_EQ(pixelsOf(at(progress)), pixelsOf(out));
+        EXPECT_EQ(pixelsOf(at(1.0)), pixelsOf(in));
+        if (!effect.overshoots) {
+          EXPECT_EQ(pixelsOf(at(-0.1)), pixelsOf(out));
+          EXPECT_EQ(pixelsOf(at(1.1)), pixelsOf(in));
+        }
+        for (const double progress : {-3.0, -0.1, 0.1, 0.5, 0.9, 1.1, 3.0}) {
+          const OwnedDib frame = at(progress);
           ASSERT_NE(frame, nullptr);
           EXPECT_EQ(frame->biWidth, w);
           EXPECT_EQ(frame->biHeight, h);
         }
+        if (testing::Test::HasFailure()) return;
       }
     }
   });
 }
 
-TEST(Laws, WholeFramesNeedTwoPicturesThatMatch) {
+TEST(Laws, FramesNeedTwoPicturesThatMatch) {
   const OwnedDib picture = image(4, 4, 32);
   const OwnedDib smaller = image(4, 3, 32);
   const OwnedDib trueColour = image(4, 4, 24);
   const OwnedDib noPixels = image(0, INT_MAX, 32);
-  forEachStyle(true, [&](const Effect& effect, int style) {
-    for (const auto& [in, out] : {std::pair{picture.get(), smaller.get()},
-                                  {picture.get(), trueColour.get()},
-                                  {trueColour.get(), picture.get()},
-                                  {noPixels.get(), noPixels.get()}}) {
-      EXPECT_EQ(effect.compose(in, out, style, 0.5), nullptr);
+  forEachTransition([&](const Effect& effect, int style) {
+    for (const double progress : {0.0, 0.5, 1.0, 1.1}) {
+      for (const auto& [in, out] : {std::pair{picture.get(), smaller.get()},
+                                    {picture.get(), trueColour.get()},
+                                    {trueColour.get(), picture.get()},
+                                    {noPixels.get(), noPixels.get()}}) {
+        EXPECT_EQ(effect.frame(in, out, style, progress), nullptr);
+      }
+      EXPECT_EQ(effect.frame(nullptr, picture.get(), style, progress), nullptr);
+      EXPECT_EQ(effect.frame(picture.get(), nullptr, style, progress), nullptr);
     }
-    EXPECT_EQ(effect.compose(nullptr, picture.get(), style, 0.5), nullptr);
-    EXPECT_EQ(effect.compose(picture.get(), nullptr, style, 0.5), nullptr);
+  });
+}
+
+/// On or off, as the colour says: a third of opaquePicture's pixels are transparent.
+DWORD withOpacity(DWORD colour) { return colour % 3 == 0 ? colour & 0xFFFFFF : colour | 0xFF000000; }
+
+OwnedDib pictureWithHoles(const OwnedDib& opaque) {
+  OwnedDib dib = image(opaque->biWidth, opaque->biHeight, 32);
+  for (int y = 0; y < opaque->biHeight; ++y) {
+    for (int x = 0; x < opaque->biWidth; ++x)
+      setPixel(dib, x, y, withOpacity(pixel(opaque, x, y) & 0xFFFFFF));
+  }
+  return dib;
+}
+
+TEST(Laws, TransparentPixelsArriveAndLeaveLikeAllOthers) {
+  // Those left out mix colours or change their light.
+  const std::set<std::string_view> exempt{"fade", "ripple", "diamonds", "thaw", "film", "roll"};
+  const OwnedDib in = opaquePicture(40, 33, 3);
+  const OwnedDib out = opaquePicture(40, 33, 0x550000);
+  const OwnedDib inWithHoles = pictureWithHoles(in);
+  const OwnedDib outWithHoles = pictureWithHoles(out);
+  forEachTransition([&](const Effect& effect, int style) {
+    if (exempt.contains(effect.name)) return;
+    for (int step = -1; step <= 13; ++step) {
+      const OwnedDib opaque = effect.frame(in.get(), out.get(), style, step / 12.0);
+      const OwnedDib frame = effect.frame(inWithHoles.get(), outWithHoles.get(), style, step / 12.0);
+      ASSERT_EQ(pixelsOf(frame), pixelsOf(pictureWithHoles(opaque))) << "step " << step;
+    }
+  });
+}
+
+TEST(Laws, NoStepIsACut) {
+  const OwnedDib opaque = opaquePicture(40, 33, 3);
+  const OwnedDib nothing = image(40, 33, 32);
+  const auto opacityOf = [](const OwnedDib& dib) {
+    double sum = 0;
+    for (const DWORD pixel : pixelsOf(dib)) sum += pixel >> 24;
+    return sum / 255.0 / (40 * 33);
+  };
+  forEachTransition([&](const Effect& effect, int style) {
+    double before = 0;
+    for (int step = 0; step <= 20; ++step) {
+      const double appeared = opacityOf(effect.frame(opaque.get(), nothing.get(), style, step / 20.0));
+      const double left = 1.0 - opacityOf(effect.frame(nothing.get(), opaque.get(), style, step / 20.0));
+      EXPECT_NEAR(appeared, left, 0.05) << "step " << step;
+      EXPECT_GT(appeared, before - 0.05) << "step " << step;
+      EXPECT_LT(appeared, before + 0.25) << "step " << step;
+      before = appeared;
+    }
   });
 }
 

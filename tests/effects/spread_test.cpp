@@ -11,17 +11,16 @@ void expectRegion(const OwnedDib& picture, long shape, long amount, OwnedRegion 
 }
 
 TEST(SmoothSpread, ShapesFollowTheirFormulas) {
-  const OwnedDib picture = numberedPicture(101, 50);  // centre (50, 25)
-  // Half the diagonal of 101 x 50 is 56.35, 40 percent of it 22.54.
-  expectRegion(picture, 0, 40, OwnedRegion(CreateEllipticRgn(28, 3, 72, 47)));
-  // 40 and 20, halved; 41 percent of 101 is 41, and half of that 20 again.
-  expectRegion(picture, 1, 40, rectangle(30, 15, 70, 35));
-  expectRegion(picture, 1, 41, rectangle(30, 15, 70, 35));
-  // 101 / 0.717 = 140.86, 50 / 0.717 = 69.74; 40 percent are 56 and 27.
-  expectRegion(picture, 2, 40, OwnedRegion(CreateEllipticRgn(22, 12, 78, 38)));
-  // 101 / 0.8 = 126.25, 50 / 0.8 = 62.5; 40 percent are 50 and 25.
-  expectRegion(picture, 3, 40, OwnedRegion(CreateRoundRectRgn(25, 13, 75, 37, 12, 6)));
-  const POINT diamond[] = {{50, 5}, {10, 25}, {50, 45}, {90, 25}};
+  const OwnedDib picture = numberedPicture(403, 200);  // centre (201, 100)
+  // Half the diagonal of 403 x 200 is 224.95, 40 percent of it 89.98.
+  expectRegion(picture, 0, 40, OwnedRegion(CreateEllipticRgn(112, 11, 290, 189)));
+  // 161 and 80, halved.
+  expectRegion(picture, 1, 40, rectangle(121, 60, 281, 140));
+  // 403 / 0.717 = 562.06, 200 / 0.717 = 278.94; 40 percent are 224 and 111.
+  expectRegion(picture, 2, 40, OwnedRegion(CreateEllipticRgn(89, 45, 313, 155)));
+  // 403 / 0.8 = 503.75, 200 / 0.8 = 250; 40 percent are 201 and 100.
+  expectRegion(picture, 3, 40, OwnedRegion(CreateRoundRectRgn(101, 50, 301, 150, 50, 25)));
+  const POINT diamond[] = {{201, 20}, {40, 100}, {201, 180}, {362, 100}};
   expectRegion(picture, 4, 40, OwnedRegion(CreatePolygonRgn(diamond, 4, ALTERNATE)));
 }
 

@@ -122,11 +122,9 @@ TEST(Push, EveryPixelIsOneOfAPictures) {
   }
 }
 
-TEST(Push, KnowsEightDirectionsAndHoldsThePercentage) {
+TEST(Push, HoldsThePercentage) {
   const OwnedDib in = numberedPicture(6, 5);
   const OwnedDib out = image(6, 5, 32);
-  for (const long direction : {-1L, 8L})
-    EXPECT_EQ(OwnedDib(GenerateRunPushEffect(in.get(), out.get(), direction, 50)), nullptr);
   EXPECT_EQ(pixelsOf(OwnedDib(GenerateRunPushEffect(in.get(), out.get(), 3, LONG_MAX))), pixelsOf(in));
   EXPECT_EQ(pixelsOf(OwnedDib(GenerateRunPushEffect(in.get(), out.get(), 3, LONG_MIN))), pixelsOf(out));
 }
@@ -135,7 +133,7 @@ TEST(Fade, WeighsColoursByOpacity) {
   const OwnedDib in = imageOf(3, 1, 32, {0xFF0000C8, 0xFF112233, 0x00FFFFFF});
   const OwnedDib out = imageOf(3, 1, 32, {0xFF000064, 0x00FFFFFF, 0x00112233});
   // Progress 0.4 is a weight of 102 of 255.
-  const OwnedDib frame = dibkit::findEffect("fade")->compose(in.get(), out.get(), 0, 0.4);
+  const OwnedDib frame = dibkit::findEffect("fade")->frame(in.get(), out.get(), 0, 0.4);
   EXPECT_EQ(pixel(frame, 0, 0), 0xFF00008CU);  // 100 + 0.4 * 100
   EXPECT_EQ(pixel(frame, 1, 0), 0x66112233U);  // the transparent white doesn't stain; opacity 0.4 * 255
   EXPECT_EQ(pixel(frame, 2, 0), 0U);
@@ -154,9 +152,24 @@ TEST(Fade, OpaqueRowsComeOutLikeMixedOnes) {
     }
   }
   for (int step = 1; step < 20; ++step) {
-    const OwnedDib frame = dibkit::findEffect("fade")->compose(in.get(), out.get(), 0, step / 20.0);
+    const OwnedDib frame = dibkit::findEffect("fade")->frame(in.get(), out.get(), 0, step / 20.0);
     for (int x = 0; x < 49; ++x) ASSERT_EQ(pixel(frame, x, 0), pixel(frame, x, 1));
   }
+}
+
+TEST(Ripple, IsThatOfAnAnimationHalfWay) {
+  // 32 steps of the water, four of which are a round, at full height and through a picture that fades into
+  // itself.
+  Random random(10);
+  const OwnedDib picture = randomImage(120, 90, 32, random);
+  CDIB32::MakeAllPixelsSameOpacity(picture.get(), 255);
+  CRippleEffect water(picture.get(), 0);
+  water.StartToRipple();
+  OwnedDib expected;
+  for (int round = 0; round < 8; ++round) expected.reset(water.NextToRipple());
+  water.EndToRipple();
+  const OwnedDib frame = dibkit::findEffect("ripple")->frame(picture.get(), picture.get(), 0, 0.5);
+  EXPECT_TRUE(bytesOf(frame) == bytesOf(expected));
 }
 
 }  // namespace

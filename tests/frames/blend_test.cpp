@@ -75,22 +75,4 @@ TEST(Blends, EndAsPaletteImagesUpTo256Colours) {
   }
 }
 
-TEST(Blends, RefuseWhatCannotBe) {
-  const OwnedDib frame = test::image(3, 3, 24);
-  const POINT first{INT32_MIN, INT32_MIN}, last{INT32_MAX, INT32_MAX};
-  const auto blended = [&](BITMAPINFOHEADER* a, BITMAPINFOHEADER* mask) {
-    return test::given(
-        [&](auto image, auto outMask, POINT*) { return AlphaBlendByColor(a, mask, 0, 0, image, outMask); });
-  };
-  const auto merged = [&](BITMAPINFOHEADER* b, const POINT& at) {
-    return test::given([&](auto image, auto mask, POINT* position) {
-      return MergeFrames(frame.get(), nullptr, first, b, nullptr, at, image, mask, position);
-    });
-  };
-  EXPECT_TRUE(test::same(blended(nullptr, nullptr), Given()));
-  EXPECT_TRUE(test::same(blended(frame.get(), frame.get()), Given()));  // a mask of 24 bits
-  EXPECT_TRUE(test::same(merged(nullptr, first), Given()));
-  EXPECT_TRUE(test::same(merged(frame.get(), last), Given()));  // too large a picture
-}
-
 }  // namespace

@@ -78,16 +78,4 @@ TEST(RemoveNoiseDIB, ReportsLinesAndCancels) {
   EXPECT_EQ(cancelling.fractions.size(), 2U);
 }
 
-TEST(RemoveNoiseDIBAndMosaic32BitsDIB, RefuseWhatTheyCannotRead) {
-  const OwnedDib shallow = test::image(3, 3, 8), deep = test::image(3, 3, 32);
-  EXPECT_FALSE(withoutNoise(nullptr, nullptr));
-  EXPECT_FALSE(withoutNoise(shallow, nullptr));
-  EXPECT_FALSE(withoutNoise(deep, shallow));
-  EXPECT_EQ(Mosaic32BitsDIB(nullptr, 2), nullptr);
-  EXPECT_EQ(Mosaic32BitsDIB(shallow.get(), 2), nullptr);
-  EXPECT_EQ(Mosaic32BitsDIB(deep.get(), 0), nullptr);
-  EXPECT_EQ(Mosaic32BitsDIB(deep.get(), INT32_MIN), nullptr);
-  EXPECT_EQ(Mosaic32BitsDIB(test::image(0, 3, 32).get(), 2), nullptr);
-}
-
 }  // namespace

@@ -71,12 +71,10 @@ TEST(CompareFrame, EqualsThePlainComparisonAtEveryPairOfDepths) {
   EXPECT_GT(equal, 300);
 }
 
-TEST(CompareFrame, DiffersBySizeAndForWhatIsNoFrame) {
+TEST(CompareFrame, DiffersBySize) {
   const OwnedDib a = test::image(3, 2, 24), wider = test::image(4, 2, 24), higher = test::image(3, 3, 24);
   EXPECT_EQ(CompareFrame(a.get(), nullptr, wider.get(), nullptr), 0);
   EXPECT_EQ(CompareFrame(a.get(), nullptr, higher.get(), nullptr), 0);
-  EXPECT_EQ(CompareFrame(a.get(), nullptr, nullptr, nullptr), 0);
-  EXPECT_EQ(CompareFrame(a.get(), a.get(), a.get(), a.get()), 0);  // masks of 24 bits
   // A lower mask pairs from the top line; below its end nothing is transparent.
   const OwnedDib lowMask = test::imageOf(3, 1, 1, {1, 0, 0}),
                  mask = test::imageOf(3, 2, 1, {1, 0, 0, 0, 0, 0});
@@ -142,19 +140,13 @@ TEST(CropFrame, MakesPlainImagesOfBitFieldsAndOnlyTheShapeOfUnknownDepths) {
   EXPECT_TRUE(test::same(crop(odd, nullptr, all.get()).image, test::image(3, 1, 2, {1, 2, 3, 4})));
 }
 
-TEST(Crop, GivesAnEmptyImageForAnEmptyRegionAndNothingForNone) {
+TEST(Crop, GivesAnEmptyImageForAnEmptyRegion) {
   const OwnedDib frame = test::image(5, 5, 32);
-  const OwnedRegion empty(CreateRectRgn(2, 2, 2, 2)), huge(CreateRectRgn(-60000, -60000, 60000, 60000));
+  const OwnedRegion empty(CreateRectRgn(2, 2, 2, 2));
   const Given none = crop(frame, nullptr, empty.get());
   EXPECT_EQ(none.result, 1);
   EXPECT_TRUE(test::same(none.image, test::image(0, 0, 32)));
   EXPECT_TRUE(test::same(OwnedDib(Crop32BitsDIB(frame.get(), empty.get())), test::image(0, 0, 32)));
-  EXPECT_EQ(Crop32BitsDIB(frame.get(), nullptr), nullptr);
-  EXPECT_EQ(Crop32BitsDIB(nullptr, empty.get()), nullptr);
-  EXPECT_TRUE(test::same(crop(frame, nullptr, nullptr), Given()));
-  EXPECT_TRUE(test::same(crop(nullptr, nullptr, empty.get()), Given()));
-  EXPECT_TRUE(test::same(crop(frame, frame, empty.get()), Given()));
-  EXPECT_TRUE(test::same(crop(frame, nullptr, huge.get()), Given()));
 }
 
 }  // namespace

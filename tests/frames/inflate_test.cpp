@@ -86,22 +86,4 @@ TEST(InflateDibAndExpandDIB, PlaceFramesOfEveryDepth) {
   }
 }
 
-TEST(InflateDibAndExpandDIB, RefuseWhatCannotBe) {
-  const OwnedDib frame = test::image(2, 2, 24), odd = test::image(2, 2, 2);
-  const auto refused = [](const OwnedDib& dib, const OwnedDib& mask, int left, int right) {
-    return InflateDib(dib.get(), mask.get(), 0, left, 0, right, 0) == nullptr &&
-           test::same(test::given([&](auto image, auto outMask, POINT*) {
-                        return CMaskedBitmapTransform::ExpandDIB(dib.get(), mask.get(), image, outMask, left,
-                                                                 0, right, 0);
-                      }),
-                      test::Given());
-  };
-  EXPECT_TRUE(refused(nullptr, nullptr, 1, 1));
-  EXPECT_TRUE(refused(frame, frame, 1, 1));
-  EXPECT_TRUE(refused(odd, nullptr, 1, 1));
-  EXPECT_TRUE(refused(frame, nullptr, -3, 0));
-  EXPECT_TRUE(refused(frame, nullptr, INT32_MAX, INT32_MAX));
-  EXPECT_EQ(CMaskedBitmapTransform::OutputDIBStream(frame.get(), nullptr, 0), nullptr);
-}
-
 }  // namespace

@@ -100,7 +100,8 @@ TEST(OutOfMemory, EndsEveryOperationAsItIsTold) {
   }
 }
 
-/// Once pixels are reached, a walk whose work list cannot grow leaves null images and the frame's position.
+/// Once pixels are reached, a flood fill whose work list cannot grow leaves null images and the frame's
+/// position.
 TEST(OutOfMemory, LeavesAPlaceButNoImagesInTheMiddleOfABackground) {
   const OwnedDib frame = test::image(1, 1, 24);
   bool begun = false;

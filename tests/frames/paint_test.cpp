@@ -1,5 +1,3 @@
-#include <limits>
-
 #include <gtest/gtest.h>
 
 #include "frames/frames.h"
@@ -10,9 +8,6 @@ namespace {
 
 using test::GoldenCase;
 using test::OwnedDib;
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
 
 int number(const GoldenCase& recorded, const char* word, std::size_t index = 0) {
   return static_cast<int>(recorded.at(word).numbers().at(index));
@@ -126,34 +121,6 @@ TEST(PaintShapeOnPic, EqualsEveryRecordedCase) {
                 {{"ellipse", recordedShape}, {"roundrect", recordedShape}, {"polygon", recordedPolygon}}),
             expected);
   EXPECT_EQ(reversedOutOfSight, 21);
-}
-
-TEST(PaintOnPic, TakesAnyArgument) {
-  const RECT box{0, 0, 8, 8}, reversed{8, 8, 0, 0}, everything{lowest, lowest, highest, highest};
-  POINT distant[] = {{lowest, lowest}, {highest, highest}, {lowest, highest}};
-  POINT position{5, 5};
-  const OwnedDib wrongDepth = test::image(8, 8, 4), small = test::image(3, 2, 1);
-  EXPECT_EQ(PaintLineOnPic(wrongDepth.get(), box, {0, 0}, {5, 5}, 3, 1), nullptr);
-  EXPECT_EQ(PaintLineOnPic(nullptr, reversed, {0, 0}, {5, 5}, 3, 1), nullptr);
-  EXPECT_EQ(PaintLineOnPic(nullptr, everything, {0, 0}, {5, 5}, 3, 1), nullptr);
-  EXPECT_NE(OwnedDib(PaintLineOnPic(small.get(), box, distant[0], distant[1], highest, 1)), nullptr);
-  EXPECT_NE(OwnedDib(PaintLineOnPic(nullptr, box, distant[0], distant[1], lowest, 0)), nullptr);
-
-  EXPECT_EQ(PaintLineOnPic2(box, nullptr, 3, 1, 1, &position), nullptr);
-  EXPECT_TRUE(position.x == 0 && position.y == 0);
-  EXPECT_EQ(PaintLineOnPic2(box, distant, 0, 1, 1, nullptr), nullptr);
-  EXPECT_EQ(PaintLineOnPic2(reversed, distant, 3, 1, 1, nullptr), nullptr);
-  const OwnedDib crossing(PaintLineOnPic2(box, distant, 3, 5, 0, nullptr));
-  ASSERT_NE(crossing, nullptr);
-  EXPECT_EQ(crossing->biWidth, 8);
-
-  EXPECT_EQ(PaintShapeOnPic(box, 0, 1, 0, {0, 0}, &position), nullptr);  // neither pen nor interior
-  EXPECT_EQ(PaintShapeOnPic(everything, 3, 1, 1, {0, 0}, &position), nullptr);
-  EXPECT_EQ(PaintShapeOnPic({60, 60, 0, 0}, 3, 1, 1, {0, 0}, &position), nullptr);
-  EXPECT_NE(OwnedDib(PaintShapeOnPic(box, 1, 0, 1, {lowest, highest}, nullptr)), nullptr);
-  EXPECT_EQ(PaintPolygonOnPic(nullptr, 3, 1, 1, &position), nullptr);
-  EXPECT_EQ(PaintPolygonOnPic(distant, 3, 1, 1, &position), nullptr);
-  EXPECT_EQ(PaintPolygonOnPic(distant, 1, 1, 1, &position), nullptr);
 }
 
 }  // namespace

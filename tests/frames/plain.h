@@ -41,7 +41,9 @@ void forEachPixel(const RECT& box, Use&& use) {
   }
 }
 
-inline bool marked(const OwnedDib& mask, int x, int y) { return mask && pixel(mask, x, y) != 0; }
+inline bool marked(const OwnedDib& mask, int x, int y) {
+  return mask && y < mask->biHeight && pixel(mask, x, y) != 0;
+}
 
 /// The colour of a frame's pixel, 0xRRGGBB.
 inline DWORD colourAt(const OwnedDib& dib, int x, int y) {
@@ -60,7 +62,8 @@ inline OwnedDib randomMask(int width, int height, int percent, Random& random) {
 }
 
 /// A frame near the canvas's corner, with a mask or without. Half of them have few flat colours, so that both
-/// ends of the reduction to a palette are met; palettes may be shorter than their depth allows.
+/// ends of the reduction to a palette are met; palettes may be shorter than their depth allows, masks than
+/// the frame.
 struct Shot {
   OwnedDib dib, mask;
   POINT at{0, 0};
@@ -78,7 +81,8 @@ struct Shot {
       const DWORD value = flat ? few[(x / 3 + y / 2) % 3] : static_cast<DWORD>(random());
       setPixel(dib, x, y, palette.empty() ? value : value % static_cast<DWORD>(palette.size()));
     });
-    if (below(random, 3) != 0) mask = randomMask(width, height, below(random, 3) * 40 + 5, random);
+    const int lines = below(random, 6) != 0 ? height : 1 + below(random, height);
+    if (below(random, 3) != 0) mask = randomMask(width, lines, below(random, 3) * 40 + 5, random);
     at = {below(random, 16) - 8, below(random, 16) - 8};
   }
 

@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <set>
 
 #include <gtest/gtest.h>
 
+#include "palette/colour_index.h"
+#include "palette/map_entries.h"
 #include "palette/palette.h"
 #include "support/palettes.h"
 
@@ -114,22 +117,44 @@ TEST(GetColorsNumFromPaletteDib, NumbersIndexesInOrderOfFirstUse) {
   EXPECT_EQ(associationsOf(held), (std::vector<std::pair<int, int>>{{3, 77}, {9, 0}}));
 }
 
-TEST(ColourCounts, TakeWrongArgumentsAsNothing) {
-  ColourMap colours;
-  IndexMap indexes;
-  // No pixels at once, however many lines.
-  const OwnedDib narrow = test::image(0, INT32_MAX, 24), narrow8 = test::image(0, INT32_MAX, 8);
-  const OwnedDib dib = test::image(9, 9, 24), dib8 = test::image(9, 9, 8);
-  for (const OwnedDib* wrong : {&narrow, &dib8}) {
-    EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(wrong->get()), 0);
-    EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(wrong->get(), &colours), 0);
+TEST(ColourIndex, FindsWhatItHoldsInACrowd) {
+  dibkit::ColourIndex colours;
+  EXPECT_EQ(colours.find(0), dibkit::ColourIndex::none);  // black is no empty place
+  for (int round = 0; round < 2; ++round) {
+    for (DWORD i = 0; i < 256; ++i) ASSERT_EQ(colours.enter(i << 16 | i % 2), static_cast<int>(i));
   }
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFrom24BitsDib(nullptr), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(nullptr, &colours), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromTrueDib(dib.get(), nullptr), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(narrow8.get(), &indexes), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(nullptr, &indexes), 0);
-  EXPECT_EQ(CPaletteFuns::GetColorsNumFromPaletteDib(dib8.get(), nullptr), 0);
+  EXPECT_EQ(colours.enter(0xFFFFFF), dibkit::ColourIndex::none);
+  EXPECT_EQ(colours.find(0xFFFFFF), dibkit::ColourIndex::none);
+  EXPECT_EQ(colours.size(), 256);
+  for (DWORD i = 0; i < 256; ++i) {
+    EXPECT_EQ(colours.find(i << 16 | i % 2), static_cast<int>(i));
+    EXPECT_EQ(colours[static_cast<int>(i)], i << 16 | i % 2);
+  }
+}
+
+TEST(ColourMap, LooksUpWithoutInsertingAndEnumeratesEverything) {
+  CMap<DWORD, DWORD&, int, int&> map;
+  for (DWORD key = 0; key < 300; ++key) {
+    int value = static_cast<int>(key) * 2;
+    map.SetAt(key, value);
+  }
+  DWORD missing = 1000;
+  int value = 7;
+  EXPECT_FALSE(map.Lookup(missing, value));
+  EXPECT_EQ(value, 7);
+  EXPECT_EQ(map.GetCount(), 300);
+  std::set<DWORD> seen;
+  dibkit::forEachAssociation(map, [&](DWORD key, int twice) {
+    EXPECT_EQ(twice, static_cast<int>(key) * 2);
+    EXPECT_TRUE(seen.insert(key).second);
+  });
+  EXPECT_EQ(seen.size(), 300U);
+  DWORD first = 0;
+  EXPECT_TRUE(map.RemoveKey(first));
+  EXPECT_FALSE(map.RemoveKey(first));
+  map.RemoveAll();
+  EXPECT_TRUE(map.IsEmpty());
+  EXPECT_EQ(map.GetStartPosition(), nullptr);
 }
 
 }  // namespace

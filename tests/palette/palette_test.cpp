@@ -80,12 +80,6 @@ TEST(ChangeDibBitsPalette, HasAnAnswerForWhatTheMapOrThePaletteLacks) {
   const OwnedDib bits = test::imageOf(2, 1, 1, {0, 1}, {0x03, 0x01});
   EXPECT_EQ(test::pixelsOf(OwnedDib(CPaletteFuns::ChangeDibBitsPalette(bits.get(), &wide)).get()),
             (std::vector<DWORD>{1, 0}));
-
-  // No pixels at once, however many lines.
-  EXPECT_TRUE(OwnedDib(CPaletteFuns::ChangeDibBitsPalette(test::image(0, INT32_MAX, 8).get(), &map)));
-  EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(nullptr, &map), nullptr);
-  EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(test::image(2, 2, 16).get(), &map), nullptr);
-  EXPECT_EQ(CPaletteFuns::ChangeDibBitsPalette(test::image(2, 2, 2).get(), &map), nullptr);
 }
 
 TEST(IsPaletteEqual, TellsWhatItsTwoPassesTell) {

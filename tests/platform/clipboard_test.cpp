@@ -32,7 +32,10 @@ TEST(LogicalPalettes, AreSelectedIntoContexts) {
   const HPALETTE palette = test::twoColours();
   const HDC context = GetDC(nullptr);
   const HPALETTE stock = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
-  EXPECT_EQ(GetPaletteEntries(stock, 0, 0, nullptr), 20U);
+  PALETTEENTRY entries[21];
+  ASSERT_EQ(GetPaletteEntries(stock, 0, 21, entries), 20U);
+  const PALETTEENTRY sky{0xA6, 0xCA, 0xF0, 0};
+  EXPECT_EQ(std::memcmp(&entries[9], &sky, sizeof(sky)), 0);
   EXPECT_EQ(SelectPalette(context, palette, FALSE), stock);
   EXPECT_EQ(RealizePalette(context), 0U);  // true colours need none
   EXPECT_EQ(SelectPalette(context, stock, FALSE), palette);

@@ -83,6 +83,8 @@ TEST(ExtCreateRegion, IsTheUnionOfAnyList) {
     EXPECT_TRUE(isCanonical(test::rowsOf(region.get())));
     EXPECT_TRUE(EqualRgn(region.get(), expected.region().get()));
   }
+  const OwnedRegion touching = Bitmap::regionOf({{0, 0, 2, 2}, {2, 0, 4, 2}});
+  EXPECT_EQ(test::rowsOf(touching.get()), (test::Rows{{0, 2, 0, 4}}));
 }
 
 /// A pixel is inside when an odd number of crossings lie at or left of it: the rule itself, in exact

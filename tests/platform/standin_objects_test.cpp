@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/clipboard.h"
+#include "platform/surface.h"
 
 /// What the stand-in decides where the calls differ from system to system, and that no argument brings it
 /// down.
@@ -108,6 +109,10 @@ TEST_F(StandinClipboard, MakesABitmapAndALongerHeaderOfADib) {
   }
 }
 
+TEST(StandinTools, HaveNumbersFromTheStock) {
+  for (const int number : {-1, 9, 14, 16, 1000}) EXPECT_EQ(GetStockObject(number), nullptr) << number;
+}
+
 TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
   struct {
     BITMAPINFOHEADER header{40, 4, 1, 1, 4, BI_RGB, 0, 0, 0, 2, 0};
@@ -133,6 +138,34 @@ TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
   SelectObject(context, before);
   DeleteDC(context);
   DeleteObject(section);
+}
+
+TEST(StandinSurfaces, HaveNoPixelBeyondThemAndTheirClipRegion) {
+  const test::Surface surface(3, 2, true);
+  surface.origin(1, 0);
+  SelectClipRgn(surface.context(), test::OwnedRegion(CreateRectRgn(1, 0, 3, 2)).get());
+  for (int x = -2; x <= 2; ++x) {
+    for (int y = -1; y <= 2; ++y) {
+      const COLORREF expected = (x == 0 || x == 1) && (y == 0 || y == 1) ? RGB(1, 2, 3) : CLR_INVALID;
+      EXPECT_EQ(SetPixel(surface.context(), x, y, RGB(1, 2, 3)), expected) << x << ", " << y;
+      EXPECT_EQ(GetPixel(surface.context(), x, y), expected) << x << ", " << y;
+    }
+  }
+}
+
+TEST(StandinSurfaces, RefuseUnreadableHeaders) {
+  const test::Surface surface(3, 2, true);
+  DWORD bits[8] = {};
+  constexpr DWORD runLengths = 1;
+  const BITMAPINFOHEADER headers[] = {{39, 3, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
+                                      {40, 0, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
+                                      {40, 3, 2, 1, 31, BI_RGB, 0, 0, 0, 0, 0},
+                                      {40, 3, 2, 1, 32, runLengths, 0, 0, 0, 0, 0}};
+  for (const BITMAPINFOHEADER& header : headers) {
+    BITMAPINFO info{header, {}};
+    EXPECT_EQ(GetDIBits(surface.context(), surface.bitmap(), 0, 2, bits, &info, DIB_RGB_COLORS), 0);
+    EXPECT_EQ(SetDIBitsToDevice(surface.context(), 0, 0, 3, 2, 0, 0, 0, 2, bits, &info, DIB_RGB_COLORS), 0);
+  }
 }
 
 }  // namespace

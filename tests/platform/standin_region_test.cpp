@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/recorded.h"
+#include "platform/standin/drawing/strokes.h"
 #include "support/bitmap_regions.h"
 
 /// What the stand-in promises beyond the calls that it stands for: exact results up to the largest numbers,
@@ -34,6 +35,23 @@ TEST(StandinRegions, PolygonsOfMoreCrossingsThanFitAreRefused) {
   std::vector<POINT> zigzag;
   for (int i = 0; i < 400; ++i) zigzag.push_back({i, i % 2 == 0 ? lowest : highest});
   EXPECT_EQ(CreatePolygonRgn(zigzag.data(), 400, ALTERNATE), nullptr);
+}
+
+TEST(StandinStrokes, AreExactForTheLargestPensAndSegments) {
+  // The square of 1855077841 is twice that of 1311738121, less one: the width over the root of 2 is a hair
+  // below 1311738121. So the sides of a diagonal stroke are 1311738120 + 1 columns apart, the larger half to
+  // the right.
+  const dibkit::standin::Nib nib{1855077841, false};
+  for (const int sign : {1, -1}) {
+    const POINT from{sign > 0 ? lowest : highest, lowest}, to{sign > 0 ? highest : lowest, highest};
+    const dibkit::standin::Region row =
+        dibkit::standin::segmentRegion(from, to, nib, {lowest, 0, highest, 1});
+    // The corners beyond the coordinates are moved to their end, which brings either side half way nearer.
+    // The falling diagonal passes through column 0 of this row, the rising one through column -1.
+    const int middle = sign > 0 ? 0 : -1;
+    const RECT expected{middle - 655869060, 0, middle + 655869061, 1};
+    EXPECT_TRUE(EqualRect(&row.box(), &expected));
+  }
 }
 
 TEST(StandinRegions, EllipsesAreTheirOwnMirrorImages) {
@@ -90,6 +108,15 @@ TEST(StandinRegions, BlocksShorterThanTheirOwnCountAreRefused) {
   EXPECT_EQ(ExtCreateRegion(nullptr, 47, data), nullptr);
   EXPECT_EQ(ExtCreateRegion(nullptr, 31, data), nullptr);
   EXPECT_EQ(ExtCreateRegion(nullptr, 48, nullptr), nullptr);
+  const XFORM same{1, 0, 0, 1, 0, 0};
+  EXPECT_NE(OwnedRegion(ExtCreateRegion(&same, 48, data)).get(), nullptr);
+  for (const XFORM& form : {XFORM{2, 0, 0, 1, 0, 0},
+                            {1, 1, 0, 1, 0, 0},
+                            {1, 0, 1, 1, 0, 0},
+                            {1, 0, 0, 2, 0, 0},
+                            {1, 0, 0, 1, 1, 0},
+                            {1, 0, 0, 1, 0, 1}})
+    EXPECT_EQ(ExtCreateRegion(&form, 48, data), nullptr);
   data->rdh.nCount = 0xFFFFFFFF;
   EXPECT_EQ(ExtCreateRegion(nullptr, 48, data), nullptr);
 }

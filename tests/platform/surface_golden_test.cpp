@@ -108,4 +108,25 @@ TEST(RecordedSurfaces, AllExactButDitheredColours) {
   EXPECT_EQ(test::checkRecorded("surfaces.txt", checks), expected);
 }
 
+// The recorded cases copy from the first pixel on, and from surfaces whose origin has not moved.
+TEST(Surfaces, ShowPartsOfPictures) {
+  const test::OwnedDib picture = test::image(4, 3, 24);
+  for (int i = 0; i < 12; ++i) test::setPixel(picture, i % 4, i / 4, static_cast<DWORD>(i + 1));
+  const Surface from(4, 3, true), to(6, 5, true);
+  put(from, picture.get());
+  clear(to, 6, 5);
+  from.origin(1, -1);
+  to.origin(2, 1);
+  BitBlt(to.context(), 1, 0, 2, 2, from.context(), 0, 2, SRCCOPY);
+  // The picture's rows count from its lowest one: two rows from the first on are the lower two.
+  SetDIBitsToDevice(to.context(), -2, 1, 3, 2, 1, 0, 0, 3, GetDIBBits(picture.get()),
+                    reinterpret_cast<const BITMAPINFO*>(picture.get()), DIB_RGB_COLORS);
+  const std::vector<DWORD> expected{0,  0,  0,  0,  0,  0,  //
+                                    0,  0,  0,  6,  7,  0,  //
+                                    6,  7,  8,  10, 11, 0,  //
+                                    10, 11, 12, 0,  0,  0,  //
+                                    0,  0,  0,  0,  0,  0};
+  EXPECT_EQ(test::pixelsOf(to.read(24)), expected);
+}
+
 }  // namespace

@@ -77,7 +77,7 @@ TEST(Ripple, OneShotMatchesThePlainWater) {
   Random random(1);
   for (const auto& [w, h] : {std::pair{1, 1}, {2, 2}, {3, 3}, {7, 33}, {64, 50}, {130, 120}}) {
     const OwnedDib picture = randomImage(w, h, 32, random);
-    for (const int iterations : {0, 1, 2, 9, -3}) {
+    for (const int iterations : {0, 1, 2, 9, 150, -3}) {
       SCOPED_TRACE(testing::Message() << w << 'x' << h << " after " << iterations);
       PlainWater water(w, h);
       water.blob(w / 2, h / 2, 5, 50, 0);
@@ -178,18 +178,6 @@ TEST_F(Basin, RandomBlobsDrawColumnThenLine) {
   expectSame();
 }
 
-TEST_F(Basin, BlobsOfAnySizeAreHarmless) {
-  start(13, 9);
-  for (const int radius : {INT_MIN, -1, 0, 1, 4, 6, 1000, INT_MAX}) {
-    for (const int place : {-1, 0, 5, 13, INT_MAX}) {
-      ripple.HeightBlob(place, place, radius, INT_MAX, 1);
-      ripple.CalcWater(0, radius);
-      ripple.CalcWaterBigFilter(1, place);
-    }
-  }
-  EXPECT_NE(OwnedDib(ripple.GenerateRippleEffect(0, 0)), nullptr);
-}
-
 TEST(RippleColour, ShiftsAndClamps) {
   CRippleEffect ripple;
   const auto shifted = [&](int shift) {
@@ -216,19 +204,7 @@ TEST(Ripple, CopiesShareTheWater) {
   original.EndToRipple();
 }
 
-TEST(Ripple, StandsWrongArguments) {
-  EXPECT_EQ(GenerateRippleEffect(nullptr, 3), nullptr);
-  EXPECT_EQ(GenerateRippleEffect(image(4, 4, 24).get(), 3), nullptr);
-  const OwnedDib noPixels = image(0, INT_MAX, 32);
-  EXPECT_NE(OwnedDib(GenerateRippleEffect(noPixels.get(), 100)), nullptr);  // 0 x n again, and at once
-  CRippleEffect idle;
-  idle.StartToRipple();
-  idle.HeightBlob(1, 1, 1, 1, 0);
-  idle.CalcWater(0, 5);
-  idle.FlattenWater();
-  EXPECT_EQ(idle.NextToRipple(), nullptr);
-  idle.EndToRipple();
-  // Another picture in the middle of a run has to have the size of the first.
+TEST(Ripple, NeedsPicturesOfOneSizeThroughARun) {
   const OwnedDib small = image(20, 10, 32), large = image(30, 40, 32);
   CRippleEffect ripple(small.get(), 0);
   ripple.StartToRipple();

@@ -76,8 +76,8 @@ class Bitmap {
   std::vector<bool> bits_;
 };
 
-/// What a four-connected walk reaches, one pixel at a time: the seed, whatever it holds, and from there every
-/// pixel that enter(x, y) lets in.
+/// What a four-connected flood fill reaches, one pixel at a time: the seed, whatever it holds, and from there
+/// every pixel that enter(x, y) lets in.
 template <class Enter>
 Bitmap reachedFrom(const POINT& seed, int width, int height, Enter&& enter) {
   Bitmap reached(width, height);

@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "dib/pixel_format.h"
+#include "dib/view.h"
 
 /// Small images for tests, and a way to look at single pixels. Coordinates count from the top-left pixel.
 namespace test {
@@ -29,7 +29,7 @@ inline DWORD pixel(const BITMAPINFOHEADER* dib, int x, int y) {
   return dibkit::withFormat(dib->biBitCount, DWORD{0xDEAD}, [&](auto format) -> DWORD {
     const auto raw = decltype(format)::get(row, x);
     if constexpr (std::is_same_v<std::remove_const_t<decltype(raw)>, dibkit::Rgb>) {
-      return dibkit::entryKey(raw);
+      return dibkit::packRgb(raw);
     } else {
       return raw;
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "dib/map_walk.h"
+#include "palette/map_entries.h"
 #include "support/images.h"
 
 /// Palettes and colour maps of test images, as numbers 0xXXRRGGBB.

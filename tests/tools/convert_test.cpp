@@ -146,6 +146,10 @@ TEST_F(Convert, RefusesWhatCannotBe) {
       {"--palette", folder_ / "in.png", "--bits", "24"},
       {"--palette", folder_ / "in.png", "--gray"},
       {"--format", "jpg"},
+      {"--dither", "ordered"},
+      {"--dither", "ordered", "--bits", "24"},
+      {"--dither", "ordered", "--threshold", "9"},
+      {"--dither", "noise", "--bits", "8"},
   };
   for (const std::vector<std::string>& options : wrong) {
     std::vector<std::string> arguments{"convert", folder_ / "in.png", "-o", folder_ / "out.png"};

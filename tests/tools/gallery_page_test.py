@@ -45,8 +45,13 @@ class Browser:
     def console(self):
         return self.ask("POST", self.session + "/se/log", {"type": "browser"})
 
-    def resize(self, width, height):
-        self.ask("POST", self.session + "/window/rect", {"width": width, "height": height})
+    def command(self, name, parameters):
+        self.ask("POST", self.session + "/goog/cdp/execute", {"cmd": name, "params": parameters})
+
+    def picture_of(self, script):
+        """What is on the screen where the element that a script returns is."""
+        element = next(iter(self.run(script).values()))
+        return self.ask("GET", f"{self.session}/element/{element}/screenshot")
 
     def close(self):
         try:
@@ -72,29 +77,37 @@ def wait_for(browser, script, what):
 
 def check(browser, pages):
     browser.open(pages.joinpath("index.html").as_uri())
-    browser.run("document.querySelectorAll('img').forEach(image => { image.loading = 'eager'; })")
-    wait_for(browser, "return [...document.images].every(image => image.complete)", "the pictures do not load")
-    sizes = browser.run("return [...document.images].map(image => [image.naturalWidth, image.naturalHeight])")
-    expect(len(sizes) > 2 and all(size == [90, 60] for size in sizes), f"natural sizes: {sizes}")
+    near = "document.querySelector('.card')"
+    value = f"return Number({near}.querySelector('input').value)"
+    wait_for(browser, f"{value} > 2", "the slider does not follow the animation")
 
-    # The slider shows the frame that it stands on, out of the strip.
-    shown = "return getComputedStyle(document.querySelector('.strip')).visibility"
-    expect(browser.run(shown) == "hidden", "the strip covers the GIF before anyone asked for it")
+    # Where it is stopped it stays, and plays on from there.
+    click = f"{near}.querySelector('.play').click();"
+    stopped = browser.run(f"{click} {value}")
+    picture = browser.picture_of(f"return {near}.querySelector('canvas')")
+    time.sleep(1)
+    expect(browser.run(value) == stopped, "a stopped animation goes on")
+    expect(browser.picture_of(f"return {near}.querySelector('canvas')") == picture, "a stopped picture changes")
+    expect(browser.run(f"{click} {value}") == stopped, "it does not play on from where it was stopped")
+    wait_for(browser, f"{value} > {stopped}", "it does not play on")
+
+    # The slider stops it at a frame: 0 and 20 of the 40 there and back are the pictures themselves.
     move = (
-        "const slider = document.querySelector('.card input'); slider.value = %d;"
-        "slider.dispatchEvent(new Event('input'));"
-        "return getComputedStyle(document.querySelector('.strip')).backgroundPosition"
+        f"const slider = {near}.querySelector('input'); slider.value = %d; slider.dispatchEvent(new Event('input'));"
+        f"return {near}.querySelector('canvas')"
     )
-    positions = [browser.run(move % place) for place in (0, 5, 20)]
-    expect(positions == ["0px 0%", "0px 25%", "0px 100%"], f"the slider leads to {positions}")
-    expect(browser.run(shown) == "visible", "the slider shows no frame")
-    height = (
-        "const image = new Image(); image.src = document.querySelector('.strip').dataset.strip;"
-        "return image.decode().then(() => image.naturalHeight)"
+    expect(browser.run(f"return {near}.querySelector('input').max") == "39", "the slider has not all frames")
+    shown = [browser.picture_of(move % frame) for frame in (0, 10, 20, 0)]
+    expect(shown[0] == shown[3] and len(set(shown)) == 3, "the slider does not show its frame")
+    wait_for(browser, f"return {near}.querySelector('.play').textContent === '▶'", "the slider does not stop it")
+    browser.run("document.querySelector('.all').click()")
+    expect(browser.run("return new Set([...document.querySelectorAll('.play')].map(b => b.textContent)).size") == 1, "not all stop")
+
+    names = browser.run(
+        "return [...document.querySelectorAll('.card :is(button, input, a, canvas)')]"
+        ".map(one => one.tagName + (one.getAttribute('aria-label') ?? one.textContent))"
     )
-    expect(browser.run(height) == 21 * 60, "the strip has not all frames")
-    browser.run("document.querySelector('.card .play').click()")
-    expect(browser.run(shown) == "hidden", "the GIF does not play on")
+    expect(len(names) > 200 and len(set(names)) == len(names), "two controls have the same name")
 
     # The button copies its command.
     browser.run("document.querySelector('.copy').click()")
@@ -107,10 +120,15 @@ def check(browser, pages):
     wanted = browser.run("return document.querySelector('.copy code').textContent")
     expect(copied == wanted and copied.startswith("dibkit transition "), f"copied: {copied!r}")
 
-    for width in (360, 1200):
-        browser.resize(width, 800)
+    # Nothing stands out, and each pixel of a frame is a whole number of the screen's.
+    for width, ratio in ((390, 3), (360, 2), (1200, 1)):
+        metrics = {"width": width, "height": 800, "deviceScaleFactor": ratio, "mobile": ratio > 1}
+        browser.command("Emulation.setDeviceMetricsOverride", metrics)
         across = browser.run("return document.documentElement.scrollWidth - document.documentElement.clientWidth")
         expect(across == 0, f"{across} pixels stand out at a width of {width}")
+        times = f"return {near}.querySelector('canvas').getBoundingClientRect().width * devicePixelRatio / 90"
+        wait_for(browser, f"{times} % 1 === 0", f"pixels have no whole size at a width of {width}")
+        expect(browser.run(times) >= 2, "the frame is small")
 
     messages = [entry["message"] for entry in browser.console()]
     expect(messages == [], f"the console says {messages}")

@@ -36,18 +36,18 @@ TEST(Gallery, ShowsEveryStyleWithTheCommandThatMakesIt) {
   const std::string html(bytes.begin(), bytes.end());
   EXPECT_EQ(html.find("http"), std::string::npos) << "the page asks for something outside";
   const std::vector<std::string> gifs = found(html, "src=\"([^\"]+\\.gif)\"");
-  const std::vector<std::string> strips = found(html, "data-strip=\"([^\"]+)\"");
+  const std::vector<std::string> sheets = found(html, "data-sheet=\"([^\"]+)\"");
   const std::vector<std::string> commands = found(html, "<code>(dibkit transition .*?)</code></button>");
   std::istringstream names(run({"effects", "--names"}).out);
   std::size_t styles = 0;
   for (std::string line; std::getline(names, line);) ++styles;
   ASSERT_EQ(gifs.size(), styles);
-  ASSERT_EQ(strips.size(), styles);
+  ASSERT_EQ(sheets.size(), styles);
   ASSERT_EQ(commands.size(), styles);
 
   for (std::size_t i = 0; i < styles; ++i) {
     SCOPED_TRACE(commands[i]);
-    EXPECT_TRUE(std::filesystem::exists(pages + "/" + strips[i]));
+    EXPECT_TRUE(std::filesystem::exists(pages + "/" + sheets[i]));
     std::istringstream words(std::regex_replace(commands[i], std::regex("</?span>"), ""));
     std::vector<std::string> arguments;
     for (std::string word; words >> word;) arguments.push_back(word);
@@ -66,16 +66,6 @@ TEST(Gallery, NeedsTwoPicturesOrNone) {
   EXPECT_EQ(ended.status, 2);
   EXPECT_EQ(run({"gallery", folder / "pages", "--size", "9000x7000"}).status, 2);
   EXPECT_FALSE(std::filesystem::exists(folder / "pages"));
-}
-
-TEST(Gallery, DoesNotReplaceThePicturesThatItShows) {
-  const Folder folder;
-  writePng(folder / "a.png", flat(4, 4, 0xFFFFFFFF));
-  writePng(folder / "to.png", flat(4, 4, 0xFF0000FF));
-  const Ended ended = run({"gallery", folder.path(), folder / "a.png", folder / "to.png"});
-  EXPECT_EQ(ended.status, 2);
-  EXPECT_NE(ended.err.find("would replace " + (folder / "to.png")), std::string::npos) << ended.err;
-  EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.png", "to.png"}));
 }
 
 }  // namespace

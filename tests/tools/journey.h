@@ -31,16 +31,11 @@ struct Ended {
   int status = 0;  ///< exit status, or 1000 + the signal that ended it
   std::string out;
   std::string err;
-  long mostMemory = 0;  ///< in KiB
 };
 
-struct Input {
-  std::string standardInput{};   ///< a file to read as standard input
-  int interruptAfter = -1;       ///< milliseconds of work until Ctrl-C; below 0 for none
-  std::string standardOutput{};  ///< a file to write standard output to, instead of catching it
-};
-
-Ended run(const std::vector<std::string>& arguments, const Input& input = {});
+/// Commands that write files are given --force: journeys go over their own results again.
+/// \param standardInput a file to read as standard input
+Ended run(const std::vector<std::string>& arguments, const std::string& standardInput = "/dev/null");
 
 void write(const std::string& path, const Bytes& bytes);
 Bytes read(const std::string& path);
@@ -67,6 +62,7 @@ Image imageBy(int width, int height, Rule rule) {
 }
 
 void writePng(const std::string& path, const Image& image);
+Image readPng(const std::string& path);
 
 /// What a viewer shows, frame by frame. Pixels that nothing was drawn on are 0.
 struct Shown {
@@ -76,7 +72,7 @@ struct Shown {
   std::optional<int> loops;
 };
 
-/// Plays a GIF; fails the test when it is damaged.
+/// Plays a GIF; fails the test when it is damaged. Slow and plain, and no code of another GIF library.
 Shown play(const std::string& path);
 
 }  // namespace journey

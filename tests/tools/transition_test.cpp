@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <numeric>
 
 #include <gtest/gtest.h>
@@ -65,7 +66,7 @@ TEST_F(Transition, CarriesRoundingForwardAndNeverGoesBelowTwoHundredths) {
                                        "--frames", "4",     "--hold",  "100"};
   auto with = [&slide](const std::string& delay) {
     std::vector<std::string> options = slide;
-    options.insert(options.end(), {"--delay", delay});
+    options.insert(options.end(), {"--quiet", "--delay", delay});
     return options;
   };
   // 100, 33, 33, 33, 100 ms: 10, 3.3, 6.6, 9.9, 19.9 hundredths from the start.
@@ -89,32 +90,106 @@ TEST_F(Transition, GoesFromEachPictureToTheNext) {
   EXPECT_EQ(shown.frames, (std::vector<Image>{flat(8, 6, red), flat(8, 6, blue), flat(8, 6, green)}));
 }
 
-TEST_F(Transition, EasesAndStopsOvershootAtTheEnds) {
-  // Half of the time: a quarter of the way with ease-in; "back" is beyond the end there and is cut off.
-  const auto middle = [this](const std::string& easing) {
-    return make({"--effect", "slide", "--style", "left", "--frames", "2", "--easing", easing}).frames.at(1);
+TEST_F(Transition, EasesAndGoesBeyondTheEndsAndBack) {
+  const auto middle = [this](const std::string& easing, const std::string& effect) {
+    return make({"--effect", effect, "--frames", "2", "--easing", easing}).frames.at(1);
   };
-  EXPECT_EQ(middle("linear"), blueUpTo(4));
-  EXPECT_EQ(middle("ease-in"), blueUpTo(2));
-  EXPECT_EQ(middle("ease-out"), blueUpTo(6));
-  EXPECT_EQ(middle("ease-in-out"), blueUpTo(4));
-  EXPECT_EQ(middle("back"), blueUpTo(8));
+  // A fade has nothing beyond its end and rebounds: 255 x 0.9123 is 233.
+  EXPECT_EQ(middle("back", "fade"), flat(8, 6, 0xFF1600E9));
+  const auto column = [](int x, std::uint32_t colour) { return colour | static_cast<std::uint32_t>(x) << 8; };
+  writePng(folder_ / "a.png", imageBy(100, 2, [&](int x, int) { return column(x, red); }));
+  writePng(folder_ / "b.png", imageBy(100, 2, [&](int x, int) { return column(x, blue); }));
+  // What has come in from the left after half of the time, of 100 columns.
+  struct Case {
+    const char* easing;
+    int columns;
+  };
+  for (const Case& c : {Case{"linear", 50},
+                        {"ease-in", 25},
+                        {"ease-out", 75},
+                        {"ease-in-out", 50},
+                        {"back", 109},  // 1 - 2.70158 / 8 + 1.70158 / 4
+                        {"cubic-bezier(0.2,0.2,0.7,0.7)", 50},
+                        {"cubic-bezier(0.42, 0, 1, 1)", 32},        // 0.31536 in every browser
+                        {"cubic-bezier(0, 0, .58, 1)", 68},         // its mirror image
+                        {"cubic-bezier(0.5, -1, 0.5, 0)", -25}}) {  // 3 / 8 * -1 + 1 / 8
+    SCOPED_TRACE(c.easing);
+    // Beyond an end the picture that is there moves on, and its mirror image follows.
+    const auto shown = [&](int x, bool pushes) {
+      if (c.columns > 100)
+        return column(x < c.columns - 100 ? c.columns - 101 - x : x - (c.columns - 100), blue);
+      if (c.columns < 0) return column(x < 100 + c.columns ? x - c.columns : 199 + c.columns - x, red);
+      return x < c.columns ? column(100 - c.columns + x, blue) : column(pushes ? x - c.columns : x, red);
+    };
+    for (const char* effect : {"slide", "push"}) {
+      EXPECT_EQ(middle(c.easing, effect),
+                imageBy(100, 2, [&](int x, int) { return shown(x, effect == std::string("push")); }));
+    }
+  }
 }
 
-TEST_F(Transition, EndsWithTheTransparentPixelsOfTheLastPicture) {
+TEST_F(Transition, BringsTransparentPixelsInLikeAllOthers) {
   const Image ring = imageBy(8, 6, [](int x, int y) { return x > 1 && x < 6 && y > 1 && y < 4 ? 0U : blue; });
   writePng(folder_ / "ring.png", ring);
   const Shown shown = make({"--effect", "slide", "--style", "left", "--frames", "2"}, "ring.png");
-  ASSERT_EQ(shown.frames.size(), 3u);
-  // On the way the outgoing picture shows through the hole; at the end nothing does.
-  const Image half =
-      imageBy(8, 6, [&ring](int x, int y) { return x < 4 && ring.at(x + 4, y) != 0 ? blue : red; });
-  EXPECT_EQ(shown.frames[1], half);
-  EXPECT_EQ(shown.frames[2], ring);
+  const Image half = imageBy(8, 6, [&ring](int x, int y) { return x < 4 ? ring.at(x + 4, y) : red; });
+  EXPECT_EQ(shown.frames, (std::vector<Image>{flat(8, 6, red), half, ring}));
 
   const Shown matte = make({"--effect", "slide", "--frames", "2", "--matte", "#00ff00"}, "ring.png");
   EXPECT_EQ(matte.frames.back(),
             imageBy(8, 6, [&ring](int x, int y) { return ring.at(x, y) == 0 ? green : blue; }));
+}
+
+std::ptrdiff_t opaquePixels(const Image& image) {
+  return std::ranges::count_if(image.pixels, [](std::uint32_t pixel) { return pixel != 0; });
+}
+
+TEST_F(Transition, ShowsHalfTransparentPixelsAsDots) {
+  // Of every 8 x 8 pixels as many as the opacity says; where that is the edge of something, all or nothing.
+  for (const auto& [opacity, dots] :
+       {std::pair{0U, 0}, {1U, 0}, {64U, 16}, {128U, 32}, {192U, 48}, {254U, 64}}) {
+    writePng(folder_ / "soft.png", flat(16, 8, opacity << 24 | 0xFF));
+    writePng(folder_ / "edge.png", imageBy(16, 8, [o = opacity](int x, int) {
+               return x < 8 ? blue : x == 8 ? o << 24 | 0xFF : 0U;
+             }));
+    const auto stillOf = [this](const char* name) {
+      return make({"--frames", "1", "--size", "16x8", "--effect", "slide"}, name).frames.back();
+    };
+    EXPECT_EQ(opaquePixels(stillOf("soft.png")), 2 * dots) << opacity;
+    EXPECT_EQ(opaquePixels(stillOf("edge.png")), opacity < 128 ? 64 : 72) << opacity;
+  }
+}
+
+TEST_F(Transition, FadesFromTransparentByDotsThatStay) {
+  writePng(folder_ / "a.png", flat(16, 8, 0));
+  writePng(folder_ / "b.png", flat(16, 8, blue));
+  const Shown shown = make({"--frames", "16"});
+  ASSERT_EQ(shown.frames.size(), 17u);
+  for (std::size_t k = 0; k <= 16; ++k) {
+    EXPECT_EQ(opaquePixels(shown.frames[k]), static_cast<long>(8 * k));
+    for (std::size_t i = 0; k > 0 && i < 128; ++i) {
+      EXPECT_TRUE(shown.frames[k].pixels[i] != 0 || shown.frames[k - 1].pixels[i] == 0) << k << ' ' << i;
+    }
+  }
+}
+
+TEST_F(Transition, RipplesWhatIsTransparentToo) {
+  // The colour of what is transparent would show if the water moved it without its opacity.
+  writePng(folder_ / "disc.png", imageBy(60, 60, [](int x, int y) {
+             return (x - 30) * (x - 30) + (y - 30) * (y - 30) < 400 ? red : green & 0xFFFFFF;
+           }));
+  ASSERT_EQ(run({"ripple", folder_ / "disc.png", "-o", folder_ / "out.gif", "--frames", "12"}).status, 0);
+  const Shown shown = play(folder_ / "out.gif");
+  ASSERT_GT(shown.frames.size(), 6u);
+  int moved = 0;
+  for (const Image& frame : shown.frames) {
+    for (std::size_t i = 0; i < frame.pixels.size(); ++i) {
+      moved += (frame.pixels[i] == 0) != (shown.frames[0].pixels[i] == 0) ? 1 : 0;
+      // Light makes red lighter, equally in green and blue.
+      EXPECT_EQ(frame.pixels[i] >> 8 & 255, frame.pixels[i] & 255);
+    }
+  }
+  EXPECT_GT(moved, 50);
 }
 
 TEST_F(Transition, FitsPicturesOfAnotherShape) {
@@ -181,17 +256,6 @@ TEST_F(Transition, OfRandomStripsGrowsWithoutFlicker) {
       ASSERT_TRUE(shown.frames[i - 1].pixels[p] != blue || shown.frames[i].pixels[p] == blue);
     }
   }
-}
-
-TEST_F(Transition, OrderedDitheringLeavesColoursOfThePaletteAlone) {
-  // 300 colours, one of which fills half of the picture: it is sure of its place in the palette.
-  const Image half = imageBy(
-      60, 20, [](int x, int y) { return y < 10 ? red : 0xFF000000U | unsigned(x * 4) << 8 | unsigned(y); });
-  writePng(folder_ / "a.png", half);
-  writePng(folder_ / "b.png", half);
-  const Shown shown = make({"--frames", "1", "--dither", "ordered"});
-  ASSERT_EQ(shown.frames.size(), 1u);
-  for (int x = 0; x < 60; ++x) EXPECT_EQ(shown.frames[0].at(x, 3), red);
 }
 
 }  // namespace

@@ -1,18 +1,14 @@
 #include "interrupt.h"
 
-#include <atomic>
 #include <csignal>
 
-#include "errors.h"
+#include "host/cancel.h"
 
 namespace host {
 
 namespace {
 
-std::atomic<bool> pressed{false};
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
-
-extern "C" void onInterrupt(int) { pressed = true; }
+extern "C" void onInterrupt(int) { requestCancel(); }
 
 }  // namespace
 
@@ -30,12 +26,8 @@ void catchInterrupts() {
   }
   // A reader that goes away is a failed write like any other.
   std::signal(SIGPIPE, SIG_IGN);
-}
-
-bool interrupted() { return pressed; }
-
-void throwIfInterrupted() {
-  if (interrupted()) throw Cancelled();
+  // So is a file that grows beyond the user's limit.
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace host

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -6,11 +5,10 @@
 #include <iostream>
 #include <new>
 #include <string>
-#include <vector>
 
+#include "arguments.h"
 #include "commands/common.h"
 #include "interrupt.h"
-#include "options.h"
 
 namespace {
 
@@ -27,33 +25,14 @@ int finishOutput() {
   return complain(std::string("standard output: ") + std::strerror(errno), failure);
 }
 
-int complainAboutArguments(const CLI::App& program, const CLI::ParseError& error) {
-  const std::vector<const CLI::App*> commands =
-      program.get_subcommands([](const CLI::App* command) { return command->parsed(); });
-  const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-  const bool commandIsMissing =
-      commands.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-  const std::string what = commandIsMissing ? "say which command" : error.what();
-  return complain(what + " (dibkit" + command + " --help says more)", wrongUsage);
-}
-
-/// The parser would only say that a command is missing.
-void requireKnownCommand(const CLI::App& program, const std::string& word) {
-  std::vector<std::string> names;
-  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
-    names.push_back(command->get_name());
-  }
-  if (std::find(names.begin(), names.end(), word) == names.end()) {
-    throw host::UsageError(host::unknownName("command", word, names));
-  }
-}
-
 int run(int argc, char** argv) {
   host::Settings settings;
   CLI::App program("Makes animated GIFs of transitions between pictures, and other things with pictures.",
                    "dibkit");
-  program.set_version_flag("--version", "dibkit " DIBKIT_VERSION);
+  program.set_version_flag("-V,--version", "dibkit " DIBKIT_VERSION);
   program.add_flag("-q,--quiet", settings.quiet, "Say nothing but errors");
+  program.add_flag("--strict", settings.strict,
+                   "Refuse files that are damaged; else what can be read is used");
   program.require_subcommand(1);
   program.fallthrough();
   program.footer(
@@ -67,22 +46,24 @@ int run(int argc, char** argv) {
       "  dibkit effects\n"
       "  dibkit info day.gif\n"
       "\n"
-      "Reads PNG, JPEG, GIF, BMP and WebP. A file named - is standard input or output.");
+      "Reads PNG, JPEG, GIF, BMP and WebP, of up to 67 million pixels, 268 million where a --size makes "
+      "them\n"
+      "small. A file named - is standard input or output.");
   host::addTransitionCommand(program, settings);
   host::addOptimizeCommand(program, settings);
   host::addRippleCommand(program, settings);
   host::addConvertCommand(program, settings);
   host::addGalleryCommand(program, settings);
   host::addEffectsCommand(program);
-  host::addInfoCommand(program);
+  host::addInfoCommand(program, settings);
   host::addSamplesCommand(program, settings);
+  host::addHelpCommand(program);
   try {
-    if (argc > 1 && argv[1][0] != '-') requireKnownCommand(program, argv[1]);
     program.parse(argc, argv);
     return finishOutput();
   } catch (const CLI::ParseError& error) {
     // Help and version come this way too.
-    if (error.get_exit_code() != 0) return complainAboutArguments(program, error);
+    if (error.get_exit_code() != 0) return complain(host::complaintAbout(program, error), wrongUsage);
     program.exit(error);
     return finishOutput();
   } catch (const host::UsageError& error) {

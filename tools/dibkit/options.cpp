@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <numeric>
+#include <cmath>
+#include <limits>
 #include <string_view>
 
-#include "errors.h"
+#include "host/errors.h"
+#include "host/names.h"
 
 namespace host {
 
@@ -42,40 +44,63 @@ long wholeNumber(std::string_view text, int base) {
   return error == std::errc() && end == text.data() + text.size() ? value : -1;
 }
 
-/// Levenshtein distance: letters to change, insert or leave out.
-std::size_t editDistance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
+/// A side of a size, or -1 for what is no whole number above 0.
+long sideOf(std::string_view text) {
+  constexpr long most = std::numeric_limits<int>::max();
+  const long side = wholeNumber(text, 10);
+  return side > 0 && side <= most ? side : -1;
 }
 
 }  // namespace
 
-Size parseSize(const std::string& text) {
-  const auto cross = text.find('x');
-  if (cross != std::string::npos) {
-    const long width = wholeNumber(std::string_view(text).substr(0, cross), 10);
-    const long height = wholeNumber(std::string_view(text).substr(cross + 1), 10);
-    if (width > 0 && height > 0 && width <= mostPixelsAcross && height <= mostPixelsAcross &&
-        width * height <= maximumPixels) {
-      return {static_cast<int>(width), static_cast<int>(height)};
+Size WantedSize::of(Size picture) const {
+  if (sides_ == Size{} && percent_ == 100) return picture;
+  const auto scaled = [](int side, double by, double of) {
+    return std::max(1.0, std::round(side * by / of));
+  };
+  double width = sides_.width;
+  double height = sides_.height;
+  if (sides_ == Size{}) {
+    width = scaled(picture.width, percent_, 100);
+    height = scaled(picture.height, percent_, 100);
+  } else if (sides_.width == 0) {
+    width = scaled(picture.width, height, picture.height);
+  } else if (sides_.height == 0) {
+    height = scaled(picture.height, width, picture.width);
+  }
+  if (std::max(width, height) > mostPixelsAcross || width * height > double{maximumPixels}) {
+    const auto digits = [](double side) { return std::to_string(std::llround(side)); };
+    throw UsageError(digits(width) + "x" + digits(height) +
+                     " pixels are too many: no side may have more than " + std::to_string(mostPixelsAcross) +
+                     ", nor all more than " + std::to_string(maximumPixels));
+  }
+  return {static_cast<int>(width), static_cast<int>(height)};
+}
+
+WantedSize parseSize(const std::string& text) {
+  if (text.empty()) return {};
+  const std::string_view all = text;
+  const auto cross = all.find_first_of("xX");
+  if (cross != std::string_view::npos) {
+    const long width = cross == 0 ? 0 : sideOf(all.substr(0, cross));
+    const long height = cross + 1 == all.size() ? 0 : sideOf(all.substr(cross + 1));
+    if (width >= 0 && height >= 0 && width + height > 0) {
+      return WantedSize(Size{static_cast<int>(width), static_cast<int>(height)});
+    }
+  } else if (all.ends_with('%')) {
+    constexpr double most = 100.0 * mostPixelsAcross;
+    double percent = 0;
+    const auto [end, error] = std::from_chars(all.data(), all.data() + all.size() - 1, percent);
+    if (error == std::errc() && end == all.data() + all.size() - 1 && percent > 0 && percent <= most) {
+      return WantedSize(percent);
     }
   }
-  throw UsageError("'" + text + "' is no size; write it like 640x360");
+  throw UsageError("'" + text + "' is no size; write it like 640x360, 320x, x240 or 50%");
 }
 
 Pixel parseColour(const std::string& text) {
   for (const NamedColour& named : namedColours) {
-    if (named.name == text) return named.colour;
+    if (sameName(named.name, text)) return named.colour;
   }
   if (text.starts_with('#')) {
     const std::string_view digits = std::string_view(text).substr(1);
@@ -103,23 +128,6 @@ void requireRoomFor(Size size, int frames) {
   } catch (const FormatError& error) {
     throw UsageError(std::string(error.what()) + "; choose a smaller --size or fewer --frames");
   }
-}
-
-std::string listed(const std::vector<std::string>& names) {
-  std::string all;
-  for (const std::string& name : names) all += (all.empty() ? "" : ", ") + name;
-  return all;
-}
-
-std::string unknownName(const std::string& kind, const std::string& name,
-                        const std::vector<std::string>& known) {
-  std::string message = "there is no " + kind + " '" + name + "'";
-  const auto nearest = std::min_element(known.begin(), known.end(), [&](const auto& a, const auto& b) {
-    return editDistance(name, a) < editDistance(name, b);
-  });
-  if (nearest != known.end() && editDistance(name, *nearest) <= 2)
-    message += "; did you mean '" + *nearest + "'?";
-  return message + " (there are: " + listed(known) + ")";
 }
 
 }  // namespace host

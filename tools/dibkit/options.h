@@ -2,28 +2,41 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "picture.h"
+#include "host/picture.h"
 
 /// \file
 /// Words of the command line as values. What cannot be read throws UsageError with what would do.
 namespace host {
 
-/// "640x360"
-Size parseSize(const std::string& text);
+/// A size of which parts may follow from a picture's own.
+class WantedSize {
+ public:
+  /// That of the picture.
+  WantedSize() = default;
+  /// A side of 0 follows from the other one, in the picture's shape. One of them is more than 0.
+  explicit WantedSize(Size sides) : sides_(sides) {}
+  explicit WantedSize(double percent) : percent_(percent) {}
+
+  /// For a picture of that size, at least 1 each way. Throws UsageError for a size that no GIF can have, or
+  /// that is above maximumPixels.
+  Size of(Size picture) const;
+
+  /// The sides that do not depend on the picture, 0 for others.
+  Size sides() const { return sides_; }
+
+ private:
+  Size sides_{};
+  double percent_ = 100;
+};
+
+/// "640x360", "320x", "x240" or "50%"; nothing for the picture's own size.
+WantedSize parseSize(const std::string& text);
 
 /// "#rrggbb", "#rgb", or one of a few names; opaque, except for "transparent".
 Pixel parseColour(const std::string& text);
 
 /// Throws UsageError when no GIF has that size, or so many frames of it are more than the program makes.
 void requireRoomFor(Size size, int frames);
-
-/// The names joined for a message: "a, b, c".
-std::string listed(const std::vector<std::string>& names);
-
-/// A message for a name that does not exist, with the nearest one that does.
-std::string unknownName(const std::string& kind, const std::string& name,
-                        const std::vector<std::string>& known);
 
 }  // namespace host

@@ -1,34 +1,62 @@
 #include "progress_bar.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <utility>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace host {
 
-ProgressBar::ProgressBar(std::string label, int steps, bool quiet)
-    : label_(std::move(label)), steps_(steps), shown_(!quiet && steps > 0 && ::isatty(STDERR_FILENO) != 0) {}
+namespace {
+
+int terminalColumns() {
+  winsize size{};
+  if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+  const char* columns = std::getenv("COLUMNS");
+  constexpr int usual = 80;
+  return columns != nullptr && std::atoi(columns) > 0 ? std::atoi(columns) : usual;
+}
+
+/// As much of it as there is room for: the percentage, before it the label, between them the bar.
+std::string lineOf(const std::string& label, int percent, int columns) {
+  constexpr int mostCells = 30;
+  constexpr int leastCells = 4;
+  const std::string number = std::to_string(percent);
+  const std::string end = std::string(3 - std::min<std::size_t>(3, number.size()), ' ') + number + '%';
+  const int room = columns - 1 - static_cast<int>(end.size());  // the last column makes some terminals wrap
+  const int cells = std::min(mostCells, room - static_cast<int>(label.size()) - 4);
+  if (cells >= leastCells) {
+    const auto filled = static_cast<std::size_t>(cells * percent / 100);
+    const std::string bar =
+        std::string(filled, '#') + std::string(static_cast<std::size_t>(cells) - filled, '.');
+    return label + " [" + bar + "] " + end;
+  }
+  return static_cast<int>(label.size()) < room ? label + ' ' + end : end;
+}
+
+}  // namespace
+
+ProgressBar::ProgressBar(std::string label, bool quiet)
+    : label_(std::move(label)), shown_(!quiet && ::isatty(STDERR_FILENO) != 0) {
+  if (!shown_) return;
+  progress_.showOn([this](double done) { show(done); });
+  show(0);
+}
 
 ProgressBar::~ProgressBar() {
   if (shown_) std::fputs("\r\033[K", stderr);
 }
 
-void ProgressBar::step() {
-  if (!shown_) return;
-  const std::lock_guard<std::mutex> lock(guard_);
-  ++done_;
-  const int percent = done_ * 100 / steps_;
-  if (percent == drawnPercent_) return;
-  drawnPercent_ = percent;
-  draw();
-}
-
-void ProgressBar::draw() const {
-  constexpr int cells = 30;
-  const auto filled = static_cast<std::size_t>(cells * done_ / steps_);
-  const std::string bar = std::string(filled, '#') + std::string(cells - filled, '.');
-  std::fprintf(stderr, "\r%-12s [%s] %3d%%", label_.c_str(), bar.c_str(), drawnPercent_);
+void ProgressBar::show(double done) {
+  // Shares add up to 1 but for what rounding takes.
+  constexpr double rounding = 1e-6;
+  const int percent = std::clamp(static_cast<int>((done + rounding) * 100), 0, 100);
+  if (percent == percent_) return;
+  percent_ = percent;
+  std::fprintf(stderr, "\r%s\033[K", lineOf(label_, percent, terminalColumns()).c_str());
   std::fflush(stderr);
 }
 

@@ -1,30 +1,30 @@
 #pragma once
 
-#include <mutex>
 #include <string>
+
+#include "host/progress.h"
 
 namespace host {
 
-/// A bar on standard error, drawn only when that is a terminal and nobody asked for quiet. It goes away when
-/// done. Steps may be told from several threads.
+/// A bar on standard error that shows how far the work has come. Drawn only when that is a terminal and the
+/// user did not want quiet, never wider than the terminal; it goes away when done.
 class ProgressBar {
  public:
-  ProgressBar(std::string label, int steps, bool quiet);
+  ProgressBar(std::string label, bool quiet);
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar();
 
-  void step();
+  /// What the work reports to.
+  Progress& progress() { return progress_; }
 
  private:
-  void draw() const;
+  void show(double done);
 
   std::string label_;
-  int steps_;
   bool shown_;
-  std::mutex guard_;
-  int done_ = 0;
-  int drawnPercent_ = -1;
+  int percent_ = -1;
+  Progress progress_;
 };
 
 }  // namespace host

@@ -3,7 +3,7 @@
 #include "platform/export.h"
 #include "platform/standin/types.h"
 
-/// The Win32 calls that the library and its hosts use, for grounds that have none of their own. Names,
+/// The Win32 calls that the library and its hosts use, for platforms that have none of their own. Names,
 /// arguments and observable results are the platform's.
 
 extern "C" {

@@ -33,14 +33,17 @@ int giveDescription(const void* description, int size, int byteCount, void* out)
 
 }  // namespace dibkit::standin
 
+using namespace dibkit;
+using namespace dibkit::standin;
+
 BOOL DeleteObject(HGDIOBJ handle) {
-  auto* object = static_cast<dibkit::standin::GdiObject*>(handle);
+  auto* object = static_cast<GdiObject*>(handle);
   if (object == nullptr) return FALSE;
   object->release();
   return TRUE;
 }
 
 int GetObjectW(HANDLE handle, int byteCount, void* out) {
-  const auto* object = static_cast<const dibkit::standin::GdiObject*>(handle);
+  const auto* object = static_cast<const GdiObject*>(handle);
   return object != nullptr ? object->describe(byteCount, out) : 0;
 }

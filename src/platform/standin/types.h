@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The Win32 types, structures and constants, for grounds that have none of their own. Sizes and layouts are
-/// the platform's: a LONG has 32 bits whatever the compiler's long has.
+/// The Win32 types, structures and constants, for platforms that have none of their own. Sizes and layouts
+/// are the platform's: a LONG has 32 bits whatever the compiler's long has.
 
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;

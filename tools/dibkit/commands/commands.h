@@ -9,14 +9,15 @@ namespace host {
 
 /// What every command is told.
 struct Settings {
-  bool quiet = false;  ///< say nothing but errors
+  bool quiet = false;   ///< say nothing but errors
+  bool strict = false;  ///< refuse files that are damaged
 };
 
 void addTransitionCommand(CLI::App& program, const Settings& settings);
 void addConvertCommand(CLI::App& program, const Settings& settings);
 void addGalleryCommand(CLI::App& program, const Settings& settings);
 void addEffectsCommand(CLI::App& program);
-void addInfoCommand(CLI::App& program);
+void addInfoCommand(CLI::App& program, const Settings& settings);
 void addOptimizeCommand(CLI::App& program, const Settings& settings);
 void addRippleCommand(CLI::App& program, const Settings& settings);
 void addSamplesCommand(CLI::App& program, const Settings& settings);

@@ -4,7 +4,10 @@
 #include <cstdio>
 #include <iostream>
 
-#include "interrupt.h"
+#include "files/files.h"
+#include "host/animation/timing.h"
+#include "host/cancel.h"
+#include "host/names.h"
 
 namespace host {
 
@@ -30,10 +33,53 @@ void take(CLI::Option* option, const char* kind, const char* what, Number least,
       "");
 }
 
+/// \param advice what would help with a picture that is too large
+Animation readAnimationFile(const std::string& path, const ReadOptions& options, const std::string& advice) {
+  const Bytes bytes = readFile(path);
+  try {
+    return readAnimation(bytes, options);
+  } catch (const TooManyPixels& error) {
+    throw FileError(path, error.what() + advice);
+  } catch (const FormatError& error) {
+    throw FileError(path, error.what());
+  }
+}
+
 }  // namespace
 
 void complain(const FileError& error) {
   std::cerr << "dibkit: " << error.file() << ": " << error.what() << '\n';
+}
+
+ReadOptions readOptions(Keep keep, const Settings& settings) {
+  return {keep, settings.strict ? Strictness::strict : Strictness::lenient};
+}
+
+void warn(const std::string& file, const std::vector<std::string>& faults, const Settings& settings) {
+  if (faults.empty() || settings.quiet) return;
+  std::cerr << "dibkit: " << file << ": warning: " << faults.front();
+  if (faults.size() > 1) std::cerr << " (and " << faults.size() - 1 << " more)";
+  std::cerr << '\n';
+}
+
+Animation readAnimation(const std::string& path, Keep keep, const Settings& settings) {
+  Animation animation = readAnimationFile(path, readOptions(keep, settings), "");
+  warn(path, animation.warnings, settings);
+  return animation;
+}
+
+Picture readPicture(const std::string& path, const Settings& settings) {
+  return std::move(readAnimation(path, Keep::firstFrame, settings).frames.front().picture);
+}
+
+Picture readPictureFor(Size sides, const std::string& path, const Settings& settings) {
+  const bool known = sides != Size{};
+  ReadOptions options = readOptions(Keep::firstFrame, settings);
+  if (known) options.enough = sides;
+  Animation animation =
+      readAnimationFile(path, options, known ? "; choose a smaller --size" : "; choose a --size in pixels");
+  warn(path, animation.warnings, settings);
+  return std::move(animation.frames.front().picture);
 }
 
 void takeNumber(CLI::Option* option, std::int64_t least, std::int64_t most) {
@@ -45,22 +91,54 @@ void takeMilliseconds(CLI::Option* option) {
   take<double>(option, "MS", "time", 0.0, tenMinutes);
 }
 
+void warnOfShortDelay(const OutputTarget& output, double milliseconds, const Settings& settings) {
+  if (milliseconds >= HundredthsClock::leastMilliseconds) return;
+  const std::string least = std::to_string(HundredthsClock::leastMilliseconds) + " ms";
+  warn(output.path(),
+       {"delays under " + least + " become " + least + ": viewers show shorter ones for 100 ms"}, settings);
+}
+
 void addRepeats(CLI::App* command, Repeats& repeats) {
   takeNumber(command->add_option("--loop", repeats.loop, "How often it repeats, 0 for ever; else for ever"),
              0, 65535);
   command->add_flag("--once", repeats.once, "Play once and stay at the end");
 }
 
-void writeAnimation(const std::string& output, const GifFile& file, const Settings& settings) {
-  const Bytes bytes = writeGif(file);
-  throwIfInterrupted();
-  writeFile(output, bytes);
-  if (settings.quiet || output == "-") return;
-  int duration = 0;
-  for (const GifImage& image : file.images) duration += image.delay;
-  std::printf("%s: %s, %zu %s, %.2f s, %zu bytes\n", output.c_str(), toString(file.canvas).c_str(),
-              file.images.size(), file.images.size() == 1 ? "frame" : "frames", duration / 100.0,
-              bytes.size());
+void addOverwriting(CLI::App* command, OverwriteRules& rules) {
+  command->add_flag("-f,--force", rules.force, "Replace files that exist already");
+  command->add_flag("-n,--no-clobber", rules.noClobber,
+                    "Leave files that exist already alone, and make the others");
+}
+
+void addOutput(CLI::App* command, Output& output, const std::string& help) {
+  command->add_option("-o,--output", output.path, help)->required()->type_name("FILE");
+  addOverwriting(command, output.rules);
+}
+
+std::optional<OutputTarget> claim(const std::string& path, const OverwriteRules& rules,
+                                  std::span<const std::string> inputs, const Settings& settings) {
+  OutputTarget target(path, rules, inputs);
+  if (!target.leftAlone()) return target;
+  if (!settings.quiet) std::printf("%s: exists already and is left as it is\n", path.c_str());
+  return {};
+}
+
+std::optional<OutputTarget> claimGif(const Output& output, std::span<const std::string> inputs,
+                                     const Settings& settings) {
+  requireEnding(output.path, "GIF", {".gif"});
+  requireFolderOf(output.path);
+  return claim(output.path, output.rules, inputs, settings);
+}
+
+void writeAnimation(OutputTarget& output, const GifFile& file, const Settings& settings) {
+  throwIfCancelled();
+  output.write(file.bytes);
+  if (settings.quiet || output.standardOutput()) return;
+  const std::string merged =
+      file.merged > 0 ? " (" + std::to_string(file.merged) + " more merged, equal to their neighbours)" : "";
+  std::printf("%s: %s, %s%s, %.2f s, %zu bytes\n", output.path().c_str(), toString(file.canvas).c_str(),
+              counted(file.frames, "frame").c_str(), merged.c_str(),
+              static_cast<double>(file.duration) / 100.0, file.bytes.size());
 }
 
 }  // namespace host

@@ -1,18 +1,21 @@
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "animation/canvas_frames.h"
-#include "animation/depth.h"
-#include "animation/fit.h"
-#include "commands/commands.h"
-#include "errors.h"
-#include "formats/formats.h"
+#include "commands/common.h"
+#include "files/files.h"
+#include "host/animation/canvas_frames.h"
+#include "host/animation/depth.h"
+#include "host/animation/fit.h"
+#include "host/errors.h"
+#include "host/formats/formats.h"
+#include "host/names.h"
 #include "options.h"
 
 namespace host {
@@ -21,40 +24,48 @@ namespace {
 
 struct Arguments {
   std::vector<std::string> pictures;
-  std::string output;
+  Output output;
   int bits = 0;
   std::string threshold;
   std::string paletteFile;
   std::string matte = "white";
   std::string format;
+  std::string dither = "none";
   DepthOptions depth;
 };
 
 enum class Format { png, bmp };
 
-/// By its option, else by the name of the file; standard output gets a PNG.
-Format formatOf(const Arguments& arguments, const std::string& path) {
+/// By its option, else by the name of a single output; a PNG where neither says anything.
+Format formatOf(const Arguments& arguments) {
+  const std::string& path = arguments.output.path;
   std::string name = arguments.format;
-  if (name.empty()) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    name = path == "-" || extension.empty() ? "png" : extension.substr(1);
+  if (name.empty() && arguments.pictures.size() == 1 && path != "-") {
+    name = std::filesystem::path(path).extension().string();
+    if (!name.empty()) name.erase(0, 1);
   }
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  if (name == "png") return Format::png;
-  if (name == "bmp") return Format::bmp;
-  throw UsageError("'" + name + "' cannot be written; choose png or bmp");
+  if (name.empty() || sameName(name, "png")) return Format::png;
+  if (sameName(name, "bmp") || sameName(name, "dib")) return Format::bmp;
+  if (!arguments.format.empty()) throw UsageError("'" + name + "' cannot be written; choose png or bmp");
+  const std::string stem = path.substr(0, path.size() - name.size());
+  throw UsageError(path + " cannot be written; name it " + stem + "png or " + stem + "bmp");
 }
 
 /// For one picture the output is a file, for several a folder in which each keeps its name.
-std::vector<std::string> targetsOf(const Arguments& arguments) {
-  if (arguments.pictures.size() == 1) return {arguments.output};
-  if (arguments.output == "-") throw UsageError("several pictures need a folder to go to");
+std::vector<std::string> targetsOf(const Arguments& arguments, Format format) {
+  const std::string& output = arguments.output.path;
+  if (arguments.pictures.size() == 1) {
+    if (format == Format::png) requireEnding(output, "PNG", {".png"});
+    if (format == Format::bmp) requireEnding(output, "BMP", {".bmp", ".dib"});
+    requireFolderOf(output);
+    return {output};
+  }
+  if (output == "-") throw UsageError("several pictures need a folder to go to");
   std::vector<std::string> targets;
   for (const std::string& path : arguments.pictures) {
-    const std::string name = std::filesystem::path(path).stem().string() + "." +
-                             (arguments.format.empty() ? "png" : arguments.format);
-    targets.push_back((std::filesystem::path(arguments.output) / name).string());
+    const std::string name =
+        std::filesystem::path(path).stem().string() + (format == Format::png ? ".png" : ".bmp");
+    targets.push_back((std::filesystem::path(output) / name).string());
     if (std::count(targets.begin(), targets.end(), targets.back()) > 1) {
       throw UsageError("two pictures would become " + targets.back());
     }
@@ -62,9 +73,27 @@ std::vector<std::string> targetsOf(const Arguments& arguments) {
   return targets;
 }
 
+/// A picture that is to be converted, and where it goes.
+struct Job {
+  std::string source;
+  OutputTarget target;
+};
+
+std::vector<Job> jobsOf(const Arguments& arguments, Format format, const Settings& settings) {
+  const std::vector<std::string> targets = targetsOf(arguments, format);
+  std::vector<std::string> inputs = arguments.pictures;
+  if (!arguments.paletteFile.empty()) inputs.push_back(arguments.paletteFile);
+  std::vector<Job> jobs;
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    std::optional<OutputTarget> target = claim(targets[i], arguments.output.rules, inputs, settings);
+    if (target) jobs.push_back({arguments.pictures[i], std::move(*target)});
+  }
+  return jobs;
+}
+
 /// The palette of a file, or the colours of its picture where it has none.
-std::vector<RGBQUAD> paletteOfFile(const std::string& path) {
-  const Animation animation = readAnimationFile(path, Keep::firstFrame);
+std::vector<RGBQUAD> paletteOfFile(const std::string& path, const Settings& settings) {
+  const Animation animation = readAnimation(path, Keep::firstFrame, settings);
   if (!animation.palette.empty()) return animation.palette;
   const Picture& picture = animation.frames.front().picture;
   const std::vector<dibkit::OwnedDib> reduced = atDepth({&picture, 1}, DepthOptions{});
@@ -75,7 +104,7 @@ std::vector<RGBQUAD> paletteOfFile(const std::string& path) {
 }
 
 std::optional<int> thresholdOf(const std::string& text) {
-  if (text == "auto") return {};
+  if (sameName(text, "auto")) return {};
   int value = -1;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size() || value < 0 || value > 256) {
@@ -87,29 +116,31 @@ std::optional<int> thresholdOf(const std::string& text) {
 void run(const Arguments& arguments, const Settings& settings) {
   DepthOptions options = arguments.depth;
   if (arguments.bits != 0) options.bits = arguments.bits;
+  options.dither = ditherNamed(arguments.dither);
   options.blackAndWhite = !arguments.threshold.empty();
   if (options.blackAndWhite) options.threshold = thresholdOf(arguments.threshold);
-  if (!arguments.paletteFile.empty()) options.palette = paletteOfFile(arguments.paletteFile);
-  const std::vector<std::string> targets = targetsOf(arguments);
-  std::vector<Format> formats;
-  for (const std::string& target : targets) formats.push_back(formatOf(arguments, target));
+  const Format format = formatOf(arguments);
+  std::vector<Job> jobs = jobsOf(arguments, format, settings);
+  if (jobs.empty()) return;
+  if (!arguments.paletteFile.empty()) options.palette = paletteOfFile(arguments.paletteFile, settings);
 
   const bool anythingAsked = options.bits || options.gray || options.blackAndWhite ||
                              !options.palette.empty() || options.sharedPalette;
   std::vector<Picture> pictures;
-  for (const std::string& path : arguments.pictures) {
-    pictures.push_back(readPictureFile(path));
+  for (const Job& job : jobs) {
+    pictures.push_back(readPicture(job.source, settings));
     // Only 32 bits have room for transparency.
     if (anythingAsked && options.bits != 32) layOver(pictures.back(), parseColour(arguments.matte));
   }
   const std::vector<dibkit::OwnedDib> converted = atDepth(pictures, options);
-  if (targets.size() > 1) makeFolder(arguments.output);
-  for (std::size_t i = 0; i < targets.size(); ++i) {
+  if (arguments.pictures.size() > 1) makeFolder(arguments.output.path);
+  for (std::size_t i = 0; i < jobs.size(); ++i) {
     const BITMAPINFOHEADER* dib = converted[i].get();
-    writeFile(targets[i], formats[i] == Format::png ? writePng(dib) : writeBmp(dib));
-    if (settings.quiet || targets[i] == "-") continue;
-    std::printf("%s: %s, %d bits\n", targets[i].c_str(), toString({dib->biWidth, dib->biHeight}).c_str(),
-                static_cast<int>(dib->biBitCount));
+    OutputTarget& target = jobs[i].target;
+    target.write(format == Format::png ? writePng(dib) : writeBmp(dib));
+    if (settings.quiet || target.standardOutput()) continue;
+    std::printf("%s: %s, %s\n", target.path().c_str(), toString({dib->biWidth, dib->biHeight}).c_str(),
+                counted(dib->biBitCount, "bit").c_str());
   }
 }
 
@@ -119,10 +150,7 @@ void addConvertCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("convert", "Change a picture's depth or palette");
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("PICTURES", arguments->pictures, "One picture, or several")->required()->type_name("");
-  command
-      ->add_option("-o,--output", arguments->output, "The PNG or BMP to write; for several pictures a folder")
-      ->required()
-      ->type_name("FILE");
+  addOutput(command, arguments->output, "The PNG or BMP to write; for several pictures a folder");
   command->add_option("--bits", arguments->bits, "1, 4, 8, 16, 24 or 32; else as few as keep all colours")
       ->check(CLI::IsMember({1, 4, 8, 16, 24, 32}).description(""))
       ->type_name("N");
@@ -137,11 +165,16 @@ void addConvertCommand(CLI::App& program, const Settings& settings) {
   command->add_option("--matte", arguments->matte, "Colour under transparent pixels where the depth has none")
       ->type_name("COLOUR")
       ->capture_default_str();
+  command
+      ->add_option("--dither", arguments->dither, "Colours that the palette lacks: " + listed(ditherNames()))
+      ->type_name("NAME")
+      ->capture_default_str();
   command->add_option("--format", arguments->format, "png or bmp; else by the name of the output")
       ->type_name("NAME");
   command->footer(
       "Examples:\n"
       "  dibkit convert photo.jpg --bits 8 -o photo.bmp\n"
+      "  dibkit convert photo.jpg --bits 4 --dither diffusion -o poster.png\n"
       "  dibkit convert page.png --threshold auto -o page-bw.png\n"
       "  dibkit convert a.png b.png c.png --bits 4 --shared-palette -o reduced");
   command->callback([arguments, &settings] { run(*arguments, settings); });

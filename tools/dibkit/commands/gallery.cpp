@@ -1,21 +1,25 @@
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
-#include <filesystem>
+#include <fstream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
+#include <utility>
 #include <vector>
 
-#include "animation/changes.h"
-#include "animation/fit.h"
-#include "animation/transition.h"
-#include "commands/commands.h"
-#include "errors.h"
+#include "commands/common.h"
+#include "files/files.h"
 #include "gallery/page.h"
+#include "host/animation/alpha.h"
+#include "host/animation/canvas_frames.h"
+#include "host/animation/fit.h"
+#include "host/animation/transition.h"
+#include "host/errors.h"
+#include "host/samples/samples.h"
 #include "options.h"
 #include "progress_bar.h"
-#include "samples/samples.h"
 
 namespace host {
 
@@ -23,6 +27,7 @@ namespace {
 
 struct Arguments {
   std::string folder;
+  OverwriteRules rules;
   std::string from;
   std::string to;
   std::string size;
@@ -48,6 +53,15 @@ std::string quoted(const std::string& word) {
   return text + "'";
 }
 
+/// The files of the gallery by their names, those that are left alone aside.
+using Files = std::map<std::string, OutputTarget>;
+
+Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+void put(Files& files, const std::string& name, const Bytes& bytes) {
+  if (const auto file = files.find(name); file != files.end()) file->second.write(bytes);
+}
+
 /// The two pictures and their files.
 struct Sources {
   std::vector<std::string> files;  ///< as the commands name them: drawn ones in the folder, others as given
@@ -55,8 +69,8 @@ struct Sources {
   bool drawn = false;
 };
 
-/// Reads the pictures that were given, or draws two.
-Sources sourcesFor(const Arguments& arguments) {
+/// Reads the pictures that were given, for a gallery of that size, or draws two.
+Sources sourcesFor(const Arguments& arguments, Size size, const Settings& settings) {
   Sources sources;
   if (arguments.from.empty()) {
     constexpr Size sampleSize{480, 320};
@@ -67,32 +81,38 @@ Sources sourcesFor(const Arguments& arguments) {
     return sources;
   }
   sources.files = {arguments.from, arguments.to};
-  for (const std::string& path : sources.files) sources.pictures.push_back(readPictureFile(path));
+  for (const std::string& path : sources.files)
+    sources.pictures.push_back(readPictureFor(size, path, settings));
   return sources;
 }
 
+constexpr int usualWidth = 240;
+
 Size usualSize(Size picture) {
-  constexpr int width = 240;
-  return {width,
-          std::clamp(static_cast<int>(std::int64_t{width} * picture.height / picture.width), 1, 4 * width)};
+  const auto height = static_cast<int>(std::int64_t{usualWidth} * picture.height / picture.width);
+  return {usualWidth, std::clamp(height, 1, 4 * usualWidth)};
 }
 
-/// The frames from the first picture to the second below each other.
-Bytes stripOf(const CanvasAnimation& animation, int frames) {
+/// All frames in rows of as many columns.
+Bytes sheetOf(const CanvasAnimation& animation, int columns) {
+  const auto width = static_cast<std::size_t>(animation.canvas.width);
   const int height = animation.canvas.height;
-  IndexedPicture strip{
-      {animation.canvas.width, height * frames}, {}, paletteOf(animation.frames.front().image.get()), {}};
-  if (animation.hasTransparent) strip.transparent = entryOf(strip.palette, animation.transparent);
-  const std::ptrdiff_t stride = (std::ptrdiff_t{animation.canvas.width} + 3) / 4 * 4;
+  const auto frames = static_cast<int>(animation.frames.size());
+  const int rows = (frames + columns - 1) / columns;
+  IndexedPicture sheet{
+      {animation.canvas.width * columns, height * rows}, {}, animation.palette, animation.transparent};
+  sheet.indices.resize(static_cast<std::size_t>(sheet.size.pixels()));
   for (int i = 0; i < frames; ++i) {
-    const BYTE* bits = GetDIBBits(animation.frames[static_cast<std::size_t>(i)].image.get());
-    for (int y = height - 1; y >= 0; --y) {
-      strip.indices.insert(strip.indices.end(), bits + y * stride,
-                           bits + y * stride + animation.canvas.width);
-    }
+    const std::uint8_t* line = animation.frames[static_cast<std::size_t>(i)].indices.data();
+    std::uint8_t* to = sheet.indices.data() + static_cast<std::size_t>(i % columns) * width;
+    for (int y = i / columns * height; y < (i / columns + 1) * height; ++y, line += width)
+      std::copy_n(line, width, to + static_cast<std::size_t>(y * columns) * width);
   }
-  return writePng(strip);
+  return writePng(sheet);
 }
+
+/// A sheet about as many frames wide as high.
+int columnsFor(int frames) { return static_cast<int>(std::ceil(std::sqrt(frames))); }
 
 const dibkit::EffectStyle* styleOf(const ChosenEffect& chosen) {
   const dibkit::Effect& effect = *chosen.effect;
@@ -105,27 +125,26 @@ std::string nameOf(const ChosenEffect& chosen) {
   return chosen.effect->name + (style != nullptr ? std::string("-") + style->name : "");
 }
 
-GalleryCard makeCard(const Arguments& arguments, const ChosenEffect& chosen,
-                     const std::vector<Picture>& pictures, const std::vector<std::string>& files) {
+/// Makes the files of a card and adds it to the page.
+void addCard(GalleryPage& page, Files& files, const ChosenEffect& chosen,
+             const std::vector<Picture>& pictures, const std::vector<std::string>& sources) {
   const dibkit::Effect& effect = *chosen.effect;
   const dibkit::EffectStyle* style = styleOf(chosen);
   const std::string name = nameOf(chosen);
-  const TransitionPlan plan = planFor(chosen);
-  GalleryCard card{effect.family,
-                   effect.title,
-                   style != nullptr ? style->title : "",
-                   name + ".gif",
-                   name + ".png",
-                   plan.frames + 1,
-                   ""};
-  card.command = "dibkit transition " + quoted(files[0]) + " " + quoted(files[1]) + " --effect " +
+  GalleryCard card{effect.family, effect.title,  style != nullptr ? style->title : "",
+                   name + ".gif", name + ".png", ""};
+  card.command = "dibkit transition " + quoted(sources[0]) + " " + quoted(sources[1]) + " --effect " +
                  effect.name + (style != nullptr ? std::string(" --style ") + style->name : "") + " --size " +
                  toString(pictures.front().size()) + " --back -o " + card.gif;
   const auto nothing = [] {};
-  CanvasAnimation animation = indexFrames(renderTransitions(pictures, plan, nothing), Dither::none, nothing);
-  writeFile(arguments.folder + "/" + card.strip, stripOf(animation, card.frames));
-  writeFile(arguments.folder + "/" + card.gif, writeGif(gifOf(std::move(animation), 0)));
-  return card;
+  const CanvasAnimation animation =
+      indexFrames(renderTransitions(pictures, planFor(chosen), nothing), Dither::none, nothing);
+  page.delays.clear();
+  for (const CanvasFrame& frame : animation.frames) page.delays.push_back(frame.delay);
+  page.sheetColumns = columnsFor(static_cast<int>(page.delays.size()));
+  put(files, card.sheet, sheetOf(animation, page.sheetColumns));
+  put(files, card.gif, gifOf(animation, 0).bytes);
+  page.cards.push_back(std::move(card));
 }
 
 std::vector<ChosenEffect> everyStyle() {
@@ -140,53 +159,67 @@ std::vector<ChosenEffect> everyStyle() {
 /// As the page sees them.
 const std::vector<std::string> fittedFiles{"from.png", "to.png"};
 
-/// A picture in the gallery's folder may have the name of one of its files.
-void requireOthersThan(const Sources& sources, const std::string& folder) {
+const char* const pageFile = "index.html";
+
+/// Whether the folder's page says that a gallery made it, and so the pictures that it shows.
+bool isGallery(const std::string& folder) {
+  std::ifstream page(folder + "/" + pageFile, std::ios::binary);
+  std::string head(1024, '\0');
+  page.read(head.data(), static_cast<std::streamsize>(head.size()));
+  return head.find(galleryMark) != std::string::npos;
+}
+
+/// Everything that the gallery will write.
+Files claimFiles(const Arguments& arguments, const Sources& sources, const Settings& settings) {
   std::vector<std::string> names = fittedFiles;
+  if (sources.drawn) names.insert(names.end(), sources.files.begin(), sources.files.end());
   for (const ChosenEffect& chosen : everyStyle()) {
     for (const char* extension : {".gif", ".png"}) names.push_back(nameOf(chosen) + extension);
   }
-  for (const std::string& file : sources.files) {
-    for (const std::string& name : names) {
-      std::error_code missing;
-      if (std::filesystem::equivalent(folder + "/" + name, file, missing))
-        throw UsageError("the gallery would replace " + file + "; choose another folder");
-    }
+  names.emplace_back(pageFile);
+  OverwriteRules rules = arguments.rules;
+  rules.ownFiles = isGallery(arguments.folder);
+  const std::vector<std::string> inputs = sources.drawn ? std::vector<std::string>() : sources.files;
+  Files files;
+  for (const std::string& name : names) {
+    std::optional<OutputTarget> target = claim(arguments.folder + "/" + name, rules, inputs, settings);
+    if (target) files.emplace(name, std::move(*target));
   }
+  return files;
 }
 
 void run(const Arguments& arguments, const Settings& settings) {
   if (!arguments.from.empty() && arguments.to.empty())
     throw UsageError("a gallery needs two pictures, or none for the built-in ones");
-  const std::optional<Size> asked =
-      arguments.size.empty() ? std::nullopt : std::optional(parseSize(arguments.size));
-  if (asked) requireRoomFor(*asked, countFrames(2, planFor({})));
-  const Sources sources = sourcesFor(arguments);
+  const WantedSize wanted = parseSize(arguments.size);
+  const Size sides = arguments.size.empty() ? Size{usualWidth, 0} : wanted.sides();
+  const Sources sources = sourcesFor(arguments, sides, settings);
   GalleryPage page;
-  page.size = asked ? *asked : usualSize(sources.pictures.front().size());
+  const Size first = sources.pictures.front().size();
+  page.size = arguments.size.empty() ? usualSize(first) : wanted.of(first);
+  requireRoomFor(page.size, countFrames(2, planFor({})));
   page.captions = sources.files;
   page.pictures = fittedFiles;
-  if (!sources.drawn) requireOthersThan(sources, arguments.folder);
   makeFolder(arguments.folder);
-  const auto put = [&arguments](const std::string& name, const Bytes& bytes) {
-    writeFile(arguments.folder + "/" + name, bytes);
-  };
+  Files files = claimFiles(arguments, sources, settings);
+  // From the first picture on the folder says whose they are: a run that is cut short can be repeated.
+  put(files, pageFile, bytesOf(unfinishedHtml()));
   std::vector<Picture> pictures;
   for (std::size_t i = 0; i < sources.pictures.size(); ++i) {
-    if (sources.drawn) put(sources.files[i], writePng(sources.pictures[i].dib()));
+    if (sources.drawn) put(files, sources.files[i], writePng(sources.pictures[i].dib()));
     pictures.push_back(fitted(sources.pictures[i], page.size, Fit::contain, parseColour("black")));
-    put(page.pictures[i], writePng(pictures.back().dib()));
+    put(files, page.pictures[i], writePng(pictures.back().dib()));
+    ditherAlpha(pictures.back());
   }
   const std::vector<ChosenEffect> all = everyStyle();
   {
-    ProgressBar bar("gallery", static_cast<int>(all.size()), settings.quiet);
+    ProgressBar bar("gallery", settings.quiet);
     for (const ChosenEffect& chosen : all) {
-      page.cards.push_back(makeCard(arguments, chosen, pictures, sources.files));
-      bar.step();
+      addCard(page, files, chosen, pictures, sources.files);
+      bar.progress().add(1.0 / static_cast<double>(all.size()));
     }
   }
-  const std::string html = htmlOf(page);
-  put("index.html", Bytes(html.begin(), html.end()));
+  put(files, pageFile, bytesOf(htmlOf(page)));
   if (!settings.quiet) {
     std::printf("%s/index.html: %zu transitions\n", arguments.folder.c_str(), page.cards.size());
   }
@@ -204,9 +237,11 @@ void addGalleryCommand(CLI::App& program, const Settings& settings) {
       ->type_name("");
   command->add_option("TO", arguments->to, "The second picture")->type_name("");
   command
-      ->add_option("--size", arguments->size,
-                   "Size of the GIFs; else 240 wide, as high as the first picture asks")
+      ->add_option(
+          "--size", arguments->size,
+          "Size of the GIFs: 640x360, 320x, x240 or 50%; else 240x in the shape of the first picture")
       ->type_name("WxH");
+  addOverwriting(command, arguments->rules);
   command->footer("Examples:\n  dibkit gallery pages\n  dibkit gallery pages summer.jpg winter.jpg");
   command->callback([arguments, &settings] { run(*arguments, settings); });
 }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdint>
 #include <iomanip>
 #include <iostream>
@@ -8,84 +7,68 @@
 #include <vector>
 
 #include "commands/common.h"
-#include "formats/formats.h"
+#include "files/files.h"
+#include "host/animation/summary.h"
+#include "host/errors.h"
+#include "host/names.h"
 
 namespace host {
 
 namespace {
 
-/// Distinct colours of all pixels that show, one bit for each that there is.
-std::size_t countColours(const Animation& animation) {
-  std::vector<bool> seen(std::size_t{1} << 24);
-  std::size_t count = 0;
-  for (const Frame& frame : animation.frames) {
-    for (int y = 0; y < frame.picture.height(); ++y) {
-      const Pixel* row = frame.picture.row(y);
-      for (int x = 0; x < frame.picture.width(); ++x) {
-        if (row[x].alpha == 0) continue;
-        const std::size_t key = std::size_t{row[x].red} << 16 | std::size_t{row[x].green} << 8 | row[x].blue;
-        if (seen[key]) continue;
-        seen[key] = true;
-        ++count;
-      }
-    }
+std::string nameOf(Transparency transparency) {
+  switch (transparency) {
+    case Transparency::none:
+      return "none";
+    case Transparency::transparent:
+      return "transparent pixels";
+    case Transparency::translucent:
+      return "translucent pixels";
   }
-  return count;
+  return {};
 }
 
-std::string transparency(const Animation& animation) {
-  const auto any = [&](BOOL (*holds)(BITMAPINFOHEADER* const), BOOL wanted) {
-    return std::any_of(animation.frames.begin(), animation.frames.end(), [&](const Frame& frame) {
-      return (holds(frame.picture.dib()) != 0) == (wanted != 0);
-    });
-  };
-  if (any(CDIB32::IsTranslucence32BitsImage, 1)) return "translucent pixels";
-  return any(CDIB32::IsFullOpacity32BitsImage, 0) ? "transparent pixels" : "none";
-}
-
-std::string seconds(int hundredths) {
+std::string seconds(std::int64_t hundredths) {
   std::ostringstream text;
-  text << std::fixed << std::setprecision(2) << hundredths / 100.0 << " s";
+  text << std::fixed << std::setprecision(2) << static_cast<double>(hundredths) / 100.0 << " s";
   return text.str();
 }
 
-std::string times(const Animation& animation) {
-  int total = 0;
-  int shortest = animation.frames.front().delay;
-  int longest = shortest;
-  for (const Frame& frame : animation.frames) {
-    total += frame.delay;
-    shortest = std::min(shortest, frame.delay);
-    longest = std::max(longest, frame.delay);
-  }
-  const std::string each = shortest == longest ? seconds(shortest) + " each"
-                                               : seconds(shortest) + " to " + seconds(longest) + " each";
-  const std::string loops = !animation.loops ? "plays once"
-                            : *animation.loops == 0
-                                ? "repeats for ever"
-                                : "repeats " + std::to_string(*animation.loops) + " times";
-  return each + ", " + seconds(total) + " together, " + loops;
+std::string times(const Summary& summary) {
+  std::string each = seconds(summary.shortestDelay);
+  if (summary.shortestDelay != summary.longestDelay) each += " to " + seconds(summary.longestDelay);
+  const std::string loops = !summary.loops        ? "plays once"
+                            : *summary.loops == 0 ? "repeats for ever"
+                                                  : "repeats " + counted(*summary.loops, "time");
+  return each + " each, " + seconds(summary.duration) + " together, " + loops;
 }
 
-void print(const std::string& path) {
-  const Animation animation = readAnimationFile(path);
+void print(const std::string& path, const Settings& settings) {
+  const Bytes bytes = readFile(path);
+  Summary summary;
+  try {
+    summary = summaryOf(bytes, readOptions(Keep::allFrames, settings).strictness);
+  } catch (const FormatError& error) {
+    throw FileError(path, error.what());
+  }
+  warn(path, summary.warnings, settings);
   std::cout << path << '\n'
-            << "  format        " << animation.format << ", " << animation.bitsPerPixel
-            << (animation.bitsPerPixel == 1 ? " bit" : " bits") << " a pixel\n"
-            << "  size          " << toString(animation.size()) << '\n';
-  if (!animation.palette.empty()) std::cout << "  palette       " << animation.palette.size() << " entries\n";
-  std::cout << "  colours       " << countColours(animation) << '\n'
-            << "  transparency  " << transparency(animation) << '\n'
-            << "  frames        " << animation.frames.size() << '\n';
-  if (animation.frames.size() > 1) std::cout << "  times         " << times(animation) << '\n';
+            << "  format        " << summary.format << ", " << counted(summary.bitsPerPixel, "bit")
+            << " a pixel\n"
+            << "  size          " << toString(summary.size) << '\n';
+  if (summary.paletteEntries > 0) std::cout << "  palette       " << summary.paletteEntries << " entries\n";
+  std::cout << "  colours       " << summary.colours << '\n'
+            << "  transparency  " << nameOf(summary.transparency) << '\n'
+            << "  frames        " << summary.frames << '\n';
+  if (summary.frames > 1) std::cout << "  times         " << times(summary) << '\n';
 }
 
 /// One file that is no picture does not keep the others from being told about.
-void printAll(const std::vector<std::string>& files) {
+void printAll(const std::vector<std::string>& files, const Settings& settings) {
   bool allRead = true;
   for (const std::string& file : files) {
     try {
-      print(file);
+      print(file, settings);
     } catch (const FileError& error) {
       complain(error);
       allRead = false;
@@ -96,12 +79,12 @@ void printAll(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void addInfoCommand(CLI::App& program) {
+void addInfoCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("info", "Tell what a picture or an animation holds");
   const auto files = std::make_shared<std::vector<std::string>>();
   command->add_option("FILES", *files, "Pictures or animations")->required()->type_name("");
   command->footer("Examples:\n  dibkit info photo.jpg\n  dibkit info *.gif\n  curl -s $URL | dibkit info -");
-  command->callback([files] { printAll(*files); });
+  command->callback([files, &settings] { printAll(*files, settings); });
 }
 
 }  // namespace host

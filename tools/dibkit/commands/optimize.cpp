@@ -1,14 +1,15 @@
+#include "host/animation/optimize.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <utility>
 
-#include "animation/canvas_frames.h"
-#include "animation/changes.h"
-#include "commands/commands.h"
-#include "errors.h"
-#include "formats/formats.h"
-#include "interrupt.h"
+#include "commands/common.h"
+#include "files/files.h"
+#include "host/cancel.h"
+#include "host/errors.h"
+#include "host/formats/formats.h"
+#include "progress_bar.h"
 
 namespace host {
 
@@ -16,35 +17,40 @@ namespace {
 
 struct Arguments {
   std::string input;
-  std::string output;
+  Output output;
+  bool strip = false;
 };
 
-/// The smaller file, or the same one where nothing was to be gained.
-Bytes optimized(const Bytes& bytes) {
-  Animation animation = readAnimation(bytes, Keep::allFrames);
-  if (animation.format != "GIF") throw FormatError("not a GIF file but " + animation.format);
-  const std::optional<int> loops = animation.loops;
+/// Who names the file itself has said what is to become of it.
+std::optional<OutputTarget> claimTarget(const Arguments& arguments, const Settings& settings) {
+  const Output& output = arguments.output;
+  if (!isSameFile(arguments.input, output.path)) return claimGif(output, {&arguments.input, 1}, settings);
+  OverwriteRules rules = output.rules;
+  rules.ownFiles = true;
+  return claim(output.path, rules, {}, settings);
+}
+
+OptimizedGif optimized(const Arguments& arguments, ByteView before, const Settings& settings) {
+  ProgressBar bar("optimize", settings.quiet);
   try {
-    Bytes smaller = writeGif(gifOf(keepColours(std::move(animation.frames)), loops));
-    return smaller.size() < bytes.size() ? smaller : bytes;
-  } catch (const TooManyColours&) {
-    return bytes;
+    return optimizedGif(before, {readOptions(Keep::allFrames, settings).strictness, arguments.strip},
+                        bar.progress());
+  } catch (const FormatError& error) {
+    throw FileError(arguments.input, error.what());
   }
 }
 
 void run(const Arguments& arguments, const Settings& settings) {
+  std::optional<OutputTarget> target = claimTarget(arguments, settings);
+  if (!target) return;
   const Bytes before = readFile(arguments.input);
-  Bytes after;
-  try {
-    after = optimized(before);
-  } catch (const FormatError& error) {
-    throw FileError(arguments.input, error.what());
-  }
-  throwIfInterrupted();
-  writeFile(arguments.output, after);
-  if (settings.quiet || arguments.output == "-") return;
+  const auto [after, warnings] = optimized(arguments, before, settings);
+  warn(arguments.input, warnings, settings);
+  throwIfCancelled();
+  target->write(after);
+  if (settings.quiet || target->standardOutput()) return;
   const double saved = 100.0 - 100.0 * static_cast<double>(after.size()) / static_cast<double>(before.size());
-  std::printf("%s: %zu bytes, before %zu; saved %.1f %%\n", arguments.output.c_str(), after.size(),
+  std::printf("%s: %zu bytes, before %zu; saved %.1f %%\n", target->path().c_str(), after.size(),
               before.size(), saved);
 }
 
@@ -55,11 +61,13 @@ void addOptimizeCommand(CLI::App& program, const Settings& settings) {
       program.add_subcommand("optimize", "Make an animated GIF smaller without changing what it shows");
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("GIF", arguments->input, "The animation")->required()->type_name("");
-  command->add_option("-o,--output", arguments->output, "The GIF to write; may be the same file")
-      ->required()
-      ->type_name("FILE");
+  addOutput(command, arguments->output, "The GIF to write; may be the same file");
+  command->add_flag("--strip", arguments->strip,
+                    "Leave out comments, XMP, colour profiles and what else applications keep in it");
   command->footer(
-      "Examples:\n  dibkit optimize big.gif -o small.gif\n  dibkit optimize here.gif -o here.gif");
+      "Examples:\n"
+      "  dibkit optimize big.gif -o small.gif\n"
+      "  dibkit optimize here.gif -o here.gif --strip");
   command->callback([arguments, &settings] { run(*arguments, settings); });
 }
 

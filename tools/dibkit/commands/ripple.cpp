@@ -10,11 +10,13 @@
 
 #include <dibkit.h>
 
-#include "animation/changes.h"
-#include "animation/fit.h"
-#include "animation/timing.h"
 #include "commands/common.h"
-#include "interrupt.h"
+#include "files/files.h"
+#include "host/animation/alpha.h"
+#include "host/animation/canvas_frames.h"
+#include "host/animation/fit.h"
+#include "host/animation/timing.h"
+#include "host/cancel.h"
 #include "options.h"
 #include "progress_bar.h"
 
@@ -24,7 +26,7 @@ namespace {
 
 struct Arguments {
   std::string picture;
-  std::string output;
+  Output output;
   int frames = 40;
   double delay = 60;
   std::string size;
@@ -33,10 +35,10 @@ struct Arguments {
   Repeats repeats;
 };
 
-/// A run of the water over one picture. Ends it on every way out, which the library leaves to its host.
+/// A run of the water. Ends it on every way out, which the library leaves to its host.
 class Water {
  public:
-  explicit Water(BITMAPINFOHEADER* picture) : ripple_(picture, 0) { ripple_.StartToRipple(); }
+  explicit Water(const Picture& picture) : ripple_(picture.dib(), 0) { ripple_.StartToRipple(); }
   Water(const Water&) = delete;
   Water& operator=(const Water&) = delete;
   ~Water() { ripple_.EndToRipple(); }
@@ -49,10 +51,51 @@ class Water {
     std::srand(seed);
     for (int i = 0; i < drops; ++i) ripple_.HeightBlob(-1, -1, radius, height, 0);
   }
-  Picture next() { return Picture(dibkit::OwnedDib(ripple_.NextToRipple())); }
+  /// The next stage, over a picture of the size of the first one.
+  Picture next(const Picture& picture) {
+    ripple_.InitializeParams(picture.dib());
+    return Picture(dibkit::OwnedDib(ripple_.NextToRipple()));
+  }
+  /// The same stage over another picture.
+  Picture again(const Picture& picture) {
+    ripple_.InitializeParams(picture.dib());
+    return Picture(dibkit::OwnedDib(ripple_.GenerateRippleEffect(0, 0)));
+  }
 
  private:
   CRippleEffect ripple_;
+};
+
+/// Renders water over pictures whose pixels are opaque or transparent. The library makes all of it opaque, so
+/// what is transparent below shows under the same water in another picture: one that is blue where the first
+/// is opaque, and equally green everywhere.
+class OpacityBelowWater {
+ public:
+  explicit OpacityBelowWater(const Picture& picture) : blue_(picture.size()) {
+    for (int y = 0; y < picture.height(); ++y) {
+      const Pixel* from = picture.row(y);
+      Pixel* to = blue_.row(y);
+      for (int x = 0; x < picture.width(); ++x) to[x] = {from[x].alpha, level, 0, 255};
+    }
+  }
+
+  /// Gives the frame, rendered just now, its transparent pixels.
+  void putInto(Picture& frame, Water& water) const {
+    const Picture rippled = water.again(blue_);
+    for (int y = 0; y < frame.height(); ++y) {
+      Pixel* to = frame.row(y);
+      const Pixel* from = rippled.row(y);
+      for (int x = 0; x < frame.width(); ++x) to[x].alpha = isOpaque(from[x]) ? 255 : 0;
+    }
+  }
+
+ private:
+  static constexpr BYTE level = 128;
+
+  /// Light is added to green and blue, shadow taken from both; neither is ever as much as all blue.
+  static bool isOpaque(const Pixel& lit) { return lit.green > level ? lit.blue == 255 : lit.blue > 0; }
+
+  Picture blue_;
 };
 
 /// Starts and ends with the still picture: the water is as good as level after a second or two.
@@ -60,33 +103,40 @@ std::vector<Frame> rippleFrames(const Picture& picture, const Arguments& argumen
   HundredthsClock clock;
   std::vector<Frame> frames;
   frames.push_back({picture.clone(), clock.delayFor(arguments.delay)});
-  Water water(picture.dib());
+  const bool isOpaque = CDIB32::IsFullOpacity32BitsImage(picture.dib()) != 0;
+  const std::optional<OpacityBelowWater> opacity =
+      isOpaque ? std::nullopt : std::optional<OpacityBelowWater>(picture);
+  Water water(picture);
   if (arguments.drops > 0) water.letFall(arguments.drops, arguments.seed, picture.size());
-  const POINT corner{0, 0};
   for (int i = 0; i < arguments.frames; ++i) {
-    throwIfInterrupted();
-    Picture frame = water.next();
-    // The library renders water opaque; where the picture is transparent there is none.
-    CDIB32::TransformAlphaChannelBlock(frame.dib(), corner, picture.dib(), corner);
+    throwIfCancelled();
+    Picture frame = water.next(picture);
+    if (opacity) opacity->putInto(frame, water);
     frames.push_back({std::move(frame), clock.delayFor(arguments.delay)});
-    bar.step();
+    bar.progress().add(1.0 / (2 * arguments.frames + 1));
   }
   return frames;
 }
 
 void run(const Arguments& arguments, const Settings& settings) {
   const std::optional<int> loops = arguments.repeats.count();
-  Picture picture = readPictureFile(arguments.picture);
-  if (!arguments.size.empty()) picture = fitted(picture, parseSize(arguments.size), Fit::cover, Pixel{});
+  std::optional<OutputTarget> target = claimGif(arguments.output, {&arguments.picture, 1}, settings);
+  if (!target) return;
+  warnOfShortDelay(*target, arguments.delay, settings);
+  const WantedSize wanted = parseSize(arguments.size);
+  Picture picture = readPictureFor(wanted.sides(), arguments.picture, settings);
+  picture = fitted(picture, wanted.of(picture.size()), Fit::cover, Pixel{});
   requireRoomFor(picture.size(), arguments.frames + 1);
-  ProgressBar bar("ripple", 2 * arguments.frames + 1, settings.quiet);
-  const auto step = [&bar] { bar.step(); };
-  GifFile file = gifOf(indexFrames(rippleFrames(picture, arguments, bar), Dither::none, step), loops);
-  if (arguments.drops > 0) {
-    file.comment = "dibkit ripple --drops " + std::to_string(arguments.drops) + " --seed " +
-                   std::to_string(arguments.seed);
-  }
-  writeAnimation(arguments.output, file, settings);
+  ditherAlpha(picture);
+  ProgressBar bar("ripple", settings.quiet);
+  const double share = 1.0 / (2 * arguments.frames + 1);
+  const auto step = [&bar, share] { bar.progress().add(share); };
+  const std::string comment = arguments.drops > 0
+                                  ? "dibkit ripple --drops " + std::to_string(arguments.drops) + " --seed " +
+                                        std::to_string(arguments.seed)
+                                  : "";
+  const CanvasAnimation animation = indexFrames(rippleFrames(picture, arguments, bar), Dither::none, step);
+  writeAnimation(*target, gifOf(animation, loops, comment), settings);
 }
 
 }  // namespace
@@ -95,7 +145,7 @@ void addRippleCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("ripple", "Let drops fall on a picture as if it were water");
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("PICTURE", arguments->picture, "The picture")->required()->type_name("");
-  command->add_option("-o,--output", arguments->output, "The GIF to write")->required()->type_name("FILE");
+  addOutput(command, arguments->output, "The GIF to write");
   takeNumber(command->add_option("--frames", arguments->frames, "Stages of the water"), 1, 1000);
   takeMilliseconds(command->add_option("--delay", arguments->delay, "How long each shows, in milliseconds"));
   takeNumber(
@@ -104,7 +154,9 @@ void addRippleCommand(CLI::App& program, const Settings& settings) {
   takeNumber(
       command->add_option("--seed", arguments->seed, "Which random places; stands in the GIF as a comment"),
       0, std::numeric_limits<unsigned>::max());
-  command->add_option("--size", arguments->size, "Size of the GIF; else that of the picture")
+  command
+      ->add_option("--size", arguments->size,
+                   "Size of the GIF: 640x360, 320x, x240 or 50%; else that of the picture")
       ->type_name("WxH");
   addRepeats(command, arguments->repeats);
   command->footer(

@@ -1,11 +1,14 @@
-#include "samples/samples.h"
+#include "host/samples/samples.h"
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
-#include "commands/commands.h"
-#include "formats/formats.h"
+#include "commands/common.h"
+#include "files/files.h"
+#include "host/formats/formats.h"
 #include "options.h"
 
 namespace host {
@@ -19,12 +22,23 @@ struct Sample {
 
 constexpr Sample samples[] = {{"lake.png", drawLake}, {"dahlia.png", drawDahlia}};
 
-void write(const std::string& folder, Size size, const Settings& settings) {
-  makeFolder(folder);
+struct Arguments {
+  std::string folder;
+  OverwriteRules rules;
+  std::string size;
+};
+
+void run(const Arguments& arguments, const Settings& settings) {
+  const Size size = parseSize(arguments.size).of({480, 320});
+  makeFolder(arguments.folder);
+  std::vector<std::optional<OutputTarget>> targets;
   for (const Sample& sample : samples) {
-    const std::string path = folder + "/" + sample.file;
-    writeFile(path, writePng(sample.draw(size).dib()));
-    if (!settings.quiet) std::printf("%s: %s\n", path.c_str(), toString(size).c_str());
+    targets.push_back(claim(arguments.folder + "/" + sample.file, arguments.rules, {}, settings));
+  }
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    if (!targets[i]) continue;
+    targets[i]->write(writePng(samples[i].draw(size).dib()));
+    if (!settings.quiet) std::printf("%s: %s\n", targets[i]->path().c_str(), toString(size).c_str());
   }
 }
 
@@ -32,18 +46,15 @@ void write(const std::string& folder, Size size, const Settings& settings) {
 
 void addSamplesCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("samples", "Draw two pictures to try the effects on");
-  struct Arguments {
-    std::string folder;
-    std::string size = "480x320";
-  };
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("DIR", arguments->folder, "The folder to write them to")->required()->type_name("");
-  command->add_option("--size", arguments->size, "Size of the pictures")
-      ->type_name("WxH")
-      ->capture_default_str();
+  command
+      ->add_option("--size", arguments->size,
+                   "Size of the pictures: 640x360, 320x, x240 or 50%; else 480x320")
+      ->type_name("WxH");
+  addOverwriting(command, arguments->rules);
   command->footer("Example:\n  dibkit samples . && dibkit transition lake.png dahlia.png -o bloom.gif");
-  command->callback(
-      [arguments, &settings] { write(arguments->folder, parseSize(arguments->size), settings); });
+  command->callback([arguments, &settings] { run(*arguments, settings); });
 }
 
 }  // namespace host

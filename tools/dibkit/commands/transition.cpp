@@ -1,13 +1,17 @@
-#include "animation/transition.h"
+#include "host/animation/transition.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "animation/changes.h"
-#include "animation/fit.h"
 #include "commands/common.h"
-#include "errors.h"
+#include "files/files.h"
+#include "host/animation/alpha.h"
+#include "host/animation/canvas_frames.h"
+#include "host/animation/fit.h"
+#include "host/errors.h"
+#include "host/names.h"
 #include "options.h"
 #include "progress_bar.h"
 
@@ -17,7 +21,7 @@ namespace {
 
 struct Arguments {
   std::vector<std::string> pictures;
-  std::string output;
+  Output output;
   std::string effect = "fade";
   std::string style;
   TransitionPlan plan;
@@ -30,23 +34,20 @@ struct Arguments {
   std::string dither = "none";
 };
 
-Dither ditherNamed(const std::string& name) {
-  if (name == "none") return Dither::none;
-  if (name == "ordered") return Dither::ordered;
-  throw UsageError(unknownName("dithering", name, {"none", "ordered"}));
-}
-
-std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPlan& plan) {
+std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPlan& plan,
+                                  const Settings& settings) {
   const Fit fit = fitNamed(arguments.fit);
   const Pixel background = parseColour(arguments.background);
   std::vector<Picture> pictures;
-  Size size = arguments.size.empty() ? Size{} : parseSize(arguments.size);
+  const WantedSize wanted = parseSize(arguments.size);
+  Size size;
   for (const std::string& path : arguments.pictures) {
-    Picture picture = readPictureFile(path);
-    if (size == Size{}) size = picture.size();
+    const Picture picture = readPictureFor(pictures.empty() ? wanted.sides() : size, path, settings);
+    if (pictures.empty()) size = wanted.of(picture.size());
     requireRoomFor(size, countFrames(arguments.pictures.size(), plan));
     pictures.push_back(fitted(picture, size, fit, background));
     if (!arguments.matte.empty()) layOver(pictures.back(), parseColour(arguments.matte));
+    ditherAlpha(pictures.back());
   }
   return pictures;
 }
@@ -58,13 +59,16 @@ void run(const Arguments& arguments, const Settings& settings) {
   plan.easing = easingNamed(arguments.easing);
   const Dither dither = ditherNamed(arguments.dither);
   const std::optional<int> loops = arguments.repeats.count();
-  const std::vector<Picture> pictures = readPictures(arguments, plan);
+  std::optional<OutputTarget> target = claimGif(arguments.output, arguments.pictures, settings);
+  if (!target) return;
+  warnOfShortDelay(*target, plan.frames > 1 ? plan.delay : std::max(plan.hold, plan.delay), settings);
+  const std::vector<Picture> pictures = readPictures(arguments, plan, settings);
 
-  // Each frame counts when it is made and when it is stored.
-  ProgressBar bar("transition", 2 * countFrames(pictures.size(), plan), settings.quiet);
-  const auto step = [&bar] { bar.step(); };
+  ProgressBar bar("transition", settings.quiet);
+  const double share = 1.0 / (2 * countFrames(pictures.size(), plan));
+  const auto step = [&bar, share] { bar.progress().add(share); };
   const GifFile file = gifOf(indexFrames(renderTransitions(pictures, plan, step), dither, step), loops);
-  writeAnimation(arguments.output, file, settings);
+  writeAnimation(*target, file, settings);
 }
 
 }  // namespace
@@ -77,11 +81,11 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
       ->add_option("PICTURES", arguments->pictures, "Two pictures or more; of an animation the first frame")
       ->required()
       ->type_name("");
-  command->add_option("-o,--output", arguments->output, "The GIF to write")->required()->type_name("FILE");
+  addOutput(command, arguments->output, "The GIF to write");
   const auto addName = [command](const char* option, std::string& value, const std::string& help) {
     command->add_option(option, value, help)->type_name("NAME")->capture_default_str();
   };
-  addName("--effect", arguments->effect, "The effect; `dibkit effects` lists them");
+  addName("--effect", arguments->effect, "The effect, by name or number; `dibkit effects` lists them");
   addName("--style", arguments->style, "The effect's style, by name or number");
   takeNumber(command->add_option("--frames", arguments->plan.frames, "Steps from one picture to the next"), 1,
              1000);
@@ -89,7 +93,9 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
       command->add_option("--delay", arguments->plan.delay, "How long a step shows, in milliseconds"));
   takeMilliseconds(
       command->add_option("--hold", arguments->plan.hold, "How long a picture shows, in milliseconds"));
-  command->add_option("--size", arguments->size, "Size of the GIF; else that of the first picture")
+  command
+      ->add_option("--size", arguments->size,
+                   "Size of the GIF: 640x360, 320x, x240 or 50%; else that of the first picture")
       ->type_name("WxH");
   addName("--fit", arguments->fit, "Pictures of another shape: " + listed(fitNames()));
   command
@@ -98,7 +104,9 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
       ->type_name("COLOUR")
       ->capture_default_str();
   command
-      ->add_option("--matte", arguments->matte, "Colour to lay under transparent pictures; else they stay so")
+      ->add_option(
+          "--matte", arguments->matte,
+          "Colour to lay under transparent pictures; else they stay so, half transparent pixels as dots")
       ->type_name("COLOUR");
   addName("--easing", arguments->easing, "How it moves: " + listed(easingNames()));
   command->add_flag("--reverse", arguments->plan.reverse,
@@ -106,7 +114,7 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
   command->add_flag("--back", arguments->plan.back,
                     "Return to the first picture, so that the animation has no seam");
   addRepeats(command, arguments->repeats);
-  addName("--dither", arguments->dither, "With more than 256 colours: none, ordered");
+  addName("--dither", arguments->dither, "With more than 256 colours: " + listed(ditherNames()));
   command->footer(
       "Examples:\n"
       "  dibkit transition a.png b.png -o ab.gif\n"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <sstream>
+#include <utility>
 
 #include "page_assets.h"
 
@@ -55,16 +56,20 @@ std::string anchorOf(const std::string& family) {
   return anchor;
 }
 
+const std::string documentStart =
+    std::string("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n") + galleryMark +
+    "\n";
+
 void putHead(std::ostream& out, const GalleryPage& page) {
-  out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+  out << documentStart
+      << "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          "<title>Every transition of dibkit</title>\n"
          "<link rel=\"icon\" href=\"data:,\">\n"
          "<style>\n"
       << pageCss << "</style>\n</head>\n<body>\n<header>\n<h1>Every transition</h1>\n"
       << "<p>All that <code>dibkit transition</code> can do between these two pictures. Pull a slider to "
-         "look at a "
-         "single stage; click a command to copy it.</p>\n<div class=\"sources\">\n";
+         "look at a single stage; click a command to copy it.</p>\n"
+         "<p><button class=\"all\" type=\"button\">Stop all</button></p>\n<div class=\"sources\">\n";
   for (std::size_t i = 0; i < page.pictures.size(); ++i) {
     const std::string caption = escaped(page.captions[i]);
     out << "<figure><img src=\"" << escaped(page.pictures[i]) << "\" alt=\"" << caption << "\" width=\""
@@ -85,27 +90,30 @@ void putNavigation(std::ostream& out, const GalleryPage& page) {
   out << "</div></nav>\n";
 }
 
-void putCard(std::ostream& out, const GalleryCard& card, Size size) {
-  const std::string name = card.title + (card.style.empty() ? "" : ", " + card.style);
+void putCard(std::ostream& out, const GalleryCard& card, const GalleryPage& page) {
+  const std::string name = escaped(card.title + (card.style.empty() ? "" : ", " + card.style));
+  const std::string size = " width=\"" + std::to_string(page.size.width) + "\" height=\"" +
+                           std::to_string(page.size.height) + "\"";
   out << "<article class=\"card\">\n<h3>" << escaped(card.title);
   if (!card.style.empty()) out << " <small>" << escaped(card.style) << "</small>";
-  out << "</h3>\n<div class=\"stage\"><img src=\"" << escaped(card.gif) << "\" alt=\"" << escaped(name)
-      << "\" width=\"" << size.width << "\" height=\"" << size.height << "\" loading=\"lazy\">"
-      << "<div class=\"strip\" data-strip=\"" << escaped(card.strip) << "\"></div></div>\n"
-      << "<div class=\"controls\"><button class=\"play\" type=\"button\" aria-label=\"Stop\">❚❚</button>"
-      << "<input type=\"range\" min=\"0\" max=\"" << card.frames - 1 << "\" value=\"" << (card.frames - 1) / 2
-      << "\" aria-label=\"Stage of " << escaped(name) << "\"></div>\n"
-      << "<button class=\"copy\" type=\"button\" title=\"Copy\"><code>" << htmlOfCommand(card.command)
-      << "</code></button>\n</article>\n";
+  // Browsers can neither stop a GIF nor tell where it is, so the page plays the frames on a canvas.
+  out << "</h3>\n<div class=\"stage\"><canvas role=\"img\" aria-label=\"" << name << "\"" << size
+      << " data-sheet=\"" << escaped(card.sheet) << "\"></canvas><noscript><img src=\"" << escaped(card.gif)
+      << "\" alt=\"" << name << "\"" << size << " loading=\"lazy\"></noscript></div>\n"
+      << "<div class=\"controls\"><button class=\"play\" type=\"button\" aria-label=\"Stop " << name
+      << "\">❚❚</button><input type=\"range\" min=\"0\" max=\"" << page.delays.size() - 1
+      << "\" value=\"0\" aria-label=\"Stage of " << name << "\"><a href=\"" << escaped(card.gif)
+      << "\" aria-label=\"GIF of " << name << "\">GIF</a></div>\n"
+      << "<button class=\"copy\" type=\"button\"><span class=\"unseen\">Copy the command for " << name
+      << ": </span><code>" << htmlOfCommand(card.command) << "</code></button>\n</article>\n";
 }
 
-}  // namespace
-
-std::string htmlOf(const GalleryPage& page) {
-  std::ostringstream out;
-  putHead(out, page);
-  putNavigation(out, page);
-  out << "<main>\n";
+void putMain(std::ostream& out, const GalleryPage& page) {
+  out << "<main style=\"--frame: " << page.size.width << "px\" data-columns=\"" << page.sheetColumns
+      << "\" data-delays=\"";
+  const char* between = "";
+  for (const int delay : page.delays) out << std::exchange(between, " ") << delay * 10;
+  out << "\">\n";
   std::string family;
   for (const GalleryCard& card : page.cards) {
     if (card.family != family) {
@@ -114,12 +122,30 @@ std::string htmlOf(const GalleryPage& page) {
           << "</h2>\n<div class=\"cards\">\n";
     }
     family = card.family;
-    putCard(out, card, page.size);
+    putCard(out, card, page);
   }
   if (!family.empty()) out << "</div></section>\n";
-  out << "</main>\n<footer>Made by <code>dibkit gallery</code>.</footer>\n<script>\n"
+  out << "</main>\n";
+}
+
+}  // namespace
+
+std::string htmlOf(const GalleryPage& page) {
+  std::ostringstream out;
+  putHead(out, page);
+  putNavigation(out, page);
+  putMain(out, page);
+  out << "<footer>Made by <code>dibkit gallery</code>.</footer>\n<p class=\"unseen\" "
+         "role=\"status\"></p>\n<script>\n"
       << pageJs << "</script>\n</body>\n</html>\n";
   return out.str();
+}
+
+std::string unfinishedHtml() {
+  return documentStart +
+         "<title>A gallery in the making</title>\n</head>\n<body>\n"
+         "<p>This gallery is not complete. If nothing works on it any more, make it "
+         "again.</p>\n</body>\n</html>\n";
 }
 
 }  // namespace host

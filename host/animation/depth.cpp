@@ -1,0 +1,184 @@
+#include "host/animation/depth.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+#include <string>
+
+#include "host/animation/canvas_frames.h"
+#include "host/animation/exact_palette.h"
+#include "host/animation/palette.h"
+#include "host/cancel.h"
+#include "host/errors.h"
+
+namespace host {
+
+namespace {
+
+using dibkit::OwnedDib;
+
+OwnedDib made(BITMAPINFOHEADER* dib) {
+  throwIfCancelled();
+  if (dib == nullptr) throw std::bad_alloc();
+  return OwnedDib(dib);
+}
+
+OwnedDib trueColour(const Picture& picture) {
+  CancelProgress progress;
+  return made(CBitmapConverter::ConvertDIBTo24Bits(picture.dib(), &progress));
+}
+
+/// A true-colour picture of nothing but the palette's colours.
+OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, Dither dither) {
+  Picture matched = picture.clone();
+  CDIB32::MakeAllPixelsSameOpacity(matched.dib(), 255);
+  const Bytes indices = mapperOnto(colours, dither)->indicesOf(matched.clone());
+  const std::uint8_t* next = indices.data();
+  for (int y = 0; y < matched.height(); ++y) {
+    Pixel* row = matched.row(y);
+    for (int x = 0; x < matched.width(); ++x) {
+      const RGBQUAD& colour = colours[*next++];
+      row[x] = {colour.rgbBlue, colour.rgbGreen, colour.rgbRed, 255};
+    }
+  }
+  return trueColour(matched);
+}
+
+OwnedDib ontoPalette(const Picture& picture, const std::vector<RGBQUAD>& palette, int bits, Dither dither) {
+  return onColours(inColours(picture, palette, dither).get(), palette, bits);
+}
+
+/// The best colours for all pictures together.
+std::vector<RGBQUAD> bestColours(std::span<const Picture> pictures, int most) {
+  std::vector<Frame> frames;
+  for (const Picture& picture : pictures) {
+    frames.push_back({picture.clone(), 1});
+    CDIB32::MakeAllPixelsSameOpacity(frames.back().picture.dib(), 255);
+  }
+  return bestPalette(frames, most);
+}
+
+std::vector<RGBQUAD> allGrays() {
+  std::vector<RGBQUAD> grays(256);
+  CPaletteFuns::MakeGrayPalette(grays.data(), static_cast<int>(grays.size()));
+  return grays;
+}
+
+bool isGray(const Picture& picture) {
+  for (int y = 0; y < picture.height(); ++y) {
+    const Pixel* row = picture.row(y);
+    const bool all = std::all_of(row, row + picture.width(), [](const Pixel& pixel) {
+      return pixel.blue == pixel.green && pixel.green == pixel.red;
+    });
+    if (!all) return false;
+  }
+  return true;
+}
+
+OwnedDib gray(const Picture& picture) {
+  // The library's weights round some grays down by one: a picture that is gray already stays as it is.
+  if (isGray(picture)) return onColours(trueColour(picture).get(), allGrays(), 8);
+  CancelProgress progress;
+  return made(CBitmapConverter::ConvertDIBTo256Grays(picture.dib(), &progress));
+}
+
+OwnedDib blackAndWhite(const Picture& picture, std::optional<int> threshold) {
+  const OwnedDib grays = gray(picture);
+  CancelProgress progress;
+  // The best threshold is the last gray that counts as dark; white begins above it.
+  const int whiteFrom = threshold.value_or(CPaletteFuns::GetThreshValueForm8BitsGrayDib(grays.get()) + 1);
+  return made(CBitmapConverter::Convert8BitsGrayDibTo1BitsDib(grays.get(), whiteFrom, &progress));
+}
+
+/// One picture on a palette of its own.
+OwnedDib onOwnPalette(const Picture& picture, int bits, Dither dither) {
+  const OwnedDib flat = trueColour(picture);
+  const auto colours = fewColoursOf(flat.get());
+  if (colours && std::ssize(*colours) <= 1 << bits) return onColours(flat.get(), *colours, bits);
+  return ontoPalette(picture, bestColours({&picture, 1}, 1 << bits), bits, dither);
+}
+
+/// All pictures on the palette that their colours make together, if it has room for them.
+std::vector<OwnedDib> onJoinedPalette(std::span<const Picture> pictures, int bits) {
+  std::vector<RGBQUAD> joined;
+  std::vector<OwnedDib> all;
+  for (const Picture& picture : pictures) {
+    all.push_back(trueColour(picture));
+    const auto colours = fewColoursOf(all.back().get());
+    if (!colours) return {};
+    std::copy_if(colours->begin(), colours->end(), std::back_inserter(joined),
+                 [&joined](RGBQUAD colour) { return !entryOf(joined, colour); });
+    if (std::ssize(joined) > 1 << bits) return {};
+  }
+  for (OwnedDib& dib : all) dib = onColours(dib.get(), joined, bits);
+  return all;
+}
+
+std::vector<OwnedDib> onSharedPalette(std::span<const Picture> pictures, int bits, Dither dither) {
+  std::vector<OwnedDib> all = onJoinedPalette(pictures, bits);
+  if (!all.empty()) return all;
+  const std::vector<RGBQUAD> palette = bestColours(pictures, 1 << bits);
+  for (const Picture& picture : pictures) all.push_back(ontoPalette(picture, palette, bits, dither));
+  return all;
+}
+
+OwnedDib trueColourAt(BITMAPINFOHEADER* dib, int bits) {
+  CancelProgress progress;
+  if (bits == 16) return made(CBitmapConverter::ConvertDIBTo16Bits(dib, &progress));
+  return made(CBitmapConverter::ConvertDIBTo24Bits(dib, &progress));
+}
+
+/// A picture that was made gray, or any other one, at the depth that was asked for.
+OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options) {
+  if (options.blackAndWhite) return blackAndWhite(picture, options.threshold);
+  if (options.gray && options.bits.value_or(8) == 8) return gray(picture);
+  if (options.gray) {
+    const OwnedDib grays = gray(picture);
+    const Picture again(made(CDIB32::ConvertTo32BitsDIB(grays.get(), nullptr, 255, 0)));
+    DepthOptions colours = options;
+    colours.gray = false;
+    return oneAtDepth(again, colours);
+  }
+  if (!options.palette.empty()) {
+    return ontoPalette(picture, options.palette,
+                       options.bits.value_or(smallestDepthFor(options.palette.size())), options.dither);
+  }
+  if (options.bits == 32) return made(CBitmapCreator::Clone(picture.dib()));
+  if (options.bits && *options.bits > 8) return trueColourAt(picture.dib(), *options.bits);
+  if (options.bits) return onOwnPalette(picture, *options.bits, options.dither);
+
+  if (CDIB32::IsFullOpacity32BitsImage(picture.dib()) == 0) return made(CBitmapCreator::Clone(picture.dib()));
+  OwnedDib flat = trueColour(picture);
+  OwnedDib low = reducedExactly(flat.get());
+  return low ? std::move(low) : std::move(flat);
+}
+
+void requireSense(const DepthOptions& options) {
+  const int bits = options.bits.value_or(8);
+  if (options.blackAndWhite && options.bits.value_or(1) != 1) throw UsageError("--threshold gives 1 bit");
+  if (options.blackAndWhite && options.gray) throw UsageError("--threshold and --gray exclude each other");
+  const bool palette = !options.palette.empty() || options.sharedPalette;
+  if (palette && (options.gray || options.blackAndWhite))
+    throw UsageError("gray pictures have a palette of their own");
+  const bool reduces = palette || (options.bits && bits <= 8 && !options.blackAndWhite);
+  if (options.dither != Dither::none && !reduces)
+    throw UsageError("--dither needs a palette: --bits 8 or less, --palette or --shared-palette");
+  if (palette && bits > 8) throw UsageError(std::to_string(bits) + " bits have no palette");
+  if (!options.palette.empty() && static_cast<int>(options.palette.size()) > 1 << bits) {
+    throw UsageError("the palette has " + std::to_string(options.palette.size()) + " colours, too many for " +
+                     std::to_string(bits) + " bits");
+  }
+}
+
+}  // namespace
+
+std::vector<OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options) {
+  requireSense(options);
+  if (options.sharedPalette && options.palette.empty())
+    return onSharedPalette(pictures, options.bits.value_or(8), options.dither);
+  std::vector<OwnedDib> all;
+  for (const Picture& picture : pictures) all.push_back(oneAtDepth(picture, options));
+  return all;
+}
+
+}  // namespace host

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "host/bytes.h"
+
+namespace host {
+
+/// Decodes the pixels of a GIF frame, as many at a time as the caller has room for. Gives every pixel in
+/// front of a fault, takes code sizes up to the largest that fits into 12 bits, and goes on with a full table
+/// until the data clear it.
+class LzwDecoder {
+ public:
+  static constexpr int mostMinimumCodeSize = 11;
+
+  /// \param codes must outlive the decoder \param minimumCodeSize 0 to mostMinimumCodeSize
+  LzwDecoder(ByteView codes, int minimumCodeSize);
+
+  /// Decodes palette indices into `to` and returns how many; fewer than there is room for when the data end.
+  std::size_t read(std::span<std::uint8_t> to);
+  /// Whether the data ended at a code that no table has.
+  bool damaged() const { return state_ == State::damaged; }
+
+ private:
+  enum class State { running, ended, damaged };
+  static constexpr int maximumCodeSize = 12;
+  static constexpr int tableSize = 1 << maximumCodeSize;
+  static constexpr int none = -1;
+
+  int nextCode();
+  void clear();
+  bool addString(int code);
+  std::size_t deliver(int code, std::span<std::uint8_t> to);
+  std::size_t deliverHeld(std::span<std::uint8_t> to);
+
+  // A string is the one before it in its chain and one more pixel.
+  std::array<std::uint16_t, tableSize> prefix_{};
+  std::array<std::uint16_t, tableSize> length_{};
+  std::array<std::uint8_t, tableSize> first_{};
+  std::array<std::uint8_t, tableSize> last_{};
+  // The string that did not fit into the room of the last call.
+  std::array<std::uint8_t, tableSize> held_{};
+  std::size_t heldFrom_ = 0;
+  std::size_t heldTo_ = 0;
+
+  ByteView codes_;
+  std::size_t position_ = 0;
+  std::uint32_t bits_ = 0;
+  int bitCount_ = 0;
+  State state_ = State::running;
+  int minimumCodeSize_;
+  int clearCode_;
+  int codeSize_ = 0;
+  int next_ = 0;         ///< the code of the string to be added
+  int previous_ = none;  ///< the code before, none after a clear code
+};
+
+}  // namespace host

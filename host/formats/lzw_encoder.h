@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "host/bytes.h"
+
+namespace host {
+
+/// Compresses the pixels of GIF frames. Keeps its table from frame to frame, so use one object for many
+/// frames.
+class LzwEncoder {
+ public:
+  /// The pixels as a GIF has them: the bits of an index, the codes in blocks behind their lengths, and the
+  /// empty block. Nothing but an empty result when that takes more than `most` bytes, as soon as that is
+  /// certain: pixels that can be stored in several ways are compressed in all of them, and the shortest is
+  /// kept.
+  Bytes encode(ByteView indices, std::size_t most);
+
+ private:
+  static constexpr std::uint32_t maximumCodes = 4096;
+  // Four times as many as there are codes.
+  static constexpr std::uint32_t slots = 1U << 14;
+
+  int findOrAdd(std::uint32_t prefix, std::uint32_t index, std::uint32_t next);
+  void clear();
+
+  // The strings that have a code: a code and the index that follows it, packed with the code of the two. No
+  // entry is 0, since the code of a string is not.
+  std::array<std::uint32_t, slots> strings_{};
+  std::array<std::uint16_t, maximumCodes> usedSlots_{};
+  std::size_t used_ = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <utility>
+
+namespace host {
+
+/// How far the work has come. Each stage adds its share as it goes, by what it costs; all shares together
+/// are 1.
+class Progress {
+ public:
+  /// \param show receives the sum of the shares, from 0 to 1; never from two threads at once
+  void showOn(std::function<void(double)> show) { show_ = std::move(show); }
+
+  /// More is done. Any thread may call this.
+  void add(double share) {
+    if (!show_) return;
+    const std::lock_guard lock(guard_);
+    done_ += share;
+    show_(done_);
+  }
+
+ private:
+  std::function<void(double)> show_;
+  std::mutex guard_;
+  double done_ = 0;
+};
+
+}  // namespace host

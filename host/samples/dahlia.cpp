@@ -1,0 +1,198 @@
+#include "host/samples/paint.h"
+#include "host/samples/samples.h"
+
+namespace host {
+
+namespace {
+
+using namespace paint;
+
+constexpr Point heart{0.80, 0.485};
+
+/// Light spots of a garden out of focus.
+Colour garden(Point p) {
+  constexpr Colour stops[] = {hex(0xFDF6C8), hex(0xC9EFC0), hex(0x7FD6BE), hex(0x3FAFB0), hex(0x1E7F92)};
+  Colour colour =
+      gradient(stops, 0.10 + 0.42 * p.x + 0.38 * p.y + 0.22 * (clouds({p.x * 2.2, p.y * 2.2}, 3, 301) - 0.5));
+  for (int i = 0; i < 46; ++i) {
+    const Point centre{chance(i, 1, 310) * 1.5, chance(i, 2, 310)};
+    const double radius = 0.018 + 0.070 * std::pow(chance(i, 3, 310), 1.6);
+    const double away = length(p - centre) / radius;
+    const double disc = ramp(1.04, 0.94, away) * (0.55 + 0.45 * ramp(0.5, 1.0, away));
+    constexpr Colour tints[] = {hex(0xFFFBE0), hex(0xBDF3D6), hex(0xFFE1A6), hex(0x9BE7F0)};
+    colour = mix(colour, tints[i % 4], 0.34 * disc * (0.35 + 0.65 * chance(i, 4, 310)));
+  }
+  return colour;
+}
+
+struct Leaf {
+  Point root;
+  double angle;
+  double length;
+  double width;
+  double bend;
+  Colour dark;
+  Colour bright;
+};
+
+constexpr Leaf leaves[] = {
+    {{0.80, 0.52}, 3.60, 0.78, 0.125, 0.10, hex(0x0F5A46), hex(0x4FB36A)},
+    {{0.82, 0.50}, 5.62, 0.80, 0.120, -0.09, hex(0x14664C), hex(0x63C074)},
+    {{0.78, 0.54}, 2.62, 0.82, 0.135, -0.11, hex(0x0C5140), hex(0x3F9F5E)},
+    {{0.82, 0.54}, 0.50, 0.80, 0.135, 0.11, hex(0x0F5A46), hex(0x58B86C)},
+    {{0.80, 0.56}, 1.80, 0.66, 0.105, 0.08, hex(0x0A4638), hex(0x37935A)},
+    {{0.80, 0.56}, 1.18, 0.70, 0.105, -0.08, hex(0x0D4D3C), hex(0x3F9F5E)},
+    {{0.80, 0.50}, 4.18, 0.70, 0.095, -0.07, hex(0x187052), hex(0x7ACB7C)},
+    {{0.80, 0.50}, 5.05, 0.70, 0.095, 0.07, hex(0x187052), hex(0x86D084)},
+};
+
+/// Blends the leaf over what is behind it, its shadow first.
+Colour overLeaf(Colour behind, const Leaf& leaf, Point p) {
+  const auto place = [&leaf](Point q) {
+    const Point d = q - leaf.root;
+    const double along = (d.x * std::cos(leaf.angle) + d.y * std::sin(leaf.angle)) / leaf.length;
+    const double side = -d.x * std::sin(leaf.angle) + d.y * std::cos(leaf.angle) - leaf.bend * along * along;
+    constexpr double shadowReach = 0.02;
+    const bool near = along > 0 && along < 1 && std::abs(side) < leaf.width + shadowReach;
+    const double half = near ? leaf.width * std::pow(std::sin(pi * std::pow(along, 0.85)), 0.9) : 0;
+    return std::pair(Point{along, side}, half);
+  };
+  const auto [shadowAt, shadowHalf] = place(p - Point{0.012, 0.018});
+  behind =
+      behind * (1 - 0.38 * ramp(0.02, -0.02, std::abs(shadowAt.y) - shadowHalf) * (shadowHalf > 0 ? 1 : 0));
+  const auto [at, plainHalf] = place(p);
+  // A gently toothed edge.
+  const double half = plainHalf * (1 - 0.035 * std::abs(std::sin(at.x * 46)));
+  const double cover = plainHalf > 0 ? ramp(0.0016, -0.0016, std::abs(at.y) - half) : 0;
+  if (cover <= 0) return behind;
+  const double across = std::abs(at.y) / leaf.width;
+  const double vein = std::abs(std::fmod(at.x * 15 - across * 3.4 + 20, 1.0) - 0.5) * 2;
+  const double veins = ramp(0.86, 0.99, vein) * ramp(0.0, 0.15, across);
+  const double rib = ramp(0.0052 * (1.25 - at.x), 0.0, std::abs(at.y));
+  const double sheen = 0.5 + 0.5 * std::sin(at.x * 94 - across * 21);
+  double light = 0.35 + 0.35 * at.x + (at.y < 0 ? 0.20 : -0.04) + 0.05 * sheen;
+  light += 0.24 * (clouds({p.x * 24, p.y * 24}, 3, 330) - 0.5);
+  Colour colour = mix(leaf.dark, leaf.bright, std::clamp(light, 0.0, 1.0));
+  colour = mix(colour, hex(0xC9EFA6), 0.42 * veins + 0.75 * rib);
+  return mix(behind, colour, cover);
+}
+
+struct Ring {
+  double radius;
+  int petals;
+  double turn;
+};
+
+constexpr int ringCount = 11;
+
+/// From the outermost ring to the innermost one; each stands in the gaps of the one below it.
+constexpr Ring ringAt(int i) {
+  return {0.455 - 0.0395 * i, i < 4 ? 18 : i < 7 ? 15 : i < 9 ? 12 : 8, i * 0.5 + (i % 3) * 0.04};
+}
+
+struct Petal {
+  double inside = -1;  ///< above 0 in the petal: distance to its edge in picture heights
+  double along = 0;    ///< 0 at the heart, 1 at the tip
+  double across = 0;   ///< -1 and 1 at the edges
+  int number = 0;
+};
+
+Petal petalAt(const Ring& ring, Point p) {
+  const Point d = p - heart;
+  const double r = length(d);
+  Petal petal;
+  petal.along = 1;
+  constexpr double longest = 1.02;  // of the ring's radius
+  if (r >= ring.radius * longest) return petal;
+  const double step = 2 * pi / ring.petals;
+  const double angle = std::atan2(d.y, d.x) - ring.turn * step;
+  petal.number = static_cast<int>(std::lround(angle / step));
+  // Petals are not all of one length.
+  const double radius = ring.radius * (0.95 + 0.07 * chance(petal.number % ring.petals, ring.petals, 350));
+  petal.along = r / radius;
+  if (petal.along >= 1) return petal;
+  const double side = (angle - petal.number * step) * r;
+  const double widest = ring.radius * step * 0.60;
+  const double half =
+      widest * std::pow(std::sin(pi * std::min(1.0, 0.10 + 0.90 * std::pow(petal.along, 0.78))), 0.72);
+  petal.across = side / half;
+  petal.inside = half - std::abs(side);
+  return petal;
+}
+
+Colour petalColour(const Petal& petal, int ring, Point p) {
+  constexpr Colour outer[] = {hex(0x8E1350), hex(0xC7245F), hex(0xF4586B),
+                              hex(0xFF8A78), hex(0xFFC3A4), hex(0xFFEBD6)};
+  constexpr Colour inner[] = {hex(0x9C1A3A), hex(0xE2463F), hex(0xFF8A3C),
+                              hex(0xFFB84A), hex(0xFFDB73), hex(0xFFF2B8)};
+  const double depth = static_cast<double>(ring) / (ringCount - 1);
+  // Only the last third of a petal shows, so the colours lie close together there.
+  const double place = std::pow(petal.along, 3.4) * (0.93 + 0.07 * chance(petal.number, ring, 365));
+  const Colour colour = mix(gradient(outer, place), gradient(inner, place), ramp(0.40, 1.0, depth));
+  // A groove along the middle, fine stripes beside it, the edges turned up to the light.
+  const double groove = std::exp(-std::pow(petal.across * 5.5, 2.0));
+  const double stripes = std::sin(petal.across * 21 + std::sin(petal.number * 9.0));
+  const double turned = std::pow(std::abs(petal.across), 3.0);
+  double light = 1.0 - 0.16 * groove * (1 - petal.along) + 0.035 * stripes + 0.10 * turned;
+  light -= 0.16 * petal.across * (1 - 0.5 * petal.along);
+  light += 0.07 * (clouds({p.x * 60, p.y * 60}, 2, 360) - 0.5);
+  light *= 0.42 + 0.58 * ramp(0.30, 0.86, petal.along);
+  return colour * light;
+}
+
+Colour overFlower(Colour colour, Point p) {
+  for (int i = 0; i < ringCount; ++i) {
+    const Ring ring = ringAt(i);
+    // The shadow that this ring throws on the one below it, softer further away.
+    const Petal shadow = petalAt(ring, p - Point{0.007, 0.011});
+    if (shadow.along < 1) colour = colour * (1 - 0.46 * ramp(-0.010, 0.012, shadow.inside));
+    const Petal petal = petalAt(ring, p);
+    if (petal.along >= 1 || petal.inside <= -0.0012) continue;
+    const double cover = ramp(-0.0012, 0.0012, petal.inside);
+    const double rim = 0.20 * ramp(0.0042, 0.0, petal.inside) * petal.along;
+    colour = mix(colour, mix(petalColour(petal, i, p), hex(0xFFF6EC), rim), cover);
+  }
+  const double bud = length(p - heart);
+  if (bud < 0.045) {
+    const double angle = std::atan2(p.y - heart.y, p.x - heart.x);
+    // Seeds along two families of spirals.
+    const double seeds = std::sin(angle * 8 + bud * 260) * std::sin(angle * 5 - bud * 260);
+    const Colour core = mix(hex(0xB3471B), hex(0xFFD84F), 0.45 + 0.40 * seeds + 5.0 * (0.02 - bud));
+    colour = mix(colour, core, ramp(0.042, 0.030, bud));
+  }
+  return colour;
+}
+
+/// Drops of dew: each shows the light upside down and throws a bright spot into its own shadow.
+Colour overDew(Colour colour, Point p) {
+  constexpr Point drops[] = {{0.29, 0.19}, {0.335, 0.25},  {0.27, 0.83},   {0.335, 0.745},
+                             {1.22, 0.16}, {1.285, 0.825}, {1.20, 0.755},  {0.62, 0.30},
+                             {1.00, 0.66}, {0.57, 0.62},   {0.665, 0.925}, {0.935, 0.075}};
+  int number = 0;
+  for (const Point drop : drops) {
+    const double radius = 0.010 + 0.007 * chance(number++, 0, 380);
+    const Point d = p - drop;
+    const double away = length(d) / radius;
+    if (away > 2) continue;
+    colour = colour * (1 - 0.35 * ramp(1.5, 0.8, length(d - Point{radius * 0.35, radius * 0.5}) / radius));
+    const double cover = ramp(1.05, 0.95, away);
+    const Colour glass =
+        mix(colour * 0.86, hex(0xFFFFFF), std::clamp(0.10 + 0.42 * (d.x + d.y) / radius / 1.4, 0.0, 0.6));
+    colour = mix(colour, glass, cover);
+    colour = mix(colour, hex(0xFFFFFF),
+                 0.95 * ramp(0.30, 0.16, length(d + Point{radius * 0.38, radius * 0.42}) / radius));
+  }
+  return colour;
+}
+
+}  // namespace
+
+Picture drawDahlia(Size size) {
+  return paint::paint(size, [](Point p) {
+    Colour colour = garden(p);
+    for (const Leaf& leaf : leaves) colour = overLeaf(colour, leaf, p);
+    return overDew(overFlower(colour, p), p);
+  });
+}
+
+}  // namespace host

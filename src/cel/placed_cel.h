@@ -1,0 +1,38 @@
+#pragma once
+
+#include <vector>
+
+#include "cel/cel.h"
+#include "raster/bit_grid.h"
+#include "raster/placement.h"
+
+namespace dibkit {
+
+/// A cel at its place on the canvas. Coordinates are the canvas's; lines may be outside the cel.
+class PlacedCel {
+ public:
+  PlacedCel(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, const POINT& position);
+
+  explicit operator bool() const { return static_cast<bool>(cel_); }
+  const Box& box() const { return box_; }
+  const Cel& cel() const { return cel_; }
+
+  /// Marks where the cel shows on line y between the left and right edge of `area`: bit x of `bits` is 1
+  /// where it has an opaque pixel at area.left + x.
+  void opaqueBits(std::int64_t y, const Box& area, std::uint64_t* bits);
+
+  /// `count` pixels to the right of (x, y), all inside the cel, as blue, green, red bytes; valid until the
+  /// next call.
+  const BYTE* bgr(std::int64_t x, std::int64_t y, int count) {
+    return cel_.bgr(static_cast<int>(y - box_.top), static_cast<int>(x - box_.left), count, buffer_.data());
+  }
+
+ private:
+  Cel cel_;
+  Box box_;
+  std::vector<BYTE> buffer_;
+  std::vector<BYTE> maskPiece_;
+  std::vector<std::uint64_t> maskBits_;
+};
+
+}  // namespace dibkit

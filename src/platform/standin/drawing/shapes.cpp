@@ -1,0 +1,189 @@
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+#include "platform/guard.h"
+#include "platform/standin/drawing/device_context.h"
+#include "platform/standin/drawing/strokes.h"
+#include "platform/standin/geometry.h"
+#include "platform/standin/regions/ellipse_corner.h"
+#include "platform/standin/regions/scan_polygon.h"
+
+namespace dibkit::standin {
+
+namespace {
+
+POINT placed(const DeviceContext& context, const POINT& point) {
+  return {clampedToInt(std::int64_t{point.x} + context.origin.x),
+          clampedToInt(std::int64_t{point.y} + context.origin.y)};
+}
+
+void drawSegment(const DeviceContext& context, const POINT& from, const POINT& to) {
+  const PenObject& pen = context.pen();
+  if (pen.null) return;
+  const Nib nib{pen.width, pen.squareCaps};
+  context.paint(segmentRegion(from, to, nib, context.pixels().bounds()), pen.colour);
+}
+
+void drawOutline(const DeviceContext& context, const std::vector<POINT>& corners) {
+  const POINT* from = &corners.back();
+  for (const POINT& to : corners) {
+    drawSegment(context, *from, to);
+    from = &to;
+  }
+}
+
+void fillInterior(const DeviceContext& context, const Region& interior) {
+  if (!context.brush().null) context.paint(interior, context.brush().colour);
+}
+
+/// A curved shape as it is drawn: unlike the region of the same name it has its rectangle's full size.
+struct RoundedShape {
+  RECT rect;
+  int cornerWidth;
+  int cornerHeight;
+
+  Region region() const {
+    return roundedRegion(rect.left, rect.top, rect.right, rect.bottom, cornerWidth, cornerHeight);
+  }
+  /// The outline of all four corners, from the left side over the top.
+  std::vector<POINT> path() const;
+};
+
+std::vector<POINT> RoundedShape::path() const {
+  std::vector<POINT> corner;
+  for (EllipseCorner curve(cornerWidth, cornerHeight); !curve.done(); curve.step()) {
+    corner.push_back({curve.column(), curve.row()});
+  }
+  // In a narrow box the curve meets its mirror image below the top: the rest is straight up.
+  if (corner.back().y > 0) corner.push_back({(cornerWidth - 1) / 2, 0});
+  std::vector<POINT> points;
+  points.reserve(4 * corner.size());
+  const auto add = [&](const POINT& step, bool mirrorX, bool mirrorY) {
+    points.push_back({mirrorX ? rect.right - 1 - step.x : rect.left + step.x,
+                      mirrorY ? rect.bottom - 1 - step.y : rect.top + step.y});
+  };
+  for (auto step = corner.begin(); step != corner.end(); ++step) add(*step, false, false);
+  for (auto step = corner.rbegin(); step != corner.rend(); ++step) add(*step, true, false);
+  for (auto step = corner.begin(); step != corner.end(); ++step) add(*step, true, true);
+  for (auto step = corner.rbegin(); step != corner.rend(); ++step) add(*step, false, true);
+  return points;
+}
+
+/// The pixels of an area that have a neighbour outside it.
+Region edgeOf(const Region& area) {
+  Region inner = area;
+  for (const auto& [dx, dy] : {std::pair{1, 0}, {-1, 0}, {0, 1}, {0, -1}}) {
+    Region moved = area;
+    moved.offset(dx, dy);
+    inner = Region::combine(inner, moved, Combination::both);
+  }
+  return Region::combine(area, inner, Combination::firstOnly);
+}
+
+/// Corners of at most two pixels are none: the shape is a rectangle, which a null pen makes one pixel
+/// narrower and lower.
+void drawRectangle(const DeviceContext& context, const RECT& rect) {
+  const int rightmost = rect.right - 1;
+  const int lowest = rect.bottom - 1;
+  if (context.pen().null) {
+    fillInterior(context, Region::ofRectangle(rect.left, rect.top, rightmost, lowest));
+    return;
+  }
+  fillInterior(context, Region::ofRectangle(rect.left, rect.top, rect.right, rect.bottom));
+  drawOutline(context,
+              {{rect.left, rect.top}, {rightmost, rect.top}, {rightmost, lowest}, {rect.left, lowest}});
+}
+
+void drawRounded(const DeviceContext& context, const POINT& corner, const POINT& opposite,
+                 std::int64_t cornerWidth, std::int64_t cornerHeight) {
+  const POINT a = placed(context, corner);
+  const POINT b = placed(context, opposite);
+  const RECT rect{std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+  if (IsRectEmpty(&rect)) return;
+  const RoundedShape shape{
+      rect, clampedToInt(std::min(std::abs(cornerWidth), std::int64_t{rect.right} - rect.left)),
+      clampedToInt(std::min(std::abs(cornerHeight), std::int64_t{rect.bottom} - rect.top))};
+  if (shape.cornerWidth <= 2 || shape.cornerHeight <= 2) {
+    drawRectangle(context, rect);
+    return;
+  }
+  const Region area = shape.region();
+  fillInterior(context, area);
+  if (context.pen().null) return;
+  if (context.pen().width <= 1) {
+    context.paint(edgeOf(area), context.pen().colour);
+  } else {
+    drawOutline(context, shape.path());
+  }
+}
+
+}  // namespace
+
+}  // namespace dibkit::standin
+
+using namespace dibkit;
+using namespace dibkit::standin;
+
+int FillRect(HDC handle, const RECT* rect, HBRUSH brushHandle) {
+  const auto* context = objectOf<DeviceContext>(handle);
+  const auto* brush = objectOf<BrushObject>(brushHandle);
+  if (context == nullptr || rect == nullptr || brush == nullptr) return 0;
+  if (brush->null) return 1;
+  // Reversed sides cover the pixels that they name, the first one and the last one too.
+  const auto ordered = [](std::int64_t low, std::int64_t high) {
+    return low <= high ? std::pair{low, high} : std::pair{high + 1, low + 1};
+  };
+  const auto [left, right] = ordered(rect->left, rect->right);
+  const auto [top, bottom] = ordered(rect->top, rect->bottom);
+  const POINT& origin = context->origin;
+  const RECT area = clampedRect(left + origin.x, top + origin.y, right + origin.x, bottom + origin.y);
+  return orOutOfMemory(0, [&] {
+    context->paint(Region::ofRectangle(area.left, area.top, area.right, area.bottom), brush->colour);
+    return 1;
+  });
+}
+
+BOOL MoveToEx(HDC handle, int x, int y, POINT* before) {
+  auto* context = objectOf<DeviceContext>(handle);
+  if (context == nullptr) return FALSE;
+  const POINT old = std::exchange(context->position, POINT{x, y});
+  if (before != nullptr) *before = old;
+  return TRUE;
+}
+
+BOOL LineTo(HDC handle, int x, int y) {
+  auto* context = objectOf<DeviceContext>(handle);
+  if (context == nullptr) return FALSE;
+  const POINT from = std::exchange(context->position, POINT{x, y});
+  return orOutOfMemory(FALSE, [&] {
+    drawSegment(*context, placed(*context, from), placed(*context, {x, y}));
+    return TRUE;
+  });
+}
+
+BOOL Polygon(HDC handle, const POINT* points, int count) {
+  const auto* context = objectOf<DeviceContext>(handle);
+  if (context == nullptr || points == nullptr || count < 2) return FALSE;
+  return orOutOfMemory(FALSE, [&] {
+    std::vector<POINT> corners(points, points + count);
+    for (POINT& corner : corners) corner = placed(*context, corner);
+    fillInterior(*context, polygonRegion(corners, {0, context->pixels().height}));
+    drawOutline(*context, corners);
+    return TRUE;
+  });
+}
+
+BOOL Ellipse(HDC handle, int left, int top, int right, int bottom) {
+  return RoundRect(handle, left, top, right, bottom, INT32_MAX, INT32_MAX);
+}
+
+BOOL RoundRect(HDC handle, int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight) {
+  const auto* context = objectOf<DeviceContext>(handle);
+  if (context == nullptr) return FALSE;
+  return orOutOfMemory(FALSE, [&] {
+    drawRounded(*context, {left, top}, {right, bottom}, ellipseWidth, ellipseHeight);
+    return TRUE;
+  });
+}
