@@ -30,6 +30,7 @@ struct EffectObject : ObjectOf<CGeneralEffectFrame, 1> {
 class Ripple : public ObjectOf<CRippleEffect, 3> {
  public:
   void choose(std::size_t value) override {
+    object_.EndToRipple();  // an object does not free its water by itself
     object_ = CRippleEffect(value == 0 ? picture_.dib() : value == 1 ? nullptr : shallow_.dib(), 2);
     object_.StartToRipple();
   }
