@@ -62,7 +62,7 @@ std::vector<Task> tasksFor(const std::vector<Picture>& pictures, const Transitio
 ChosenEffect chooseEffect(const std::string& effect, const std::string& style) {
   std::vector<std::string> names;
   for (const dibkit::Effect& known : dibkit::effects()) {
-    const bool isNumber = known.number >= 0 && std::to_string(known.number) == effect;
+    const bool isNumber = known.number && std::to_string(*known.number) == effect;
     if (isNumber || sameName(known.name, effect)) return {&known, styleNamed(known, style)};
     names.emplace_back(known.name);
   }

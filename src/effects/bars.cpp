@@ -10,22 +10,22 @@ namespace {
 
 constexpr int barThickness = 4;
 
-/// The stretch [begin, end) of a line that has come in, and how far its pixels lie further along in the
-/// source. Positions may lie anywhere; what shows is clipped to the line, what is read clamped to it.
+/// The visible pixels [begin, end) of a line; position p shows source position p + shift. Positions may be
+/// outside the line: visible ones are clipped to it, source positions clamped.
 struct Arrival {
   std::int64_t begin;
   std::int64_t end;
   std::int64_t shift;
 };
 
-/// The last `d` places of `extent` show the source's first ones.
+/// The last `d` of `extent` positions show the source's first ones.
 Arrival fromFarEnd(std::int64_t extent, std::int64_t d) { return {extent - d, extent, d - extent}; }
 
-/// The first places show the source's last ones.
+/// The first `d` positions show the source's last ones.
 Arrival fromNearEnd(std::int64_t extent, std::int64_t d) { return {0, d, extent - d}; }
 
-/// One place more than has come in, on purpose: the two halves meet without a gap, and place d repeats the
-/// source's last one. The bars do without.
+/// The same with one more position, on purpose: position d repeats the source's last one, so that the two
+/// halves meet without a gap. The bars have no such extra position.
 Arrival fromNearEndInclusive(std::int64_t extent, std::int64_t d) { return {0, d + 1, extent - d}; }
 
 bool shows(const Arrival& arrival, int position) {
@@ -35,11 +35,11 @@ int sourceOf(const Arrival& arrival, int position, int extent) {
   return static_cast<int>(std::clamp<std::int64_t>(position + arrival.shift, 0, extent - 1));
 }
 
-/// Writes the part of a row that has come in; the rest is left alone.
-void arriveAlongRow(BYTE* to, const BYTE* from, int width, const Arrival& arrival) {
+/// Writes the visible pixels of a row and leaves the others alone.
+void writeArrival(BYTE* to, const BYTE* from, int width, const Arrival& arrival) {
   const auto begin = static_cast<int>(std::clamp<std::int64_t>(arrival.begin, 0, width));
   const auto end = static_cast<int>(std::clamp<std::int64_t>(arrival.end, begin, width));
-  // In between the source column runs along with x; before and after, it stands at the source's ends.
+  // Source columns are clamped to 0 before `first` and to width - 1 from `last` on.
   const auto first = static_cast<int>(std::clamp<std::int64_t>(-arrival.shift, begin, end));
   const auto last = static_cast<int>(std::clamp<std::int64_t>(width - arrival.shift, first, end));
   for (int x = begin; x < first; ++x) Bgra32::put(to, x, Bgra32::get(from, 0));
@@ -50,14 +50,13 @@ void arriveAlongRow(BYTE* to, const BYTE* from, int width, const Arrival& arriva
   for (int x = last; x < end; ++x) Bgra32::put(to, x, Bgra32::get(from, width - 1));
 }
 
-/// Pieces of the rows slide sideways; `arrivalOf(y)` says from where.
+/// Rows slide sideways; arrivalOf(y) gives the visible pixels of row y.
 template <class ArrivalOf>
 void slideRows(const ConstView& from, const View& to, ArrivalOf&& arrivalOf) {
-  for (int y = 0; y < to.height(); ++y) arriveAlongRow(to.row(y), from.row(y), to.width(), arrivalOf(y));
+  for (int y = 0; y < to.height(); ++y) writeArrival(to.row(y), from.row(y), to.width(), arrivalOf(y));
 }
 
-/// Two sets of columns slide up and down; copyFirst(to, from) and copySecond(to, from) copy theirs from one
-/// row to another.
+/// Two sets of columns slide up and down. copyFirst(to, from) and copySecond(to, from) copy one row of each.
 template <class CopyFirst, class CopySecond>
 void slideColumns(const ConstView& from, const View& to, const Arrival& first, CopyFirst&& copyFirst,
                   const Arrival& second, CopySecond&& copySecond) {
@@ -114,7 +113,7 @@ void slideBars(const ConstView& from, const View& to, bool vertically, long perc
       [&](BYTE* row, const BYTE* source) { copyBars(row, source, 0, w); });
 }
 
-/// Both effects give a picture of the frame's size; where nothing has come in it stays empty.
+/// Both effects make a piece of the frame's size, transparent where no source pixel is visible yet.
 template <class Slide>
 BOOL slideIn(const BITMAPINFOHEADER* source, long style, EffectOutput& output, Slide&& slide) {
   if (style != 0 && style != 1) return FALSE;
@@ -125,15 +124,15 @@ BOOL slideIn(const BITMAPINFOHEADER* source, long style, EffectOutput& output, S
 
 }  // namespace
 
-BOOL renderHalves(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
-  return slideIn(source, style, output, [amount](const ConstView& from, const View& to, bool vertically) {
-    slideHalves(from, to, vertically, amount);
+BOOL renderHalves(BITMAPINFOHEADER* source, long style, long percent, EffectOutput& output) {
+  return slideIn(source, style, output, [percent](const ConstView& from, const View& to, bool vertically) {
+    slideHalves(from, to, vertically, percent);
   });
 }
 
-BOOL renderBars(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output) {
-  return slideIn(source, style, output, [amount](const ConstView& from, const View& to, bool vertically) {
-    slideBars(from, to, vertically, amount);
+BOOL renderBars(BITMAPINFOHEADER* source, long style, long percent, EffectOutput& output) {
+  return slideIn(source, style, output, [percent](const ConstView& from, const View& to, bool vertically) {
+    slideBars(from, to, vertically, percent);
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -10,17 +11,17 @@
 ///
 ///     frame = effect.frame(incoming, outgoing, style, progress);
 ///
-/// A host that does the composing itself gets the piece of a numbered effect, which goes over the outgoing
-/// frame at pieceOrigin(rect):
+/// A host that does the compositing itself gets the piece of a numbered effect, which replaces what is at
+/// pieceOrigin(rect) in the outgoing frame:
 ///
 ///     const auto [a, b] = effect.parameters(progress, size, style);
-///     if (GeneralEffectFrame(effect.number, incoming, a, b, &piece, &rect) == 1) ...
+///     if (GeneralEffectFrame(*effect.number, incoming, a, b, &piece, &rect) == 1) ...
 namespace dibkit {
 
 /// What an amount counts.
 enum class AmountUnit { percent, degrees, pixels };
 
-/// A way in which an effect may run. Its value is its place in the effect's list.
+/// A way in which an effect may run. Its number is its index in the effect's list.
 struct EffectStyle {
   const char* name;   ///< for command lines: lower case, words joined by hyphens
   const char* title;  ///< for people
@@ -33,57 +34,57 @@ struct EffectParameters {
   long b = 0;
 };
 
-/// Where the top left pixel of a piece goes. It is the corner of the piece's place, but for the clock's:
-/// where that reaches out of the frame, the piece starts at the frame's edge.
+/// Where the top left pixel of a piece goes: the top left corner of its rectangle, but no further left or up
+/// than the frame's edge. Only the clock's rectangle extends beyond the frame; its piece starts at the edge.
 inline POINT pieceOrigin(const RECT& place) {
   return {place.left > 0 ? place.left : 0, place.top > 0 ? place.top : 0};
 }
 
 /// A transition.
 struct DIBKIT_API Effect {
-  /// The number that GeneralEffectFrame knows it by; -1 for a transition of whole frames.
-  int number;
-  const char* name;                     ///< for command lines: lower case, words joined by hyphens
-  const char* title;                    ///< for people
-  const char* family;                   ///< heading under which similar ones stand
-  std::span<const EffectStyle> styles;  ///< empty for an effect without styles, whose style is then 0
-  int defaultStyle;
-  AmountUnit unit;
+  /// The number for GeneralEffectFrame; none for a transition of whole frames.
+  std::optional<int> number{};
+  const char* name = nullptr;             ///< for command lines: lower case, words joined by hyphens
+  const char* title = nullptr;            ///< for people
+  const char* family = nullptr;           ///< heading for a group of similar effects
+  std::span<const EffectStyle> styles{};  ///< empty for an effect without styles, whose style is then 0
+  int defaultStyle = 0;
+  AmountUnit unit = AmountUnit::percent;
   /// It draws from the C library's generator: a host must not make two such frames at the same time.
-  bool drawsRandomNumbers;
+  bool drawsRandomNumbers = false;
 
-  /// The amount that has been reached.
+  /// The amount at a stage.
   /// \param progress 0.0 to 1.0
   /// \param picture size of the frame, at least 1 x 1
-  /// \param style place in `styles`
-  long (*amount)(double progress, const SIZE& picture, int style);
+  /// \param style index in `styles`
+  long (*amount)(double progress, const SIZE& picture, int style) = nullptr;
 
-  /// A picture that has arrived can move on and come back: its frames take progress beyond the ends, down to
-  /// -1.0 and up to 2.0.
-  bool overshoots;
+  /// `frame` takes progress beyond the ends, down to -1.0 and up to 2.0: the picture moves past its end
+  /// position and can come back.
+  bool overshoots = false;
 
-  /// How `frame` makes stages between the ends; null where they are the outgoing picture with the piece in
-  /// it.
-  OwnedDib (*compose)(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress);
+  /// Makes the stages between the ends; null where they are the outgoing picture with the piece in it.
+  OwnedDib (*compose)(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style,
+                      double progress) = nullptr;
 
   /// Whether it has no number.
-  bool isWholeFrame() const { return number < 0; }
+  constexpr bool isWholeFrame() const { return !number.has_value(); }
 
   /// Makes the frame of a stage. Where the incoming picture shows, the outgoing one does not: not through its
   /// transparent pixels either.
   /// \param incoming,outgoing 32 bits, of one size; only read
-  /// \param progress 0.0 for the outgoing picture to 1.0 for the incoming one, both then to the byte. Beyond
-  ///        them counts as the nearer end, but for an effect that overshoots: the picture of that end moves
-  ///        on by as much of its size, and its mirror image follows.
+  /// \param progress 0.0 for the outgoing picture to 1.0 for the incoming one, both exact to the byte. Beyond
+  ///        them it counts as the nearer end, except for an effect that overshoots: the picture of that end
+  ///        moves on by the excess as a share of its size, followed by its mirror image.
   /// \return the frame; null for unusable pictures, an unknown style, or when memory runs out
   OwnedDib frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) const;
 
-  /// The parameters for GeneralEffectFrame at a stage: nothing or the least shows at progress 0, the whole
-  /// incoming picture at 1. Progress outside 0 to 1 counts as the nearer end.
+  /// The parameters for GeneralEffectFrame at a stage: nothing or as little as possible shows at progress 0,
+  /// the whole incoming picture at 1. Progress outside 0 to 1 counts as the nearer end.
   EffectParameters parameters(double progress, const SIZE& picture, int style) const;
 };
 
-/// All transitions, those of one family side by side. Lives as long as the library.
+/// All transitions, grouped by family. Valid as long as the library is loaded.
 DIBKIT_API std::span<const Effect> effects();
 
 /// The transition with a command-line name, or null.

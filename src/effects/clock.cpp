@@ -20,17 +20,17 @@ int diagonalAngle(const SIZE& box) {
   return static_cast<int>(std::atan(static_cast<double>(box.cx) / box.cy) / eightDigitPi * 180.0);
 }
 
-/// A coordinate of the hand's end, truncated. A hand that points almost along the side that it should end on
-/// ends far away; it is stopped where moving it further changes no pixel of the box.
+/// A coordinate of the hand's end, truncated. A hand almost parallel to the side that it ends on ends far
+/// away; the coordinate is clamped where more would change no pixel of the box.
 int endAt(double coordinate, const SIZE& box) {
   const double limit = (box.cx + 2.0) * (box.cy + 2.0);
   return static_cast<int>(std::clamp(coordinate, -limit, limit));
 }
 
-/// The part of a box that a hand, at twelve o'clock at first, has passed: the centre, the middle of the top
-/// side, the corners passed, and the end of the hand. Which side the hand ends on is told by the diagonal's
-/// angle in whole degrees, so that just before the second and the fourth corner its end lies a little outside
-/// the box, on purpose. A hand before twelve o'clock or past a full turn still ends on the top side.
+/// The part of a box that a hand has swept, starting at twelve o'clock: a polygon of the centre, the middle
+/// of the top side, the corners passed, and the end of the hand. The side that the hand ends on follows from
+/// the diagonal's angle in whole degrees. So just before the second and the fourth corner its end is a little
+/// outside the box, on purpose. A hand before twelve o'clock or past a full turn ends on the top side.
 std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int diagonal) {
   const auto [w, h] = box;
   const double hw = w / 2.0;
@@ -47,7 +47,7 @@ std::vector<POINT> clockPolygon(const SIZE& box, int angle, bool clockwise, int 
     points.push_back(end);
   };
   if (angle <= diagonal) {
-    // Only here the halves are whole numbers and the distance alone is truncated.
+    // Only here the half is a whole number and the distance is truncated by itself.
     pass(0, {w / 2 + side * endAt(tangent(angle) * hh, box), 0});
   } else if (angle <= 180 - diagonal) {
     pass(1, {nearSide, endAt(tangent(angle - 90) * hw + hh, box)});
@@ -70,7 +70,7 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
   // A picture too small for ten tiles has tiles of one pixel.
   const int tileWidth = std::max<int>(picture.cx / 10, 1);
   const int tileHeight = std::max<int>(picture.cy / 10, 1);
-  // All tiles are alike but for those that the right and the bottom side cut off.
+  // All tiles are equal, except those that the right and the bottom side cut off.
   std::array<OwnedRegion, 4> clocks;
   const auto clockOf = [&](const SIZE& tile) {
     OwnedRegion& clock = clocks[(tile.cx < tileWidth ? 1U : 0U) + (tile.cy < tileHeight ? 2U : 0U)];
@@ -90,8 +90,8 @@ OwnedRegion manyClocks(const SIZE& picture, int angle, bool clockwise) {
 
 }  // namespace
 
-long fullCoverageManyClocksAngle(const SIZE& picture, long direction) {
-  return leastFullCoverage(picture, fullTurn, [&](long angle) {
+long fullCoverageOfManyClocks(const SIZE& picture, long direction) {
+  return minimumFullCoverage(picture, fullTurn, [&](long angle) {
     return manyClocks(picture, static_cast<int>(angle), direction != 0);
   });
 }
@@ -99,8 +99,8 @@ long fullCoverageManyClocksAngle(const SIZE& picture, long direction) {
 BOOL renderClock(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {
   const OwnedRegion region =
       clockRegion(sizeOf(source), clampAmount(angle, INT_MIN, INT_MAX), direction != 0);
-  // The place is that of the hand's polygon before it is clipped, unlike all other effects': where the hand's
-  // end lies outside the picture, it is larger than the piece. Hosts know and clip it themselves.
+  // Unlike those of all other effects, the rectangle is that of the polygon before it is clipped, on purpose:
+  // where the hand's end is outside the picture, it is larger than the piece. Hosts clip it themselves.
   RECT box{};
   GetRgnBox(region.get(), &box);
   const BOOL made = cutPiece(source, region, output);

@@ -6,7 +6,6 @@
 
 #include "dib/allocate.h"
 #include "dib/view.h"
-#include "effects/catalogue.h"
 #include "effects/fade.h"
 #include "effects/numbered.h"
 #include "effects/piece.h"
@@ -19,7 +18,7 @@ namespace {
 
 long percentAt(double progress) { return std::lround(progress * 100.0); }
 
-/// A new picture of the same size; put(to, from, width) writes each of its rows.
+/// A new picture of the same size; put(to, from, width) writes each row.
 template <class PutRow>
 OwnedDib rowByRow(const BITMAPINFOHEADER* picture, PutRow&& put) {
   const ConstView from = viewOfDepth(picture, 32);
@@ -38,33 +37,31 @@ OwnedDib pixelByPixel(const BITMAPINFOHEADER* picture, Rule&& rule) {
   });
 }
 
-constexpr DWORD opaque = 0xFF000000;
+constexpr DWORD alphaOf(DWORD pixel) { return pixel >> 24; }
 
-constexpr DWORD opacityOf(DWORD pixel) { return pixel >> 24; }
-
-/// Each colour channel c of a pixel as rule(c), and an opacity.
+/// A pixel of rule(c) for each colour channel c of another, and an alpha.
 template <class Rule>
-DWORD colourBy(DWORD pixel, DWORD opacity, Rule&& rule) {
-  return rule(pixel & 255) | rule(pixel >> 8 & 255) << 8 | rule(pixel >> 16 & 255) << 16 | opacity << 24;
+DWORD colourBy(DWORD pixel, DWORD alpha, Rule&& rule) {
+  return rule(pixel & 255) | rule(pixel >> 8 & 255) << 8 | rule(pixel >> 16 & 255) << 16 | alpha << 24;
 }
 
-/// The picture thawed out of its blocks. Blocks are opaque and show hidden colours too, so a picture with
-/// transparent pixels takes two: one of its colours weighted by opacity, one of its opacity.
+/// The picture in blocks. renderThaw ignores alpha, so a picture with transparent pixels takes two calls: one
+/// for its premultiplied colours and one for its alpha.
 OwnedDib thawed(BITMAPINFOHEADER* picture, long percent) {
   const auto render = [percent](BITMAPINFOHEADER* source) {
     EffectOutput output{};
-    renderThaw(source, percent, output);
+    renderThaw(source, 0, percent, output);
     return OwnedDib(output.image);
   };
   if (isOpaque(ConstView(picture))) return render(picture);
-  const OwnedDib weighted = pixelByPixel(picture, [](DWORD pixel) {
-    return colourBy(pixel, 255, [&](DWORD c) { return (c * opacityOf(pixel) + 127) / 255; });
+  const OwnedDib premultiplied = pixelByPixel(picture, [](DWORD pixel) {
+    return colourBy(pixel, 255, [&](DWORD c) { return (c * alphaOf(pixel) + 127) / 255; });
   });
-  const OwnedDib opacity = pixelByPixel(
-      picture, [](DWORD pixel) { return colourBy(pixel, 255, [&](DWORD) { return opacityOf(pixel); }); });
-  if (!weighted || !opacity) return nullptr;
-  const OwnedDib blocks = render(weighted.get());
-  OwnedDib stage = render(opacity.get());
+  const OwnedDib alphas = pixelByPixel(
+      picture, [](DWORD pixel) { return colourBy(pixel, 255, [&](DWORD) { return alphaOf(pixel); }); });
+  if (!premultiplied || !alphas) return nullptr;
+  const OwnedDib blocks = render(premultiplied.get());
+  OwnedDib stage = render(alphas.get());
   if (!blocks || !stage) return nullptr;
   const View to(stage.get());
   forEachCommonRow(
@@ -80,21 +77,22 @@ OwnedDib thawed(BITMAPINFOHEADER* picture, long percent) {
   return stage;
 }
 
-/// A stage that hides the whole outgoing picture, faded in until a share of the way is done.
-OwnedDib fadedIn(OwnedDib stage, const BITMAPINFOHEADER* outgoing, double progress, double until) {
-  return progress < until && stage ? fade(stage.get(), outgoing, progress / until) : std::move(stage);
+/// Fades a stage in, which by itself hides the whole outgoing picture.
+OwnedDib fadedIn(OwnedDib stage, const BITMAPINFOHEADER* outgoing, double progress) {
+  constexpr double fadeEnd = 0.4;
+  return progress < fadeEnd && stage ? fade(stage.get(), outgoing, progress / fadeEnd) : std::move(stage);
 }
 
-/// The sides of GenerateRunPushEffect from which a picture comes or goes sideways, and up or down.
-constexpr bool isSideways(long direction) { return direction % 4 != 2; }
-constexpr bool isUpOrDown(long direction) { return direction % 4 != 0; }
+/// Whether a direction of GenerateRunPushEffect moves pictures horizontally or vertically; diagonals do both.
+constexpr bool isHorizontal(long direction) { return direction % 4 != 2; }
+constexpr bool isVertical(long direction) { return direction % 4 != 0; }
 
-OwnedDib mirrored(const BITMAPINFOHEADER* picture, bool sideways, bool upOrDown) {
+OwnedDib mirrored(const BITMAPINFOHEADER* picture, bool horizontally, bool vertically) {
   const ConstView from = viewOfDepth(picture, 32);
   int y = 0;
   return rowByRow(picture, [&](BYTE* to, const BYTE* row, int width) {
-    if (upOrDown) row = from.row(from.height() - 1 - y++);
-    if (!sideways) {
+    if (vertically) row = from.row(from.height() - 1 - y++);
+    if (!horizontally) {
       std::memcpy(to, row, static_cast<std::size_t>(width) * 4);
       return;
     }
@@ -116,7 +114,7 @@ OwnedDib composeDiamonds(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
   const auto percent = static_cast<int>(percentAt(progress));
   if (isOpaque(ConstView(incoming)) && isOpaque(ConstView(outgoing)))
     return OwnedDib(DiamondEffectDIB(incoming, outgoing, 0, 0, percent));
-  // The effect itself looks at no opacity. From black to white, it shows how far each pixel has come.
+  // The effect ignores alpha. Run from black to white, it gives each pixel's share of the incoming picture.
   const OwnedDib white = pixelByPixel(incoming, [](DWORD) { return 0xFFFFFFFF; });
   if (!white) return nullptr;
   const OwnedDib shares(DiamondEffectDIB(white.get(), nullptr, 0, 1, percent));
@@ -128,36 +126,35 @@ OwnedDib composePush(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int
 }
 
 OwnedDib composeThaw(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  constexpr double fadesUntil = 0.4;
-  return orOutOfMemory<OwnedDib>(nullptr, [&] {
-    return fadedIn(thawed(incoming, percentAt(1.0 - progress)), outgoing, progress, fadesUntil);
-  });
+  return orOutOfMemory<OwnedDib>(
+      nullptr, [&] { return fadedIn(thawed(incoming, percentAt(1.0 - progress)), outgoing, progress); });
 }
 
 OwnedDib composeFilm(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) {
-  constexpr double fadesUntil = 0.4;
   EffectOutput output{};
-  // At 0 percent there is no stage.
+  // There is no piece at 0 percent.
   if (renderFilm(incoming, style, std::max(percentAt(progress), 1L), output) == FALSE) return nullptr;
-  return fadedIn(OwnedDib(output.image), outgoing, progress, fadesUntil);
+  return fadedIn(OwnedDib(output.image), outgoing, progress);
 }
 
-OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, long a, long b) {
+OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
+                      EffectParameters parameters) {
   OwnedDib frame = copyOf(outgoing);
   if (!frame) return nullptr;
   RECT place{};
   const auto render = [&](BITMAPINFOHEADER* picture) {
     BITMAPINFOHEADER* piece = nullptr;
-    // Neither "nothing shows yet" nor a piece that is null is a failure.
-    return OwnedDib(GeneralEffectFrame(number, picture, a, b, &piece, &place) != 0 ? piece : nullptr);
+    GeneralEffectFrame(number, picture, parameters.a, parameters.b, &piece, &place);
+    return OwnedDib(piece);
   };
   const OwnedDib piece = render(incoming);
-  if (!piece) return frame;
-  // A piece is transparent where it doesn't cover; that of an opaque picture nowhere else.
+  if (!piece) return frame;  // nothing shows at this stage
+  // The piece of an opaque picture is transparent only where it does not cover the frame. A picture with
+  // transparent pixels needs the piece of an opaque copy to tell the two apart.
   OwnedDib opaquePiece;
   if (!isOpaque(ConstView(incoming))) {
-    const OwnedDib twin = pixelByPixel(incoming, [](DWORD pixel) { return pixel | opaque; });
-    opaquePiece = twin ? render(twin.get()) : nullptr;
+    const OwnedDib opaque = pixelByPixel(incoming, [](DWORD pixel) { return pixel | opaqueAlpha; });
+    opaquePiece = opaque ? render(opaque.get()) : nullptr;
     if (!opaquePiece) return nullptr;
   }
   const POINT origin = pieceOrigin(place);
@@ -165,7 +162,7 @@ OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* 
       [](int count, BYTE* to, const BYTE* from, const BYTE* cover) {
         for (int x = 0; x < count; ++x) {
           const DWORD old = Bgra32::get(to, x);
-          Bgra32::put(to, x, opacityOf(Bgra32::get(cover, x)) != 0 ? Bgra32::get(from, x) : old);
+          Bgra32::put(to, x, alphaOf(Bgra32::get(cover, x)) != 0 ? Bgra32::get(from, x) : old);
         }
       },
       Placed{View(frame.get()), POINT{}}, Placed{ConstView(piece.get()), origin},
@@ -175,7 +172,7 @@ OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* 
 
 OwnedDib moveOn(BITMAPINFOHEADER* picture, long direction, double share) {
   const long from = share < 0 ? (direction + 4) % 8 : direction;
-  const OwnedDib mirror = mirrored(picture, isSideways(from), isUpOrDown(from));
+  const OwnedDib mirror = mirrored(picture, isHorizontal(from), isVertical(from));
   if (!mirror) return nullptr;
   return OwnedDib(GenerateRunPushEffect(mirror.get(), picture, from, percentAt(std::abs(share))));
 }

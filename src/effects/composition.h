@@ -1,9 +1,9 @@
 #pragma once
 
-#include "dib/dib.h"
+#include "effects/catalogue.h"
 
 /// \file
-/// Whole frames of transitions. Pictures are those of `Effect::frame`: 32 bits, of one size, with pixels.
+/// Whole frames of transitions, from the pictures of `Effect::frame`: 32 bits, of one size, with pixels.
 /// Every function gives null when memory runs out.
 namespace dibkit {
 
@@ -12,19 +12,20 @@ using Compose = OwnedDib(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
 
 Compose composeFade;
 Compose composeRipple;
-Compose composeDiamonds;  ///< fades by bands; what is transparent in a picture fades too
-Compose composePush;      ///< from one of the four sides, numbered as the carpet's are
-Compose composeThaw;      ///< fades in as it starts, since its first stage hides the outgoing picture already
+Compose composeDiamonds;  ///< fades by bands, alpha included
+Compose composePush;      ///< from one of the four sides
+Compose composeThaw;      ///< fades in at first, since even its first stage hides the outgoing picture
 Compose composeFilm;      ///< likewise
 
-/// The outgoing picture, and in the place of what the piece covers the piece: where the incoming picture is
-/// transparent there, so is the frame.
-/// \param number,a,b an effect that makes a piece, and its parameters
-OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, long a, long b);
+/// The outgoing picture with the piece in it. The piece replaces what it covers: where the incoming picture
+/// is transparent there, the frame is transparent.
+/// \param number of an effect that makes a piece
+OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
+                      EffectParameters parameters);
 
-/// A picture moved on by a share of its size, away from the side that it came from; its mirror image follows.
-/// \param direction 0 to 7, where it came from, numbered as for the push
-/// \param share -1 to 1; below 0 it moves back
+/// A picture moved away from the side that it came from, with its mirror image beside it.
+/// \param direction 0 to 7, where it came from, numbered as for GenerateRunPushEffect
+/// \param share of its size by which it moves, -1 to 1; below 0 it moves back
 OwnedDib moveOn(BITMAPINFOHEADER* picture, long direction, double share);
 
 }  // namespace dibkit

@@ -11,7 +11,7 @@
 namespace dibkit {
 namespace {
 
-/// Diamonds about the centre, number k reaching k steps out.
+/// Diamonds around the centre; number k extends k steps from it.
 struct Diamonds {
   explicit Diamonds(const SIZE& picture)
       : w(picture.cx),
@@ -21,11 +21,12 @@ struct Diamonds {
         stepY(std::max<int>(picture.cy / 10, 1)) {}
 
   bool exists(std::int64_t k) const { return k * stepX < 2 * w && k * stepY < 2 * h; }
-  /// Whether diamond k holds the whole picture: whether the farthest corner lies inside it.
+  /// Whether diamond k contains the whole picture, that is, its farthest corner (x, y) from the centre:
+  /// x / halfWidth + y / halfHeight < 1.
   bool covers(std::int64_t k) const {
-    const std::int64_t reachX = k * stepX;
-    const std::int64_t reachY = k * stepY;
-    return (w - centre.x) * reachY + (h - centre.y) * reachX < reachX * reachY;
+    const std::int64_t halfWidth = k * stepX;
+    const std::int64_t halfHeight = k * stepY;
+    return (w - centre.x) * halfHeight + (h - centre.y) * halfWidth < halfWidth * halfHeight;
   }
 
   std::int64_t w, h;
@@ -33,12 +34,12 @@ struct Diamonds {
   int stepX, stepY;
 };
 
-/// The bands: the first diamond, and from the third on every odd one without the one before it. The last
-/// diamond counts only when its number is odd.
+/// The bands: diamond 1, diamond 3 without diamond 2, diamond 5 without diamond 4 and so on. A last diamond
+/// with an even number is left out.
 ///
-/// Since each diamond lies in the next one, a pixel is in a band when it lies in an odd number of diamonds,
-/// and the even-odd rule counts just that when all are drawn as one polygon; the line that leads from each to
-/// the next is crossed twice. Diamonds that hold the whole picture may be left out in pairs.
+/// Each diamond is inside the next one, so a pixel is in a band when an odd number of diamonds contain it.
+/// That is the even-odd rule, so one polygon draws them all; the line from each diamond to the next has no
+/// effect, because it is drawn twice. Pairs of diamonds that contain the whole picture are left out.
 OwnedRegion bandRegion(const SIZE& picture) {
   const Diamonds diamonds(picture);
   std::vector<POINT> points;
@@ -57,10 +58,7 @@ OwnedRegion bandRegion(const SIZE& picture) {
   return OwnedRegion(CreatePolygonRgn(points.data(), static_cast<int>(points.size()), ALTERNATE));
 }
 
-constexpr DWORD opaque = 0xFF000000;
-
-/// The weight of the outgoing picture where the frame fades. Its low byte, so that a percentage outside 0 to
-/// 100 is a weight too.
+/// The weight of the outgoing picture where the frame fades, modulo 256 for a percentage outside 0 to 100.
 BYTE weightAt(int percent) {
   const std::int64_t end = percent > 50 ? 100 : 50;
   return lowByte((end - percent) * 255 / 50);
@@ -76,13 +74,13 @@ void mixPixels(BYTE* to, const BYTE* in, const BYTE* out, int count, int weight)
 }
 
 void copyAsOpaque(BYTE* to, const BYTE* from, int count) {
-  for (int i = 0; i < count; ++i) Bgra32::put(to, i, Bgra32::get(from, i) | opaque);
+  for (int i = 0; i < count; ++i) Bgra32::put(to, i, Bgra32::get(from, i) | opaqueAlpha);
 }
 
-/// The rows of the outgoing picture, or those of a plain colour, which are all one.
+/// The rows of the outgoing picture, or of a single colour.
 class OutgoingRows {
  public:
-  /// Rows of the incoming picture's size, whatever size the outgoing one has; not valid when it has fewer
+  /// The outgoing picture's pixels in rows of the incoming picture's width; not valid when it has fewer
   /// pixels.
   OutgoingRows(const ConstView& outgoing, const ConstView& incoming) : stride_(incoming.stride()) {
     const std::int64_t needed = incoming.stride() * std::int64_t{incoming.height()};
@@ -97,7 +95,7 @@ class OutgoingRows {
   OutgoingRows& operator=(const OutgoingRows&) = delete;
 
   bool valid() const { return bottom_ != nullptr; }
-  /// \param fromBottom number of the row in memory
+  /// \param fromBottom number of the row, 0 at the bottom
   const BYTE* row(int fromBottom) const { return bottom_ + fromBottom * stride_; }
 
  private:
@@ -106,61 +104,39 @@ class OutgoingRows {
   std::ptrdiff_t stride_ = 0;
 };
 
-/// The diamond transition. Holds its pictures for one frame only.
-class CDiamondEffect {
- public:
-  CDiamondEffect(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, DWORD colour,
-                 bool useColour, int percent)
-      : percent_(percent),
-        incoming_(viewOfDepth(incoming, 32)),
-        outgoing_(viewOfDepth(outgoing, 32)),
-        colour_(fromColorRef(colour)),
-        useColour_(useColour) {}
-
-  OwnedDib compose() const {
-    if (!incoming_ || incoming_.width() == 0 || incoming_.height() == 0) return nullptr;
-    const OutgoingRows outgoing =
-        useColour_ ? OutgoingRows(colour_, incoming_) : OutgoingRows(outgoing_, incoming_);
-    if (!outgoing.valid()) return nullptr;
-    const SIZE size{incoming_.width(), incoming_.height()};
-    OwnedDib frame = createDib(size.cx, size.cy, 32, 0, InitialPixels::unwritten);
-    if (!frame) return nullptr;
-    const OwnedRegion region = bandRegion(size);
-    const RegionSpans bands(region.get());
-    if (!bands.valid()) return nullptr;
-    const View to(frame.get());
-    for (int y = 0; y < size.cy; ++y) {
-      composeRow(to.row(y), incoming_.row(y), outgoing.row(size.cy - 1 - y), y, bands);
-    }
-    return frame;
-  }
-
- private:
-  void composeRow(BYTE* to, const BYTE* in, const BYTE* out, int y, const RegionSpans& bands) const {
+/// The frame; null for unusable pictures.
+OwnedDib diamondFrame(const ConstView& incoming, const OutgoingRows& outgoing, int percent) {
+  const SIZE size{incoming.width(), incoming.height()};
+  if (!outgoing.valid() || size.cx == 0 || size.cy == 0) return nullptr;
+  OwnedDib frame = createDib(size.cx, size.cy, 32, 0, InitialPixels::unwritten);
+  if (!frame) return nullptr;
+  const OwnedRegion region = bandRegion(size);
+  const RegionSpans bands(region.get());
+  if (!bands.valid()) return nullptr;
+  const View target(frame.get());
+  for (int y = 0; y < size.cy; ++y) {
+    BYTE* to = target.row(y);
+    const BYTE* in = incoming.row(y);
+    const BYTE* out = outgoing.row(size.cy - 1 - y);
     const auto mix = [&](int left, int right) {
       const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
-      mixPixels(to + offset, in + offset, out + offset, right - left, weightAt(percent_));
+      mixPixels(to + offset, in + offset, out + offset, right - left, weightAt(percent));
     };
-    const auto keep = [to](const BYTE* from) {
+    const auto copy = [to](const BYTE* from) {
       return [to, from](int left, int right) {
         const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
         copyAsOpaque(to + offset, from + offset, right - left);
       };
     };
-    // The bands fade first, the gaps afterwards.
-    if (percent_ <= 50) {
-      bands.splitRow(y, 0, incoming_.width(), mix, keep(out));
+    // First the bands fade, then the gaps between them.
+    if (percent <= 50) {
+      bands.splitRow(y, 0, size.cx, mix, copy(out));
     } else {
-      bands.splitRow(y, 0, incoming_.width(), keep(in), mix);
+      bands.splitRow(y, 0, size.cx, copy(in), mix);
     }
   }
-
-  int percent_;
-  ConstView incoming_;
-  ConstView outgoing_;
-  Rgb colour_;
-  bool useColour_;
-};
+  return frame;
+}
 
 }  // namespace
 }  // namespace dibkit
@@ -170,8 +146,12 @@ using namespace dibkit;
 BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                    unsigned long colour, int useColour, int percent) {
   return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
-    return CDiamondEffect(incoming, outgoing, static_cast<DWORD>(colour), useColour != 0, percent)
-        .compose()
+    const ConstView in = viewOfDepth(static_cast<const BITMAPINFOHEADER*>(incoming), 32);
+    const ConstView out = viewOfDepth(static_cast<const BITMAPINFOHEADER*>(outgoing), 32);
+    return diamondFrame(in,
+                        useColour != 0 ? OutgoingRows(fromColorRef(static_cast<DWORD>(colour)), in)
+                                       : OutgoingRows(out, in),
+                        percent)
         .release();
   });
 }

@@ -4,19 +4,20 @@
 
 /// \file
 /// Transitions between two animation frames. For each stage the library makes one picture: the part of the
-/// incoming frame that shows at that stage, and where it goes. The host lays it over the outgoing frame.
-/// `effects/catalogue.h` names the effects and says which parameters a stage takes.
+/// incoming frame that shows at that stage, and where it goes. The host composites it over the outgoing
+/// frame. `effects/catalogue.h` names the effects and gives the parameters of a stage.
 
 /// What an effect gives for one stage.
 struct EffectOutput {
-  /// The piece: a new 32-bit image, opacity 0 where nothing shows. Owned by whoever holds the record.
+  /// The piece: a new 32-bit image, alpha 0 where nothing shows. The caller owns it.
   BITMAPINFOHEADER* image;
   /// Where the piece goes, in pixels from the top-left pixel of the frame.
   RECT rect;
 };
 
-/// What all effects are: objects that are made for one stage, told their two parameters, asked once, and
-/// deleted.
+/// The interface of an effect as an object, for hosts that derive effects of their own: an object is made for
+/// one stage, receives its two parameters, makes one piece and is deleted. The numbered effects are
+/// functions.
 class DIBKIT_API CGeneralEffectFrame {
  public:
   CGeneralEffectFrame() {}
@@ -28,10 +29,10 @@ class DIBKIT_API CGeneralEffectFrame {
   // Hosts call these three by their slots: the order is part of the interface.
   virtual ~CGeneralEffectFrame();
   /// Makes the piece of the stage.
-  /// \return not 0 when the record was written; this class makes nothing
+  /// \return not 0 when `output` was written; this class makes nothing
   virtual BOOL GenerateFrame(EffectOutput* output);
-  /// Takes the style and the amount: an effect with styles takes the style first, one without takes the
-  /// amount first and ignores the second; this class ignores both.
+  /// Sets style and amount, in this order; an effect without styles takes the amount first and ignores the
+  /// second. This class ignores both.
   virtual void SetParameters(long a, long b);
 
  protected:
@@ -62,46 +63,45 @@ class DIBKIT_API CGeneralEffectFrame {
 /// | 17 unrolls like a carpet | from 0 left, 1 top, 2 right, 3 bottom | percent |
 ///
 /// An amount outside its range is harmless and as a rule counts as the nearer end; the door, the centre line
-/// and the clock hands take any angle. Effects 5 and 6 show the whole picture above 100 percent, whatever
-/// their cells leave.
+/// and the clock hands take any angle. Effects 5 and 6 show the whole picture above 100 percent, also where
+/// their cells do not cover it.
 ///
 /// Effects 5, 6 and 14 draw from the C library's generator, which they seed from the picture's size: equal
-/// arguments give equal pieces and a larger amount shows all that a smaller one does, but two of them must
-/// not run at the same time.
+/// arguments give equal pieces, and a larger amount shows all that a smaller one does. Two of them must not
+/// run at the same time.
 ///
-/// Two effects have a place of their own: that of 1 may reach out of the frame where the piece doesn't, and
-/// 16 gives 1 even when memory ran out and the piece is null.
+/// There are two exceptions: the rectangle of 1 may extend beyond the frame, although the piece does not, and
+/// 16 returns 1 even when memory ran out and the piece is null.
 ///
-/// Film (8), for a picture of extent n across the lines that are drawn and front = n x percent / 100,
-/// truncated: the piece has the picture's size; its lines before the front are the picture's, all others
-/// repeat the picture's line number `front`. Nothing is made at 0 percent.
+/// Film (8): the piece has the picture's size. n is the number of lines (rows or columns), front =
+/// floor(n x percent / 100). Lines before the front are the picture's; all others repeat the picture's line
+/// `front`. There is no piece at 0 percent.
 ///
-/// Carpet (17), for a picture of extent n across its roll, lines counted from the side that it starts at:
-/// flat = n x percent / 100, truncated, lines lie flat and are the picture's. Then come the
-/// roll = n x (100 - percent) / 1000 lines, rounded up, of the roll. Line k of it, with
-/// v = (2 k + 1 - roll) / roll, shows the picture's line flat + roll / 2 x (1 + pi - asin v), truncated, at
-/// most n - 1, its colours times light / 255, truncated, light = 64 + (191 x square root of (1 - v x v),
-/// truncated). The piece is these lines, at the side that they start at; opacity is the source's.
+/// Carpet (17): n is the number of lines parallel to the roll, counted from the side that it starts at. The
+/// piece has flat = floor(n x percent / 100) lines as in the picture, followed by
+/// roll = ceil(n x (100 - percent) / 1000) lines of the roll. With v = (2 k + 1 - roll) / roll, line k of the
+/// roll is the picture's line min(n - 1, floor(flat + roll / 2 x (1 + pi - asin(v)))), each colour c darkened
+/// to floor(c x light / 255) with light = 64 + floor(191 x sqrt(1 - v x v)). Alpha is the source's.
 ///
 /// \param effect number of the effect
 /// \param source the incoming frame, 32 bits; only read
 /// \param a,b style and amount, as the table says
 /// \param outImage receives the piece, owned by the caller
-/// \param outRect receives the piece's place in the frame
+/// \param outRect receives the piece's rectangle in the frame
 /// \return 1; or 0 with neither pointer written for an unknown effect or style, a stage that shows nothing
-///         at all, an image that is not a 32-bit one with pixels, or when memory runs out
+///         at all, an image without pixels or of another depth, or when memory runs out
 DIBKIT_API int GeneralEffectFrame(int effect, BITMAPINFOHEADER* source, long a, long b,
                                   BITMAPINFOHEADER** outImage, RECT* outRect);
 
 /// Makes one whole frame of a transition through concentric diamond bands. In the first half the bands fade
-/// from the outgoing picture to the incoming one, in the second half the gaps between them follow.
+/// from the outgoing picture to the incoming one, in the second half the gaps between them do.
 ///
-/// \param incoming 32 bits; its opacity is not looked at
-/// \param outgoing 32 bits, with no fewer pixels than the incoming one, read as if it had its size; ignored
-///        when useColour is set
-/// \param colour a COLORREF that stands for the outgoing picture
+/// \param incoming 32 bits; its alpha is ignored
+/// \param outgoing 32 bits, with no fewer pixels than the incoming one, read as if it had the same size;
+///        ignored when useColour is set
+/// \param colour a COLORREF, used in place of the outgoing picture
 /// \param useColour not 0 to fade from the colour
-/// \param percent 0 to 100; others still give a frame, with the low byte of their weight
+/// \param percent 0 to 100; other numbers still give a frame, with the low byte of their weight
 /// \return a new opaque image of the incoming one's size, owned by the caller; null for unusable images or
 ///         when memory runs out
 DIBKIT_API BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
@@ -110,17 +110,17 @@ DIBKIT_API BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAP
 /// Makes one whole frame of a transition in which the incoming picture pushes the outgoing one out of the
 /// frame.
 ///
-/// With dx = width x percent / 100 and dy = height x percent / 100, truncated, the incoming picture shows
-/// where effect 12 would show it, the part of it that effect 12 would show. The outgoing picture moves the
-/// same way, by dx where the incoming one moves sideways and by dy where it moves up or down. From a corner
-/// it leaves room beside the incoming picture, and there its mirror image continues it: from the left, column
+/// The incoming picture shows the same part in the same place as with effect 12. The outgoing picture moves
+/// the same way, by dx = floor(width x percent / 100) where the incoming one moves sideways and by
+/// dy = floor(height x percent / 100) where it moves up or down. When the incoming picture comes from a
+/// corner, it leaves a gap beside it, which the outgoing picture's mirror image fills: from the left, column
 /// dx - 1 is like column dx, dx - 2 like dx + 1 and so on, and the other sides likewise. So every pixel is
-/// one of a picture's, opacity and all.
+/// a pixel of one of the pictures, with its alpha.
 ///
 /// \param incoming,outgoing 32 bits, of one size
 /// \param direction 0 to 7, where the incoming picture comes from, numbered as for effect 12
 /// \param percent 0 to 100; beyond it counts as the nearer end
-/// \return a new image, owned by the caller; null for an unknown direction, pictures that don't match, or
+/// \return a new image, owned by the caller; null for an unknown direction, pictures of different sizes, or
 ///         when memory runs out
 DIBKIT_API BITMAPINFOHEADER* GenerateRunPushEffect(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                                    long direction, long percent);

@@ -16,40 +16,42 @@ bool isOpaque(const BYTE* row, int width) {
   return common >> 24 == 255;
 }
 
-/// byte = (in * weight + out * (255 - weight)) / 255, rounded
-void fadeOpaqueRow(BYTE* to, const BYTE* in, const BYTE* out, int bytes, std::uint16_t weight) {
-  const auto rest = static_cast<std::uint16_t>(255 - weight);
+/// byte = (in * share + out * (255 - share)) / 255, rounded
+void fadeOpaqueRow(BYTE* to, const BYTE* in, const BYTE* out, int bytes, std::uint16_t share) {
+  const auto rest = static_cast<std::uint16_t>(255 - share);
   for (int i = 0; i < bytes; ++i) {
-    const auto sum = static_cast<std::uint16_t>(in[i] * weight + out[i] * rest + 127);
+    const auto sum = static_cast<std::uint16_t>(in[i] * share + out[i] * rest + 127);
     to[i] = static_cast<BYTE>(sum / 255);
   }
 }
 
-/// opacity = (weight of in + weight of out) / 255, a picture's weight being its share times its opacity;
-/// colour = the mean of both, by these weights. Opaque pixels come out as in fadeOpaqueRow.
-/// \param shareAt tells the share of the incoming picture in a column, 0 to 255
+/// With weightIn = share * alpha of in and weightOut = (255 - share) * alpha of out:
+///     alpha = (weightIn + weightOut) / 255, rounded
+///     colour = (in * weightIn + out * weightOut) / (weightIn + weightOut), rounded
+/// For opaque pixels that is the formula of fadeOpaqueRow.
+/// \param shareAt shareAt(x) is the share of the incoming picture in a column, 0 to 255
 template <class ShareAt>
 void fadeRow(BYTE* __restrict to, const BYTE* in, const BYTE* out, int width, ShareAt&& shareAt) {
   for (int x = 0; x < width; ++x) {
-    const int weight = shareAt(x);
+    const int share = shareAt(x);
     const auto p = static_cast<std::int32_t>(Bgra32::get(in, x));
     const auto q = static_cast<std::int32_t>(Bgra32::get(out, x));
-    const int weightIn = weight * (p >> 24 & 255);
-    const int weightOut = (255 - weight) * (q >> 24 & 255);
+    const int weightIn = share * (p >> 24 & 255);
+    const int weightOut = (255 - share) * (q >> 24 & 255);
     const int sum = weightIn + weightOut;
-    // Numerators stay below 2^24 and quotients below 256, so that the single-precision quotient truncates
-    // to the exact one.
+    // Numerators are below 2^24 and quotients below 256, so the single-precision quotient truncates to the
+    // exact one.
     const float divisor = static_cast<float>(sum + (sum == 0 ? 1 : 0));
     const auto mixed = [&](int shift) {
       const int numerator = (p >> shift & 255) * weightIn + (q >> shift & 255) * weightOut + sum / 2;
       return static_cast<DWORD>(static_cast<int>(static_cast<float>(numerator) / divisor)) << shift;
     };
-    const DWORD opacity = static_cast<DWORD>((sum + 127) / 255) << 24;
-    Bgra32::put(to, x, opacity | mixed(16) | mixed(8) | mixed(0));
+    const DWORD alpha = static_cast<DWORD>((sum + 127) / 255) << 24;
+    Bgra32::put(to, x, alpha | mixed(16) | mixed(8) | mixed(0));
   }
 }
 
-/// A new frame whose rows are put(to, in, out, y); null for pictures that don't match.
+/// A new frame; put(to, in, out, y) writes each row.
 template <class PutRow>
 OwnedDib fadeRows(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, PutRow&& put) {
   const ConstView in = viewOfDepth(incoming, 32);
@@ -71,14 +73,13 @@ bool isOpaque(const ConstView& picture) {
 }
 
 OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, double progress) {
-  const int weight = static_cast<int>(std::lround(progress * 255.0));
-  const auto share = [weight](int) { return weight; };
+  const int share = static_cast<int>(std::lround(progress * 255.0));
   return fadeRows(incoming, outgoing, [&](BYTE* to, const BYTE* in, const BYTE* out, int) {
     const int width = incoming->biWidth;
     if (isOpaque(in, width) && isOpaque(out, width)) {
-      fadeOpaqueRow(to, in, out, width * 4, static_cast<std::uint16_t>(weight));
+      fadeOpaqueRow(to, in, out, width * 4, static_cast<std::uint16_t>(share));
     } else {
-      fadeRow(to, in, out, width, share);
+      fadeRow(to, in, out, width, [share](int) { return share; });
     }
   });
 }

@@ -4,8 +4,8 @@
 
 namespace dibkit {
 
-/// Fades one picture into another. Colours count by their opacity, so that what is transparent in one of the
-/// pictures does not stain the other.
+/// Fades one picture into another. Colours are weighted by their alpha, so that the hidden colours of
+/// transparent pixels do not show.
 /// \param incoming,outgoing 32 bits, of one size
 /// \param progress 0 for the outgoing picture to 1 for the incoming one
 /// \return the frame; null when memory runs out
@@ -16,7 +16,7 @@ OwnedDib fade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing
 OwnedDib fadeByShares(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing,
                       const BITMAPINFOHEADER* shares);
 
-/// Whether no pixel lets anything through. \param picture 32 bits
+/// Whether all pixels have alpha 255. \param picture 32 bits
 bool isOpaque(const ConstView& picture);
 
 }  // namespace dibkit

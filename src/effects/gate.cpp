@@ -16,16 +16,16 @@ namespace {
 /// The edge that stays fixed.
 enum Hinge : long { left, top, right, bottom };
 
-/// A number in single precision. It goes through memory, since GCC 12 drops two such roundings that it takes
-/// side by side and goes on with the doubles.
+/// A number rounded to single precision. The store is a workaround: without it the SLP vectoriser of GCC 12.2
+/// (-ftree-slp-vectorize, on at -O2) drops the rounding of two neighbouring values used as doubles again.
 float single(double value) {
   const volatile float rounded = static_cast<float>(value);
   return rounded;
 }
 
-/// A door of w x h, opened. Sine and cosine have single precision and so have `t` and the projected corners;
-/// all else is double. Some halves are whole numbers, the others have their fraction: edges land on their
-/// pixels only that way.
+/// A door of w x h, opened. Sine, cosine, `t` and the projected corners have single precision, everything
+/// else double; some halves are whole numbers, others keep their fraction. All that is deliberate: it decides
+/// which pixels the edges fall on.
 struct Door {
   long hinge;
   int w;
@@ -40,7 +40,7 @@ struct Projected {
   float y;  ///< upward from the centre
 };
 
-/// Where a point of the picture is seen when the door is open.
+/// The projection of a point of the picture.
 Projected project(const Door& door, int x, int y) {
   const auto [hinge, w, h, s, c, distance] = door;
   double z = 0;
@@ -71,7 +71,7 @@ Projected project(const Door& door, int x, int y) {
   return {single(turnedX / (1 - z / distance)), single(turnedY / (1 - z / distance))};
 }
 
-/// Where the opened door is seen in the frame.
+/// The bounding box of the projected door in the frame.
 struct Outline {
   double left;
   double top;
@@ -79,22 +79,22 @@ struct Outline {
   int height;
 };
 
-/// How many times as many pixels as the picture's an opened door may have. One that swings away from the
-/// viewer gets smaller; one that swings toward him, at a negative angle, grows beyond all bounds.
-constexpr std::int64_t largestGrowth = 64;
+/// Maximum number of pixels of an opened door, as a multiple of the picture's. A door that opens away from
+/// the viewer gets smaller; one that opens toward the viewer, at a negative angle, grows without limit.
+constexpr std::int64_t maximumGrowth = 64;
 
-/// Nothing for a door that comes too near to the viewer.
+/// Nothing for a door that comes too close to the viewer.
 std::optional<Outline> outlineOf(const Door& door) {
   const std::array<Projected, 4> corners = {project(door, 0, 0), project(door, door.w, 0),
                                             project(door, door.w, door.h), project(door, 0, door.h)};
   const auto byX = [](const Projected& a, const Projected& b) { return a.x < b.x; };
   const auto byY = [](const Projected& a, const Projected& b) { return a.y < b.y; };
-  const auto [leastX, greatestX] = std::minmax_element(corners.begin(), corners.end(), byX);
-  const auto [leastY, greatestY] = std::minmax_element(corners.begin(), corners.end(), byY);
-  const double boxLeft = door.w / 2.0 + leastX->x;
-  const double boxRight = door.w / 2.0 + greatestX->x;
-  const double boxTop = door.h / 2.0 - greatestY->y;
-  const double boxBottom = door.h / 2.0 - leastY->y;
+  const auto [minimumX, maximumX] = std::minmax_element(corners.begin(), corners.end(), byX);
+  const auto [minimumY, maximumY] = std::minmax_element(corners.begin(), corners.end(), byY);
+  const double boxLeft = door.w / 2.0 + minimumX->x;
+  const double boxRight = door.w / 2.0 + maximumX->x;
+  const double boxTop = door.h / 2.0 - maximumY->y;
+  const double boxBottom = door.h / 2.0 - minimumY->y;
   for (const double side : {boxLeft, boxRight, boxTop, boxBottom}) {
     if (!(std::abs(side) < 1 << 29)) return std::nullopt;
   }
@@ -103,15 +103,14 @@ std::optional<Outline> outlineOf(const Door& door) {
     return length == 0 ? 1 : length;
   };
   const Outline box{boxLeft, boxTop, extent(boxLeft, boxRight), extent(boxTop, boxBottom)};
-  const std::int64_t largest = largestGrowth * door.w * door.h;
-  return box.width <= largest / box.height ? std::optional(box) : std::nullopt;
+  const std::int64_t maximum = maximumGrowth * door.w * door.h;
+  return box.width <= maximum / box.height ? std::optional(box) : std::nullopt;
 }
 
-/// The way back from a line of the piece that runs along the hinge: the source line that it shows, and by
-/// how much distances from the middle of that line grow.
+/// The inverse projection of a line of the piece that is parallel to the hinge.
 struct LineMap {
-  double source;
-  double factor;
+  double source;  ///< the source line that it shows
+  double factor;  ///< from distances along the line, counted from its middle, to those in the source
 };
 
 /// \param position the line's distance from the frame's centre: to the right for vertical lines, upward for
@@ -141,15 +140,14 @@ LineMap lineMap(const Door& door, double position) {
   return {source, 1 - t / distance};
 }
 
-/// A coordinate that may be anything, no number included, as a whole one; what truncation doesn't bring into
-/// [0, limit) comes out as -1 or `limit`.
+/// A coordinate truncated and clamped to -1 and `limit`; -1 for one that is not a number.
 int truncated(double coordinate, int limit) {
   return static_cast<int>(std::max(-1.0, std::min<double>(coordinate, limit)));
 }
 
 bool columnExists(int x, int width) { return x >= 0 && x < width; }
 
-/// The picture's top row is never shown, on purpose: the door has always been drawn without it.
+/// Excludes the picture's top row, which this effect never shows, on purpose.
 bool rowExists(int y, int height) { return y > 0 && y < height; }
 
 /// Every column of the piece shows one column of the source.
@@ -162,7 +160,7 @@ void swingAboutVertical(const Door& door, const Outline& box, const ConstView& f
     const int x = truncated(map.source, door.w);
     const bool shows = columnExists(x, door.w);
     sourceX[i] = shows ? x : 0;
-    factor[i] = shows ? map.factor : std::numeric_limits<double>::quiet_NaN();  // leads to no row
+    factor[i] = shows ? map.factor : std::numeric_limits<double>::quiet_NaN();  // gives no row
   }
   std::vector<int> sourceY(columns);
   for (int j = 0; j < to.height(); ++j) {
@@ -207,7 +205,7 @@ BOOL renderGate(BITMAPINFOHEADER* source, long hinge, long angle, EffectOutput& 
   const float sine = single(std::sin(turned));
   const float cosine = single(std::cos(turned));
   if (sine == 0) {
-    // A shut door has no way back that could be calculated, and shows the picture as it is.
+    // The inverse projection divides by the sine. A shut door shows the picture as it is.
     output = {copyOf(source).release(), {0, 0, w, h}};
     return output.image != nullptr ? TRUE : FALSE;
   }

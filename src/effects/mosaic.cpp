@@ -14,14 +14,15 @@
 namespace dibkit {
 namespace {
 
-/// Cells of a tenth of the picture each way. The eleventh column or row takes what the division left over; it
-/// is added whenever the extent isn't a multiple of `test`, even if nothing is left, and then lies outside.
+/// Cells of a tenth of the picture's width and height. An eleventh column or row is for the remainder of the
+/// division. It is added when the width or height is not a multiple of `divisor`, even without a remainder;
+/// its cells are then outside the picture.
 struct CellGrid {
-  CellGrid(const SIZE& picture, int test)
+  CellGrid(const SIZE& picture, int divisor)
       : cellWidth(picture.cx / 10),
         cellHeight(picture.cy / 10),
-        columns(picture.cx % test != 0 ? 11 : 10),
-        rows(picture.cy % test != 0 ? 11 : 10) {}
+        columns(picture.cx % divisor != 0 ? 11 : 10),
+        rows(picture.cy % divisor != 0 ? 11 : 10) {}
 
   int count() const { return columns * rows; }
   bool covers(const SIZE& picture) const {
@@ -34,8 +35,9 @@ struct CellGrid {
   int rows;
 };
 
-// The random mosaic tests for 100 where its sweeping sister tests for 10: most pictures get a column and a
-// row of cells that show nothing and yet take part in the draws. The order of all cells depends on it.
+// The divisor of the random mosaic is 100 and that of the sweeping one 10, on purpose. So most pictures of
+// the random one have cells outside the picture, which change nothing but the order in which the others
+// appear.
 CellGrid randomGrid(const SIZE& picture) { return {picture, 100}; }
 CellGrid sweepingGrid(const SIZE& picture) { return {picture, 10}; }
 
@@ -46,8 +48,8 @@ int cellsToDraw(const CellGrid& grid, long percent) {
   return static_cast<int>(std::clamp<std::int64_t>(percentOf(grid.count(), percent), 0, grid.count()));
 }
 
-/// The region of the cells that show, none when no cell was drawn. Beyond 100 percent the whole picture
-/// shows: the cells of a small picture need not reach its right and bottom sides.
+/// The region of the cells that show; null when no cell was drawn. Beyond 100 percent it is the whole
+/// picture, which the cells of a small picture do not cover at its right and bottom sides.
 OwnedRegion regionOf(const CellGrid& grid, const Cells& cells, const SIZE& picture, long percent) {
   if (percent > 100) return OwnedRegion(CreateRectRgn(0, 0, picture.cx, picture.cy));
   if (cellsToDraw(grid, percent) == 0) return nullptr;
@@ -77,20 +79,20 @@ Cells drawRandomly(const CellGrid& grid, const SIZE& picture, long percent) {
   return shown;
 }
 
-/// Where a sweep starts: the cells stand in the pool in the order in which it would meet them.
+/// The order of the cells in the pool of a sweep.
 struct Sweep {
   bool byColumns;   ///< column by column, each from the top; else row by row, each from the left
-  bool fromFarEnd;  ///< from the last column or row on
+  bool fromFarEnd;  ///< starting with the last column or row
 };
 
 constexpr Sweep sweeps[] = {{true, false}, {false, false}, {true, true}, {false, true}};
 
-/// The cell that stands at a place of the full pool.
-std::size_t cellAt(const CellGrid& grid, const Sweep& sweep, int place) {
+/// The cell with a number in the order of a sweep.
+std::size_t cellAt(const CellGrid& grid, const Sweep& sweep, int number) {
   const int lines = sweep.byColumns ? grid.columns : grid.rows;
   const int lineLength = sweep.byColumns ? grid.rows : grid.columns;
-  const int line = sweep.fromFarEnd ? lines - 1 - place / lineLength : place / lineLength;
-  const int inLine = place % lineLength;
+  const int line = sweep.fromFarEnd ? lines - 1 - number / lineLength : number / lineLength;
+  const int inLine = number % lineLength;
   return static_cast<std::size_t>(sweep.byColumns ? inLine * grid.columns + line
                                                   : line * grid.columns + inLine);
 }
@@ -98,45 +100,47 @@ std::size_t cellAt(const CellGrid& grid, const Sweep& sweep, int place) {
 Cells drawSweeping(const CellGrid& grid, const SIZE& picture, const Sweep& sweep, long percent) {
   Cells shown(static_cast<std::size_t>(grid.count()));
   OrderedPool pool(grid.count());
-  // The front is two lines of cells deep.
+  // Draws are from the next two lines of cells.
   const int span = 2 * (sweep.byColumns ? grid.rows : grid.columns);
   std::srand(static_cast<unsigned>(sweep.byColumns ? picture.cx : picture.cy));
   for (int left = cellsToDraw(grid, percent); left > 0; --left) {
-    const int place = pool.take(std::rand() % std::min(span, pool.left()));
-    shown[cellAt(grid, sweep, place)] = true;
+    const int number = pool.take(std::rand() % std::min(span, pool.left()));
+    shown[cellAt(grid, sweep, number)] = true;
   }
   return shown;
 }
 
 }  // namespace
 
-long fullCoverageMosaicPercent(const SIZE& picture, bool sweeping) {
-  const CellGrid grid = sweeping ? sweepingGrid(picture) : randomGrid(picture);
-  return grid.covers(picture) ? 100 : 101;
+long fullCoverageOfMosaic(const SIZE& picture, long) {
+  return randomGrid(picture).covers(picture) ? 100 : 101;
 }
 
-BOOL renderMosaic(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+long fullCoverageOfSweepingMosaic(const SIZE& picture, long) {
+  return sweepingGrid(picture).covers(picture) ? 100 : 101;
+}
+
+BOOL renderMosaic(BITMAPINFOHEADER* source, long, long percent, EffectOutput& output) {
   const SIZE picture = sizeOf(source);
   const CellGrid grid = randomGrid(picture);
-  const Cells cells = drawRandomly(grid, picture, amount);
-  return cutPiece(source, regionOf(grid, cells, picture, amount), output);
+  const Cells cells = drawRandomly(grid, picture, percent);
+  return cutPiece(source, regionOf(grid, cells, picture, percent), output);
 }
 
-BOOL renderSweepingMosaic(BITMAPINFOHEADER* source, long direction, long amount, EffectOutput& output) {
+BOOL renderSweepingMosaic(BITMAPINFOHEADER* source, long direction, long percent, EffectOutput& output) {
   if (direction < 0 || direction > 3) return FALSE;
   const SIZE picture = sizeOf(source);
   const CellGrid grid = sweepingGrid(picture);
-  const Cells cells = drawSweeping(grid, picture, sweeps[direction], amount);
-  return cutPiece(source, regionOf(grid, cells, picture, amount), output);
+  const Cells cells = drawSweeping(grid, picture, sweeps[direction], percent);
+  return cutPiece(source, regionOf(grid, cells, picture, percent), output);
 }
 
-BOOL renderThaw(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
+BOOL renderThaw(BITMAPINFOHEADER* source, long, long percent, EffectOutput& output) {
   const auto [w, h] = sizeOf(source);
-  const auto block = static_cast<int>(std::clamp<std::int64_t>(percentOf(40, amount), 0, std::min(w, h)));
-  // Below a block of one pixel the picture is as sharp as it can be.
+  const auto block = static_cast<int>(std::clamp<std::int64_t>(percentOf(40, percent), 0, std::min(w, h)));
   output.image = block > 0 ? Mosaic32BitsDIB(source, block) : copyOf(source).release();
   output.rect = {0, 0, w, h};
-  return TRUE;  // Even without an image, deliberately: hosts test the pointer of this one.
+  return TRUE;  // Also without an image, on purpose: hosts test the pointer.
 }
 
 }  // namespace dibkit

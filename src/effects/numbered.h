@@ -1,33 +1,38 @@
 #pragma once
 
+#include "effects/catalogue.h"
 #include "effects/effects.h"
 
-/// The numbered effects, one function each. Styles and amounts are those of GeneralEffectFrame, which says
-/// what they mean; either may be any number. The source is a 32-bit image with pixels. TRUE comes with the
-/// record written, FALSE when there is nothing to show or memory ran out; std::bad_alloc may be thrown as
-/// well.
+/// \file
+/// The functions that make the numbered effects, for the table that lists them. GeneralEffectFrame documents
+/// what each shows, its styles and its amounts.
 namespace dibkit {
 
-using StyledEffect = BOOL(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output);
-using PlainEffect = BOOL(BITMAPINFOHEADER* source, long amount, EffectOutput& output);
+/// Makes the piece of a stage.
+/// \param source a 32-bit image with pixels
+/// \param style,amount may be any numbers; the style is ignored by effects without styles
+/// \return TRUE with `output` written; FALSE when nothing shows or memory ran out, which may also throw
+///         std::bad_alloc
+using Render = BOOL(BITMAPINFOHEADER* source, long style, long amount, EffectOutput& output);
 
-StyledEffect renderGate;            ///< swings shut like a door, in perspective
-StyledEffect renderClock;           ///< a clock hand sweeps about the centre and shows what it has passed
-StyledEffect renderManyClocks;      ///< many small clock hands, one a tile
-PlainEffect renderStar;             ///< a five-pointed star grows out of the centre
-StyledEffect renderSpiral;          ///< a spiral arm winds outward
-PlainEffect renderMosaic;           ///< comes in by cells in a random order
-StyledEffect renderSweepingMosaic;  ///< the same, sweeping across the frame from one side
-StyledEffect renderSpin;            ///< turns about a centre line, drawn flat
-StyledEffect renderFilm;            ///< drawn line by line, the line drawn last smeared over the rest
-PlainEffect renderIris;             ///< a four-pointed star between the middles of the edges fattens
-StyledEffect renderHalves;          ///< two halves slide in from opposite sides
-StyledEffect renderBars;            ///< bars of 4 pixels slide in, every other one from the opposite side
-StyledEffect renderSlide;           ///< slides in whole from an edge or a corner
-StyledEffect renderSpread;          ///< grows out of the centre as a shape
-StyledEffect renderStrips;          ///< comes in by strips of one pixel, in a random or a sweeping order
-StyledEffect renderBlinds;          ///< opens like a venetian blind
-PlainEffect renderThaw;             ///< shows whole and pixelated; the smaller the amount, the sharper
-StyledEffect renderRoll;            ///< unrolls from one side like a carpet
+/// The minimum amount at which an effect covers the whole picture, where that depends on the picture's size.
+/// \param picture at least 1 x 1
+using FullCoverage = long(const SIZE& picture, long style);
+
+Render renderGate, renderClock, renderManyClocks, renderStar, renderSpiral, renderMosaic,
+    renderSweepingMosaic, renderSpin, renderFilm, renderIris, renderHalves, renderBars, renderSlide,
+    renderSpread, renderStrips, renderBlinds, renderThaw, renderRoll;
+
+FullCoverage fullCoverageOfManyClocks, fullCoverageOfStar, fullCoverageOfSpiral, fullCoverageOfMosaic,
+    fullCoverageOfSweepingMosaic, fullCoverageOfIris, fullCoverageOfSpread;
+
+/// A row of the table: what the catalogue says of an effect, and the function that makes its piece.
+struct TabledEffect {
+  Effect effect;
+  Render* render = nullptr;  ///< null for a transition of whole frames
+};
+
+/// The effect with a number for GeneralEffectFrame, or null.
+const TabledEffect* findNumbered(int number);
 
 }  // namespace dibkit

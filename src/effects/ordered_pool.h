@@ -6,9 +6,9 @@
 
 namespace dibkit {
 
-/// The numbers from 0 on, of which any may be taken by its place among those still there, as from a list that
-/// closes up after each one. Counts of a binary indexed tree (P. Fenwick, "A New Data Structure for
-/// Cumulative Frequency Tables", 1994) find a place in logarithmic time where a list would shift its rest.
+/// The numbers 0, 1, 2 and so on in ascending order, from which the one at any index is removed as from a
+/// list. A binary indexed tree (P. Fenwick, "A New Data Structure for Cumulative Frequency Tables", 1994)
+/// finds it in logarithmic time.
 class OrderedPool {
  public:
   explicit OrderedPool(int count) : left_(count), counts_(static_cast<std::size_t>(count) + 1) {
@@ -17,15 +17,15 @@ class OrderedPool {
 
   int left() const { return left_; }
 
-  /// Takes the number at `place`, 0 <= place < left().
-  int take(int place) {
+  /// Removes the number at `index`, 0 <= index < left(). \return the number
+  int take(int index) {
     std::size_t before = 0;
     for (std::size_t step = std::bit_floor(counts_.size()); step != 0; step /= 2) {
       const std::size_t next = before + step;
       if (next >= counts_.size()) continue;
-      // A node that still holds more than `place` numbers holds the one that is looked for.
-      if (counts_[next] <= place) {
-        place -= counts_[next];
+      // A node with more than `index` numbers contains the one to remove.
+      if (counts_[next] <= index) {
+        index -= counts_[next];
         before = next;
       } else {
         --counts_[next];

@@ -9,7 +9,7 @@
 namespace dibkit {
 
 double diagonalOf(const SIZE& picture) {
-  // The squares of a picture wider or higher than 46340 pixels need more than 32 bits.
+  // 64 bits, since the square of 46341 already needs more than 32.
   const std::int64_t w = picture.cx;
   const std::int64_t h = picture.cy;
   return std::sqrt(static_cast<double>(w * w + h * h));

@@ -1,10 +1,10 @@
 #include <array>
-#include <cstring>
 
 #include "dib/allocate.h"
 #include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
+#include "raster/mask_rows.h"
 
 namespace dibkit {
 namespace {
@@ -15,28 +15,28 @@ struct Side {
   int y;
 };
 
-// Numbered as the sliding effect numbers them.
+// In the order of effect 12's styles.
 constexpr std::array<Side, 8> sides = {
     {{-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}, {1, 1}, {0, 1}, {-1, 1}}};
 
-/// Places along one axis. Those of [begin, end) lie beside the incoming picture, whose places from `source`
-/// on they are; the others show the outgoing picture, pushed by `moved`.
+/// Columns or rows of the frame. Those of [begin, end) may show the incoming picture, from its column or row
+/// `source` on; the others show the outgoing picture, moved by `moved`.
 struct Axis {
   int begin;
   int end;
   int source;
   int moved;
 
-  bool isBeside(int place) const { return place >= begin && place < end; }
-  /// The outgoing picture's place that shows. Where it has left room beside the incoming one, its mirror
-  /// image continues it; along an axis on which nothing moves it stays where it is.
-  int pushed(int place) const {
-    if (moved == 0) return place;
-    return isBeside(place) ? begin + end - 1 - place : place - moved;
+  bool isIncoming(int position) const { return position >= begin && position < end; }
+  /// The outgoing picture's column or row for a position. In [begin, end) it is mirrored, unless nothing
+  /// moves along this axis.
+  int outgoing(int position) const {
+    if (moved == 0) return position;
+    return isIncoming(position) ? begin + end - 1 - position : position - moved;
   }
 };
 
-/// \param side as in Side; 0 is an axis along which nothing is pushed
+/// \param side as in Side; nothing moves along an axis of side 0
 Axis axisOf(int extent, int side, int percent) {
   const auto arrived = static_cast<int>(percentOf(extent, percent));
   if (side < 0) return {0, arrived, extent - arrived, arrived};
@@ -44,58 +44,38 @@ Axis axisOf(int extent, int side, int percent) {
   return {0, extent, 0, 0};
 }
 
-void copyPixels(BYTE* to, int toX, const BYTE* from, int fromX, int count) {
-  std::memcpy(to + std::ptrdiff_t{toX} * 4, from + std::ptrdiff_t{fromX} * 4,
-              static_cast<std::size_t>(count) * 4);
-}
-
-/// The push transition. Holds its two pictures for one frame only.
-class CRunPushEffect {
- public:
-  CRunPushEffect(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, long direction,
-                 long percent)
-      : incoming_(viewOfDepth(incoming, 32)),
-        outgoing_(viewOfDepth(outgoing, 32)),
-        direction_(direction),
-        percent_(clampAmount(percent, 0, 100)) {}
-
-  /// The frame; null for an unknown direction or pictures that don't match.
-  OwnedDib compose() const {
-    if (!incoming_ || !outgoing_ || direction_ < 0 || direction_ > 7) return nullptr;
-    if (incoming_.width() == 0 || incoming_.height() == 0) return nullptr;
-    const int w = incoming_.width();
-    const int h = incoming_.height();
-    if (outgoing_.width() != w || outgoing_.height() != h) return nullptr;
-    OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
-    if (!frame) return nullptr;
-    const Side side = sides[static_cast<std::size_t>(direction_)];
-    const Axis x = axisOf(w, side.x, percent_);
-    const Axis y = axisOf(h, side.y, percent_);
-    const View to(frame.get());
-    for (int line = 0; line < h; ++line) composeRow(to.row(line), line, x, y);
-    return frame;
-  }
-
- private:
-  void composeRow(BYTE* to, int line, const Axis& x, const Axis& y) const {
-    const BYTE* pushed = outgoing_.row(y.pushed(line));
-    if (y.isBeside(line)) {
-      copyPixels(to, x.begin, incoming_.row(line - y.begin + y.source), x.source, x.end - x.begin);
+/// The frame; null for an unknown direction or pictures of different sizes.
+OwnedDib pushFrame(const BITMAPINFOHEADER* incomingDib, const BITMAPINFOHEADER* outgoingDib, long direction,
+                   int percent) {
+  const ConstView incoming = viewOfDepth(incomingDib, 32);
+  const ConstView outgoing = viewOfDepth(outgoingDib, 32);
+  const int w = incoming.width();
+  const int h = incoming.height();
+  if (w == 0 || h == 0 || outgoing.width() != w || outgoing.height() != h) return nullptr;
+  if (direction < 0 || direction > 7) return nullptr;
+  OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
+  if (!frame) return nullptr;
+  const Side side = sides[static_cast<std::size_t>(direction)];
+  const Axis columns = axisOf(w, side.x, percent);
+  const Axis rows = axisOf(h, side.y, percent);
+  // The columns beside [begin, end) are all on one side.
+  const int restBegin = columns.begin > 0 ? 0 : columns.end;
+  const int restEnd = columns.begin > 0 ? columns.begin : w;
+  const View target(frame.get());
+  for (int y = 0; y < h; ++y) {
+    BYTE* to = target.row(y);
+    const BYTE* out = outgoing.row(rows.outgoing(y));
+    if (rows.isIncoming(y)) {
+      const BYTE* in = incoming.row(y - rows.begin + rows.source);
+      copyPixels(Bgra32::bits, in, columns.source, columns.end - columns.begin, to, columns.begin);
     } else {
-      for (int place = x.begin; place < x.end; ++place)
-        Bgra32::put(to, place, Bgra32::get(pushed, x.pushed(place)));
+      for (int x = columns.begin; x < columns.end; ++x)
+        Bgra32::put(to, x, Bgra32::get(out, columns.outgoing(x)));
     }
-    // The rest of the row lies on one side only.
-    const int restBegin = x.begin > 0 ? 0 : x.end;
-    const int restEnd = x.begin > 0 ? x.begin : incoming_.width();
-    copyPixels(to, restBegin, pushed, restBegin - x.moved, restEnd - restBegin);
+    copyPixels(Bgra32::bits, out, restBegin - columns.moved, restEnd - restBegin, to, restBegin);
   }
-
-  ConstView incoming_;
-  ConstView outgoing_;
-  long direction_;
-  int percent_;
-};
+  return frame;
+}
 
 }  // namespace
 }  // namespace dibkit
@@ -104,5 +84,5 @@ using namespace dibkit;
 
 BITMAPINFOHEADER* GenerateRunPushEffect(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                         long direction, long percent) {
-  return CRunPushEffect(incoming, outgoing, direction, percent).compose().release();
+  return pushFrame(incoming, outgoing, direction, clampAmount(percent, 0, 100)).release();
 }

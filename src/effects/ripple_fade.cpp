@@ -11,7 +11,7 @@
 namespace dibkit {
 namespace {
 
-/// Wave steps from the first frame to the last: enough for the rings of neighbouring drops to meet.
+/// Wave steps from the first frame to the last, enough for the rings of neighbouring drops to meet.
 constexpr int steps = 64;
 
 }  // namespace
@@ -29,7 +29,7 @@ OwnedDib rippleFade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* ou
   addDrops(pages[0]);
   const int count = 2 * static_cast<int>(std::lround(progress * steps / 2));
   for (int i = 0; i < count; ++i) stepWave(pages[i % 2], pages[1 - i % 2], waveDensity);
-  // The water is level at both ends and highest half way.
+  // Wave heights are scaled by 4 progress (1 - progress): 0 at both ends, 1 half way.
   const auto strength = static_cast<int>(std::lround(4.0 * progress * (1.0 - progress) * 256.0));
   for (int& height : first) height = height * strength / 256;
   return refract(picture, pages[0], RefractedOpacity::moved);

@@ -14,15 +14,15 @@ namespace {
 constexpr int fullLight = 255;
 constexpr int edgeLight = 64;
 
-/// A line of the carpet, parallel to its roll: which source line it shows, and how bright.
+/// A line of the carpet, parallel to its roll.
 struct CarpetLine {
-  int source;
-  int light;
+  int source;  ///< the source line that it shows
+  int light;   ///< its brightness, 0 to fullLight
 };
 
 /// All visible lines from the side that the carpet starts at: first the flat ones, then those of the roll.
-/// The carpet touches the ground below the roll's axis, half a roll in; from there it runs up the far side,
-/// over the top and down again, so that the roll shows it backwards.
+/// The carpet leaves the floor below the roll's axis, half a roll further, goes up the far side, over the top
+/// and down again, so that the roll shows it backwards.
 std::vector<CarpetLine> carpetLines(int extent, int percent) {
   const auto flat = static_cast<int>(std::int64_t{extent} * percent / 100);
   const auto roll = static_cast<int>((std::int64_t{extent} * (100 - percent) + 999) / 1000);
@@ -39,7 +39,7 @@ std::vector<CarpetLine> carpetLines(int extent, int percent) {
   return lines;
 }
 
-/// Colours times light / 255, truncated; the opacity stays.
+/// Colours times light / 255, truncated; alpha is unchanged.
 void putLit(BYTE* to, const BYTE* from, int light) {
   if (light == fullLight) return Bgra32::put(to, 0, Bgra32::get(from, 0));
   for (int i = 0; i < 3; ++i) to[i] = static_cast<BYTE>(from[i] * light / fullLight);
@@ -74,13 +74,13 @@ void unrollRows(const ConstView& from, const View& to, const std::vector<CarpetL
 
 }  // namespace
 
-BOOL renderRoll(BITMAPINFOHEADER* source, long side, long amount, EffectOutput& output) {
+BOOL renderRoll(BITMAPINFOHEADER* source, long side, long percent, EffectOutput& output) {
   if (side < 0 || side > 3) return FALSE;
   const auto [w, h] = sizeOf(source);
   const bool columns = side == 0 || side == 2;
   const bool fromFarSide = side >= 2;
   const int extent = columns ? w : h;
-  std::vector<CarpetLine> lines = carpetLines(extent, clampAmount(amount, 0, 100));
+  std::vector<CarpetLine> lines = carpetLines(extent, clampAmount(percent, 0, 100));
   const auto visible = static_cast<int>(lines.size());
   if (fromFarSide) {
     std::reverse(lines.begin(), lines.end());

@@ -7,11 +7,11 @@ namespace dibkit {
 namespace {
 
 struct Slide {
-  RECT cut;    ///< what of the picture shows
-  RECT place;  ///< where in the frame it shows
+  RECT cut;    ///< the visible part of the picture
+  RECT place;  ///< its rectangle in the frame
 };
 
-/// What a direction shows of a w x h picture of which dx columns and dy rows have come in.
+/// The slide of a w x h picture of which dx columns and dy rows are visible.
 Slide slideFrom(long direction, LONG w, LONG h, LONG dx, LONG dy) {
   const std::array<Slide, 8> slides = {{
       {{w - dx, 0, w, h}, {0, 0, dx, h}},        // left edge
@@ -31,7 +31,7 @@ Slide slideFrom(long direction, LONG w, LONG h, LONG dx, LONG dy) {
 
 BOOL renderSlide(BITMAPINFOHEADER* source, long direction, long amount, EffectOutput& output) {
   const auto [w, h] = sizeOf(source);
-  // A picture that has arrived stays: beyond the range the cut would leave the picture.
+  // Outside the range the cut would be outside the picture.
   const int percent = clampAmount(amount, 0, 100);
   const auto [cut, place] = slideFrom(direction, w, h, static_cast<LONG>(percentOf(w, percent)),
                                       static_cast<LONG>(percentOf(h, percent)));

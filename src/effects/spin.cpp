@@ -11,15 +11,15 @@
 namespace dibkit {
 namespace {
 
-/// The source place that a place of the squashed picture shows.
-int stretched(int place, double squash, int extent) {
-  return static_cast<int>(std::clamp<double>(place / squash, 0, extent - 1));
+/// The source row or column that one of the squashed picture shows.
+int sourceOf(int position, double squash, int extent) {
+  return static_cast<int>(std::clamp<double>(position / squash, 0, extent - 1));
 }
 
 /// Turned about the horizontal centre line: rows are left out.
 void squashRows(const ConstView& from, const View& to, double squash) {
   for (int y = 0; y < to.height(); ++y) {
-    std::memcpy(to.row(y), from.row(stretched(y, squash, from.height())),
+    std::memcpy(to.row(y), from.row(sourceOf(y, squash, from.height())),
                 static_cast<std::size_t>(to.stride()));
   }
 }
@@ -28,7 +28,7 @@ void squashRows(const ConstView& from, const View& to, double squash) {
 void squashColumns(const ConstView& from, const View& to, double squash) {
   std::vector<int> column(static_cast<std::size_t>(to.width()));
   for (int x = 0; x < to.width(); ++x)
-    column[static_cast<std::size_t>(x)] = stretched(x, squash, from.width());
+    column[static_cast<std::size_t>(x)] = sourceOf(x, squash, from.width());
   for (int y = 0; y < to.height(); ++y) {
     const BYTE* source = from.row(y);
     BYTE* row = to.row(y);
@@ -45,10 +45,10 @@ BOOL renderSpin(BITMAPINFOHEADER* source, long axis, long angle, EffectOutput& o
   const bool rows = axis == 0;
   const int extent = rows ? h : w;
   const double squash = std::cos(radians(static_cast<double>(angle)));
-  // Between 90 and 270 degrees the size is negative, and no piece can be had.
-  const auto seen = static_cast<int>(extent * squash);
-  const int margin = (extent - seen) / 2;
-  const RECT place = rows ? RECT{0, margin, w, margin + seen} : RECT{margin, 0, margin + seen, h};
+  // Between 90 and 270 degrees the size is negative, so paintPiece fails.
+  const auto size = static_cast<int>(extent * squash);
+  const int margin = (extent - size) / 2;
+  const RECT place = rows ? RECT{0, margin, w, margin + size} : RECT{margin, 0, margin + size, h};
   return paintPiece(place, InitialPixels::unwritten, output, [&](const View& piece) {
     (rows ? squashRows : squashColumns)(ConstView(source), piece, squash);
   });

@@ -10,17 +10,17 @@
 namespace dibkit {
 namespace {
 
-/// How far the arm's tip runs ahead, so that the first triangle already has a width.
+/// Degrees by which the arm's tip is ahead, so that the first triangle is not empty.
 constexpr int lead = 20;
 
-/// Twice the area of the triangle centre, a, b; its sign is the sense of rotation.
+/// Twice the signed area of the triangle centre, a, b.
 std::int64_t turn(const POINT& centre, const POINT& a, const POINT& b) {
   return (std::int64_t{a.x} - centre.x) * (std::int64_t{b.y} - centre.y) -
          (std::int64_t{a.y} - centre.y) * (std::int64_t{b.x} - centre.x);
 }
 
-/// Triangles that share the centre. Neighbours that turn the same way are gathered into one polygon, which
-/// holds just the pixels of its triangles: the sides that two of them share are crossed twice.
+/// Triangles that share the centre. Adjacent ones of the same orientation become one polygon with exactly the
+/// pixels of its triangles.
 class Fan {
  public:
   Fan(RegionBuilder& builder, const POINT& centre) : builder_(builder), centre_(centre) {}
@@ -45,8 +45,8 @@ class Fan {
   }
 
  private:
-  /// Whether the next triangle starts where the fan ends, turns the same way and leaves the fan less than
-  /// half a turn wide, so that its triangles lie side by side.
+  /// Whether the next triangle starts where the fan ends, has the same orientation and leaves the fan less
+  /// than half a turn wide, so that no two triangles overlap.
   bool continuesWith(const POINT& from, const POINT& to, std::int64_t sense) const {
     if (outline_.empty() || from.x != outline_.back().x || from.y != outline_.back().y) return false;
     const std::int64_t span = turn(centre_, outline_.front(), to);
@@ -55,15 +55,15 @@ class Fan {
 
   RegionBuilder& builder_;
   POINT centre_;
-  std::vector<POINT> outline_;  ///< the outer ends so far
+  std::vector<POINT> outline_;  ///< the outer vertices so far
   std::int64_t sense_ = 0;
 };
 
 /// An angle, in degrees, at which the spiral is sure to cover the picture: its radius reaches the corners
-/// after two turns, and has to hold out for one more.
+/// after two turns, and one more turn covers all directions.
 long enoughAngle(const SIZE& picture) {
   const double radius = diagonalOf(picture) / 2.0;
-  // Three pixels beyond the corners make good for truncation and for the straight sides of the triangles.
+  // Three pixels more allow for truncation and for the straight sides of the triangles.
   return static_cast<long>(std::ceil(720.0 * (radius * 1.001 + 3.0) / radius)) + 360;
 }
 
@@ -90,9 +90,9 @@ OwnedRegion spiralRegion(const SIZE& picture, long amount, bool clockwise) {
 
 }  // namespace
 
-long fullCoverageSpiralAngle(const SIZE& picture, long direction) {
-  return leastFullCoverage(picture, enoughAngle(picture),
-                           [&](long angle) { return spiralRegion(picture, angle, direction == 1); });
+long fullCoverageOfSpiral(const SIZE& picture, long direction) {
+  return minimumFullCoverage(picture, enoughAngle(picture),
+                             [&](long angle) { return spiralRegion(picture, angle, direction == 1); });
 }
 
 BOOL renderSpiral(BITMAPINFOHEADER* source, long direction, long angle, EffectOutput& output) {

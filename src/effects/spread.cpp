@@ -10,15 +10,15 @@ namespace {
 
 enum Shape : long { circle, rectangle, ellipse, roundedRectangle, diamond };
 
-// What the picture's size is divided by to give a shape's size at 100 percent. The ellipse's is deliberately
-// a little more than the 0.7071 with which it would reach the corners.
+// A shape's size at 100 percent is the picture's divided by these. The ellipse's is a little more than the
+// 0.7071 with which it would reach the corners, on purpose.
 constexpr double ellipseDivisor = 0.717;
 constexpr double roundedDivisor = 0.8;
 
 /// A percentage at which a shape is sure to cover the picture.
 long enoughPercent(const SIZE& picture, long shape) {
-  // Each shape has to reach the corner pixels. A few pixels more make good for the centre, which lies half a
-  // pixel off in an odd picture, and for what truncation and the right and bottom sides take away.
+  // Each shape has to reach the corner pixels. A few pixels more allow for truncation, for the exclusive
+  // right and bottom sides, and for the centre, which is half a pixel off in a picture of odd size.
   const double shortSide = std::min<int>(picture.cx, picture.cy);
   double factor = 1.0;
   switch (shape) {
@@ -28,7 +28,7 @@ long enoughPercent(const SIZE& picture, long shape) {
       break;
     }
     case rectangle:
-      // Half of an odd extent loses its fraction on either side.
+      // Half of an odd size is truncated on either side.
       if (picture.cx % 2 != 0) factor = std::max(factor, (picture.cx + 1.0) / picture.cx);
       if (picture.cy % 2 != 0) factor = std::max(factor, (picture.cy + 1.0) / picture.cy);
       break;
@@ -36,7 +36,7 @@ long enoughPercent(const SIZE& picture, long shape) {
       factor = ellipseDivisor * std::sqrt(2.0) * (shortSide + 6.0) / shortSide;
       break;
     case roundedRectangle:
-      // The rounding, an eighth of the extent, cuts off less than a twelfth of it at the diagonal.
+      // The rounding, an eighth of the size, cuts off less than a twelfth of it along the diagonal.
       factor = std::max(factor, roundedDivisor * 13.0 / 12.0 * (shortSide + 6.0) / shortSide);
       break;
     default:
@@ -49,11 +49,11 @@ OwnedRegion spreadRegion(const SIZE& picture, long shape, long amount) {
   const auto [w, h] = picture;
   const int cx = w / 2;
   const int cy = h / 2;
-  // A shape of negative size is its own mirror image, so both ends are those of the covering shape.
+  // A shape of negative size equals that of positive size, so both limits cover the picture.
   const int enough = static_cast<int>(enoughPercent(picture, shape));
   const int p = clampAmount(amount, -enough, enough);
   const auto grown = [p](LONG extent, double divisor) {
-    constexpr double limit = 1 << 30;  // beyond every picture, and sums of it still fit
+    constexpr double limit = 1 << 30;  // beyond every picture, and sums do not overflow
     return static_cast<int>(std::clamp(extent / divisor * p / 100.0, -limit, limit));
   };
   const int plainWidth = static_cast<int>(percentOf(w, p));
@@ -80,7 +80,7 @@ OwnedRegion spreadRegion(const SIZE& picture, long shape, long amount) {
                                             width / 4, height / 4));
     }
     case diamond: {
-      // Not halved, unlike the others: the edges pass through the picture's corners at 100 percent.
+      // Not halved as the others are: at 100 percent the edges pass through the picture's corners.
       const POINT points[] = {
           {cx, cy - plainHeight}, {cx - plainWidth, cy}, {cx, cy + plainHeight}, {cx + plainWidth, cy}};
       return OwnedRegion(CreatePolygonRgn(points, 4, ALTERNATE));
@@ -92,9 +92,9 @@ OwnedRegion spreadRegion(const SIZE& picture, long shape, long amount) {
 
 }  // namespace
 
-long fullCoverageSpreadPercent(const SIZE& picture, long shape) {
-  return leastFullCoverage(picture, enoughPercent(picture, shape),
-                           [&](long percent) { return spreadRegion(picture, shape, percent); });
+long fullCoverageOfSpread(const SIZE& picture, long shape) {
+  return minimumFullCoverage(picture, enoughPercent(picture, shape),
+                             [&](long percent) { return spreadRegion(picture, shape, percent); });
 }
 
 BOOL renderSpread(BITMAPINFOHEADER* source, long shape, long amount, EffectOutput& output) {

@@ -8,10 +8,10 @@
 namespace dibkit {
 namespace {
 
-/// A half opening at which the iris is sure to cover the picture.
+/// A half opening, in pixels, at which the iris is sure to cover the picture.
 long enoughOpening(const SIZE& picture) {
-  // The inner vertices have to reach the corners. Half of an odd extent loses its fraction on the right and
-  // bottom, and so does the vertical opening by truncation.
+  // The inner vertices have to reach the corners. Halves are rounded up, for the right and bottom sides of a
+  // picture of odd size; the vertical opening is truncated.
   const std::int64_t halfWidth = (std::int64_t{picture.cx} + 1) / 2;
   const std::int64_t halfHeight = (std::int64_t{picture.cy} + 1) / 2;
   const double forHeight = std::ceil(static_cast<double>(halfHeight * picture.cx) / picture.cy);
@@ -61,7 +61,7 @@ struct UnitStar {
 };
 
 UnitStar unitStar() {
-  // 72 and 54 degrees with eight decimals; more would move vertices that lie on whole pixels.
+  // 72 and 54 degrees to eight decimals, on purpose: with more, some vertices would move to other pixels.
   constexpr double alpha = 1.25663704;
   constexpr double beta = 0.94247778;
   const UnitPoint top{0.0, 1.0};
@@ -86,24 +86,23 @@ UnitStar unitStar() {
           std::cos(alpha) - inner3.y};
 }
 
-/// The factor of the unit star at which it spans `percent` of the picture's width or height, whichever is
-/// more.
+/// The scale at which the unit star spans `percent` of the picture's width and height.
 double starScale(const UnitStar& star, const SIZE& picture, long percent) {
-  // In 64 bits, where no product of an extent and a percentage overflows.
-  const auto held = std::clamp<std::int64_t>(percent, INT32_MIN, INT32_MAX);
-  const auto scale = [held](std::int64_t extent, double unit) {
-    return static_cast<double>(extent * held) / 100 / unit;
+  // In 64 bits, where no product of a size and a percentage overflows.
+  const auto limited = std::clamp<std::int64_t>(percent, INT32_MIN, INT32_MAX);
+  const auto scale = [limited](std::int64_t size, double unit) {
+    return static_cast<double>(size * limited) / 100 / unit;
   };
   return std::max(scale(picture.cx, star.width), scale(picture.cy, star.height));
 }
 
-/// The factor of the unit star at which it covers the picture.
+/// The scale at which the unit star covers the picture.
 double fullCoverageScale(const UnitStar& star, const SIZE& picture) {
-  // Half the picture, and two pixels more to make good for truncation.
+  // Half the picture, and two pixels more to allow for truncation.
   const double w = picture.cx / 2.0 + 2.0;
   const double h = picture.cy / 2.0 + 2.0;
-  // Between two neighbouring vertices the scale at which the star reaches a point grows evenly along a side
-  // of the picture, so it is largest at a corner or in the direction of a vertex.
+  // Along a side of the picture, the scale at which the star reaches a point is linear between the directions
+  // of two vertices. So its maximum is at a corner or in the direction of a vertex.
   double scale = 0;
   for (std::size_t i = 0; i < star.vertices.size(); ++i) {
     const UnitPoint& a = star.vertices[i];
@@ -122,7 +121,7 @@ double fullCoverageScale(const UnitStar& star, const SIZE& picture) {
 
 OwnedRegion starRegion(const SIZE& picture, long amount) {
   static const UnitStar star = unitStar();
-  // A negative amount turns the star upside down. Either way it has covered the picture at the same scale.
+  // A negative amount turns the star upside down; the scale at which it covers the picture is the same.
   const double fullCoverage = fullCoverageScale(star, picture);
   const double s = std::clamp(starScale(star, picture, amount), -fullCoverage, fullCoverage);
   std::array<POINT, 10> points;
@@ -135,24 +134,24 @@ OwnedRegion starRegion(const SIZE& picture, long amount) {
 
 }  // namespace
 
-long fullCoverageIris(const SIZE& picture, long) {
-  return leastFullCoverage(picture, enoughOpening(picture),
-                           [&](long opening) { return irisRegion(picture, opening); });
+long fullCoverageOfIris(const SIZE& picture, long) {
+  return minimumFullCoverage(picture, enoughOpening(picture),
+                             [&](long opening) { return irisRegion(picture, opening); });
 }
 
-long fullCoverageStarPercent(const SIZE& picture, long) {
+long fullCoverageOfStar(const SIZE& picture, long) {
   const UnitStar star = unitStar();
   const double enough = 100.0 * fullCoverageScale(star, picture) / starScale(star, picture, 100);
-  return leastFullCoverage(picture, static_cast<long>(std::ceil(enough)),
-                           [&](long percent) { return starRegion(picture, percent); });
+  return minimumFullCoverage(picture, static_cast<long>(std::ceil(enough)),
+                             [&](long percent) { return starRegion(picture, percent); });
 }
 
-BOOL renderIris(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
-  return cutPiece(source, irisRegion(sizeOf(source), amount), output);
+BOOL renderIris(BITMAPINFOHEADER* source, long, long halfOpening, EffectOutput& output) {
+  return cutPiece(source, irisRegion(sizeOf(source), halfOpening), output);
 }
 
-BOOL renderStar(BITMAPINFOHEADER* source, long amount, EffectOutput& output) {
-  return cutPiece(source, starRegion(sizeOf(source), amount), output);
+BOOL renderStar(BITMAPINFOHEADER* source, long, long percent, EffectOutput& output) {
+  return cutPiece(source, starRegion(sizeOf(source), percent), output);
 }
 
 }  // namespace dibkit

@@ -10,22 +10,22 @@
 namespace dibkit {
 namespace {
 
-/// How far a sweeping front is ragged, in strips.
+/// A sweep draws among this many strips of the pool.
 constexpr int sweepDepth = 32;
 constexpr int slatPitch = 8;
 
 struct StripStyle {
   bool columns;     ///< strips are columns, not rows
   bool fromFarEnd;  ///< the sweep starts at the right or bottom
-  bool sweeps;      ///< draws come from the front of the pool only
+  bool sweeps;      ///< draws are limited to the first strips of the pool
 };
 
 StripStyle stripStyle(long style) {
   return {style == 0 || style == 2 || style == 3, style == 3 || style == 5, style >= 2};
 }
 
-/// Marks the strips that show. A larger count marks all that a smaller one does, since the seed is the number
-/// of strips.
+/// Marks the strips that show. The seed depends on the number of strips only, so a larger count marks all
+/// that a smaller one does.
 std::vector<bool> drawStrips(int strips, std::int64_t count, const StripStyle& style) {
   std::vector<bool> shown(static_cast<std::size_t>(strips));
   OrderedPool pool(strips);
@@ -38,7 +38,7 @@ std::vector<bool> drawStrips(int strips, std::int64_t count, const StripStyle& s
   return shown;
 }
 
-/// The rectangle of places [begin, end) along one axis, over the whole picture along the other.
+/// The rectangle of columns, or of rows, [begin, end) of the picture.
 RECT acrossPicture(const SIZE& picture, bool columns, int begin, int end) {
   return columns ? RECT{begin, 0, end, picture.cy} : RECT{0, begin, picture.cx, end};
 }
@@ -47,7 +47,7 @@ OwnedRegion stripRegion(const SIZE& picture, long styleNumber, long percent) {
   const StripStyle style = stripStyle(styleNumber);
   const int strips = style.columns ? picture.cx : picture.cy;
   const std::int64_t count = percentOf(strips, percent);
-  // The generator is seeded even for a stage that draws nothing.
+  // Also for a count of 0, because drawing seeds the generator.
   const std::vector<bool> shown = drawStrips(strips, count, style);
   if (count <= 0) return nullptr;
 
@@ -64,7 +64,6 @@ OwnedRegion stripRegion(const SIZE& picture, long styleNumber, long percent) {
 OwnedRegion slatRegion(const SIZE& picture, bool columns, long percent) {
   const int extent = columns ? picture.cx : picture.cy;
   const int pitch = std::min(slatPitch, extent);
-  // A slat that would open backwards stays shut, one that would open further stands open.
   const int opening = pitch * clampAmount(percent, 0, 100) / 100;
   std::vector<RECT> open;
   for (std::int64_t start = 0; start < extent; start += pitch) {

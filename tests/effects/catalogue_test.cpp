@@ -14,8 +14,7 @@ TEST(Catalogue, HoldsEveryEffectAndStyleOnce) {
   for (const Effect& effect : dibkit::effects()) {
     SCOPED_TRACE(effect.name);
     EXPECT_EQ(dibkit::findEffect(effect.name), &effect);
-    EXPECT_EQ(effect.isWholeFrame(), effect.number < 0);
-    if (effect.number >= 0) numbers.push_back(effect.number);
+    if (effect.number) numbers.push_back(*effect.number);
     EXPECT_LT(effect.defaultStyle, std::max<int>(1, static_cast<int>(effect.styles.size())));
     for (std::size_t i = 0; i < effect.styles.size(); ++i) {
       EXPECT_EQ(dibkit::findStyle(effect, effect.styles[i].name), static_cast<int>(i));

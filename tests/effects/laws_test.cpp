@@ -25,7 +25,7 @@ OwnedDib opaquePicture(int w, int h, DWORD seed) {
 
 Stage stageAt(const Effect& effect, const OwnedDib& picture, int style, double progress) {
   const auto [a, b] = effect.parameters(progress, {picture->biWidth, picture->biHeight}, style);
-  return render(effect.number, picture, a, b);
+  return render(*effect.number, picture, a, b);
 }
 
 /// Which pixels of the frame a stage covers.
@@ -102,11 +102,11 @@ TEST(Laws, FullAmountShowsTheWholePicture) {
 TEST(Laws, FullAmountIsTheLeastThatShowsTheWholePicture) {
   constexpr int dependOnSize[] = {2, 3, 4, 9, 13};
   forEachPieceEffect([&](const Effect& effect, int style, const OwnedDib& picture) {
-    if (std::ranges::find(dependOnSize, effect.number) == std::end(dependOnSize)) return;
+    if (std::ranges::find(dependOnSize, *effect.number) == std::end(dependOnSize)) return;
     const auto [a, b] = effect.parameters(1.0, {picture->biWidth, picture->biHeight}, style);
     const long less = effect.styles.empty() ? 0 : 1;
     const std::vector<bool> covered =
-        coverage(render(effect.number, picture, a - 1 + less, b - less), picture);
+        coverage(render(*effect.number, picture, a - 1 + less, b - less), picture);
     EXPECT_TRUE((less != 0 ? b : a) == 0 || std::ranges::count(covered, false) > 0) << a << ' ' << b;
   });
 }
@@ -116,7 +116,7 @@ TEST(Laws, LargerAmountShowsASuperset) {
   // grows. The others left out don't reveal.
   constexpr int exempt[] = {0, 3, 7, 8, 16};
   forEachPieceEffect([&](const Effect& effect, int style, const OwnedDib& picture) {
-    if (std::ranges::find(exempt, effect.number) != std::end(exempt)) return;
+    if (std::ranges::find(exempt, *effect.number) != std::end(exempt)) return;
     std::vector<bool> before = coverage(stageAt(effect, picture, style, 0.0), picture);
     for (int step = 1; step <= 8; ++step) {
       const std::vector<bool> now = coverage(stageAt(effect, picture, style, step / 8.0), picture);
@@ -132,10 +132,10 @@ TEST(Laws, AmountsBeyondTheRangeCountAsTheNearerEnd) {
   constexpr int held[] = {4, 5, 6, 8, 9, 12, 14, 15, 17};
   const OwnedDib picture = numberedPicture(119, 133);  // one percent too many is a row too many
   forEachStyle(false, [&](const Effect& effect, int style) {
-    if (std::ranges::find(held, effect.number) == std::end(held)) return;
+    if (std::ranges::find(held, *effect.number) == std::end(held)) return;
     const auto at = [&](long amount) {
-      return effect.styles.empty() ? render(effect.number, picture, amount, 0)
-                                   : render(effect.number, picture, style, amount);
+      return effect.styles.empty() ? render(*effect.number, picture, amount, 0)
+                                   : render(*effect.number, picture, style, amount);
     };
     for (const long amount : {-1L, -1000L, LONG_MIN})
       expectStage(at(amount), stageAt(effect, picture, style, 0.0));

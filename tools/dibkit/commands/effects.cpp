@@ -24,7 +24,7 @@ std::string_view nameOf(dibkit::AmountUnit unit) {
 }
 
 void print(const dibkit::Effect& effect) {
-  const std::string number = effect.number >= 0 ? std::to_string(effect.number) : "-";
+  const std::string number = effect.number ? std::to_string(*effect.number) : "-";
   std::cout << std::right << std::setw(3) << number << "  " << std::left << std::setw(16) << effect.name
             << std::setw(9) << nameOf(effect.unit) << effect.title << '\n';
   int place = 0;
