@@ -4,6 +4,7 @@
 
 #include "dib/view.h"
 #include "dib32/row_history.h"
+#include "raster/median.h"
 
 namespace dibkit {
 namespace {
@@ -12,10 +13,6 @@ namespace {
 /// from 0. So no two keys of a neighbourhood are equal, and the low bits say which pixel is the median.
 /// Signed, because plain vectors of 16 bits compare signed numbers.
 using Key = std::int16_t;
-
-Key darker(Key a, Key b) { return std::min(a, b); }
-Key brighter(Key a, Key b) { return std::max(a, b); }
-Key middle(Key a, Key b, Key c) { return brighter(darker(a, b), darker(brighter(a, b), c)); }
 
 /// The sorted three keys of each column; their column bits are 0.
 struct SortedColumns {
@@ -30,28 +27,27 @@ struct SortedColumns {
       const auto a = static_cast<Key>(top[x] << 4);
       const auto b = static_cast<Key>(centre[x] << 4 | 4);
       const auto c = static_cast<Key>(bottom[x] << 4 | 8);
-      low[x] = darker(darker(a, b), c);
-      mid[x] = middle(a, b, c);
-      high[x] = brighter(brighter(a, b), c);
+      const SortedColumn<Key> column = sortColumn(a, b, c);
+      low[x] = column.low;
+      mid[x] = column.middle;
+      high[x] = column.high;
     }
   }
 
   std::vector<Key> minimum, median, maximum;
 };
 
-/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns: the median
-/// of the largest minimum, the median of the medians and the smallest maximum of the three columns. (The
-/// selection from sorted columns by J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.)
+/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns.
 void findMedians(const SortedColumns& columns, int count, BYTE* places) {
   const Key* const low = columns.minimum.data();
   const Key* const mid = columns.median.data();
   const Key* const high = columns.maximum.data();
-  const auto inColumn = [](Key key, int column) { return static_cast<Key>(key | column); };
+  const auto columnAt = [&](int x, int number) {
+    const auto key = [number](Key sorted) { return static_cast<Key>(sorted | number); };
+    return SortedColumn<Key>{key(low[x + number]), key(mid[x + number]), key(high[x + number])};
+  };
   for (int x = 0; x < count; ++x) {
-    const Key minimum = brighter(brighter(low[x], inColumn(low[x + 1], 1)), inColumn(low[x + 2], 2));
-    const Key median = middle(mid[x], inColumn(mid[x + 1], 1), inColumn(mid[x + 2], 2));
-    const Key maximum = darker(darker(high[x], inColumn(high[x + 1], 1)), inColumn(high[x + 2], 2));
-    places[x] = static_cast<BYTE>(middle(minimum, median, maximum) & 15);
+    places[x] = static_cast<BYTE>(medianOfNine(columnAt(x, 0), columnAt(x, 1), columnAt(x, 2)) & 15);
   }
 }
 

@@ -8,15 +8,14 @@
 #include "dib/view.h"
 #include "frames/frames.h"
 #include "platform/guard.h"
-#include "raster/flood_fill.h"
+#include "raster/bit_grid.h"
+#include "raster/mask_rows.h"
+#include "raster/median.h"
 
 namespace dibkit {
 namespace {
 
-/// The median of every byte and the eight around it at a pixel's distance, for the bytes of a line's inner
-/// pixels. Each column of three is sorted once; of three sorted columns the median is the middle one of the
-/// largest low, the middle middle and the smallest high. Only minima and maxima, so it runs in vectors. After
-/// J. L. Smith, "Implementing median filters in XC4000E FPGAs", 1996.
+/// The medians of all inner pixels of a line, channel by channel.
 class MedianRows {
  public:
   explicit MedianRows(int width) : bytes_(static_cast<std::size_t>(width) * 3), columns_(bytes_ * 3) {}
@@ -27,29 +26,24 @@ class MedianRows {
     BYTE* middle = low + bytes_;
     BYTE* high = middle + bytes_;
     for (std::size_t i = 0; i < bytes_; ++i) {
-      const BYTE a = std::min(above[i], row[i]);
-      const BYTE b = std::max(above[i], row[i]);
-      const BYTE c = std::min(b, below[i]);
-      low[i] = std::min(a, c);
-      middle[i] = std::max(a, c);
-      high[i] = std::max(b, below[i]);
+      const SortedColumn<BYTE> column = sortColumn(above[i], row[i], below[i]);
+      low[i] = column.low;
+      middle[i] = column.middle;
+      high[i] = column.high;
     }
+    const auto columnAt = [&](std::size_t i) { return SortedColumn<BYTE>{low[i], middle[i], high[i]}; };
     for (std::size_t i = 3; i + 3 < bytes_; ++i) {
-      const BYTE lows = std::max(std::max(low[i - 3], low[i]), low[i + 3]);
-      const BYTE highs = std::min(std::min(high[i - 3], high[i]), high[i + 3]);
-      out[i] = median(lows, median(middle[i - 3], middle[i], middle[i + 3]), highs);
+      out[i] = medianOfNine(columnAt(i - 3), columnAt(i), columnAt(i + 3));
     }
   }
 
  private:
-  static BYTE median(BYTE a, BYTE b, BYTE c) { return std::max(std::min(a, b), std::min(std::max(a, b), c)); }
-
   std::size_t bytes_;
   std::vector<BYTE> columns_;
 };
 
-/// The filter on one frame; what the fast rows cannot do, edges and the neighbours of transparent pixels,
-/// goes pixel by pixel.
+/// The filter of one frame: MedianRows for most pixels, one by one those at the edges and near transparent
+/// pixels.
 class NoiseFilter {
  public:
   NoiseFilter(const ConstView& source, const FrameMask& mask, const View& result)
