@@ -10,24 +10,24 @@
 namespace dibkit {
 namespace {
 
-/// What shows where the upper frame does not.
+/// The pixels where the upper frame is not opaque.
 enum class Beside {
-  nothing,     ///< the pixel is left out, as the upper frame's own mask says
-  lowerFrame,  ///< the lower frame as it is; where that does not show either, a new mask says so
+  nothing,     ///< transparent, as in the upper frame's own mask
+  lowerFrame,  ///< those of the lower frame; where that is not opaque either, transparent in a new mask
 };
 
-struct Layers {
-  OwnedDib image;  ///< null when the work was done but its reduction to a palette ran out of memory
-  OwnedDib mask;   ///< what neither frame shows; null when there is no such pixel or nobody asked
+struct Composite {
+  OwnedDib image;  ///< null when its reduction to a palette ran out of memory
+  OwnedDib mask;   ///< the new mask; null when it has no transparent pixel
 };
 
-/// Two frames laid over each other inside an area of the canvas, row by row from the top.
-/// \param lower may be null; where it does not show, the colour stands in for it under the upper one
-/// \param mix mix(top, under, bytes, mixed) makes the pixels where the upper frame shows
-/// \return nothing when the work image cannot be had
+/// Composites two frames inside an area of the canvas, row by row from the top.
+/// \param lower may be null; where it is not opaque, the colour is the backdrop of the upper frame
+/// \param mix mix(top, backdrop, bytes, mixed) makes the pixels where the upper frame is opaque
+/// \return nothing when memory runs out for the image or the mask
 template <class Mix>
-std::optional<Layers> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb colour, const Box& area,
-                                    Beside beside, Mix&& mix) {
+std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb colour, const Box& area,
+                                       Beside beside, Mix&& mix) {
   if (area.width() > INT32_MAX || area.height() > INT32_MAX) return std::nullopt;
   const int width = static_cast<int>(area.width());
   const int height = static_cast<int>(area.height());
@@ -35,62 +35,61 @@ std::optional<Layers> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb colo
   if (!work) return std::nullopt;
   const View target(work.get());
   FrameColours colours;
-  if (target.lines() == 0) return Layers{colours.finish(std::move(work)), nullptr};
-  std::vector<BYTE> backdrop(static_cast<std::size_t>(width) * 3);
-  for (int x = 0; x < width; ++x) Bgr24::put(backdrop.data(), x, colour);
-  BitGrid shows(width, 2);
-  MaskOnDemand leftOut(width, height);
+  if (target.lines() == 0) return Composite{colours.finish(std::move(work)), nullptr};
+  std::vector<BYTE> plain(static_cast<std::size_t>(width) * 3);
+  for (int x = 0; x < width; ++x) Bgr24::put(plain.data(), x, colour);
+  BitGrid opaque(width, 2);
+  MaskOnDemand transparent(width, height);
   for (int y = 0; y < target.lines(); ++y) {
     BYTE* row = target.row(y);
     const std::int64_t canvasY = area.top + y;
-    upper.opaqueBits(canvasY, area, shows.row(0));
-    if (lower != nullptr) lower->opaqueBits(canvasY, area, shows.row(1));
-    forEachPairRun(shows.row(0), shows.row(1), width, [&](int left, int right, bool above, bool below) {
+    upper.opaqueBits(canvasY, area, opaque.row(0));
+    if (lower != nullptr) lower->opaqueBits(canvasY, area, opaque.row(1));
+    forEachPairRun(opaque.row(0), opaque.row(1), width, [&](int left, int right, bool above, bool below) {
       BYTE* out = row + std::ptrdiff_t{left} * 3;
       const auto bytes = static_cast<std::size_t>(right - left) * 3;
       if (!above && !(below && beside == Beside::lowerFrame)) {
         std::memset(out, 0, bytes);
-        if (beside == Beside::lowerFrame) leftOut.mark(y, left, right);
+        if (beside == Beside::lowerFrame) transparent.mark(y, left, right);
         return;
       }
       const std::int64_t canvasX = area.left + left;
-      const BYTE* under = below ? lower->bgr(canvasX, canvasY, right - left) : backdrop.data();
+      const BYTE* backdrop = below ? lower->bgr(canvasX, canvasY, right - left) : plain.data();
       if (above) {
-        mix(upper.bgr(canvasX, canvasY, right - left), under, bytes, out);
+        mix(upper.bgr(canvasX, canvasY, right - left), backdrop, bytes, out);
       } else {
-        std::memcpy(out, under, bytes);
+        std::memcpy(out, backdrop, bytes);
       }
       colours.note(row, left, right);
     });
   }
-  if (leftOut.failed()) return std::nullopt;
-  return Layers{colours.finish(std::move(work)), leftOut.take()};
+  if (transparent.failed()) return std::nullopt;
+  return Composite{colours.finish(std::move(work)), transparent.take()};
 }
 
-/// Fades the upper frame inside its own box and hands it over with a copy of its mask.
+/// Fades the upper frame inside its own box; the out mask is a copy of its mask.
 int fade(PlacedCel& upper, BITMAPINFOHEADER* mask, PlacedCel* lower, DWORD colour, BYTE opacity,
          BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  std::optional<Layers> layers =
+  std::optional<Composite> composite =
       compositeOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
-                    [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-                      mixByByteOpacity(top, under, bytes, opacity, mixed);
+                    [opacity](const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE* mixed) {
+                      mixByByteOpacity(top, backdrop, bytes, opacity, mixed);
                     });
-  if (!layers) return 0;
-  *outImage = layers->image.release();
+  if (!composite) return 0;
+  *outImage = composite->image.release();
   *outMask = CBitmapCreator::Clone(mask);
   return 1;
 }
 
-/// Lays both frames over each other inside an area and hands the picture over with its new mask and its
-/// place.
+/// Composites both frames inside an area; the out mask is a new one.
 template <class Mix>
 int mergeInside(const Box& area, PlacedCel& upper, PlacedCel& lower, DWORD colour, Mix&& mix,
                 BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  std::optional<Layers> layers =
+  std::optional<Composite> composite =
       compositeOver(upper, &lower, fromColorRef(colour), area, Beside::lowerFrame, mix);
-  if (!layers) return 0;
-  *outImage = layers->image.release();
-  *outMask = layers->mask.release();
+  if (!composite) return 0;
+  *outImage = composite->image.release();
+  *outMask = composite->mask.release();
   *outPosition = {static_cast<LONG>(area.left), static_cast<LONG>(area.top)};
   return 1;
 }
@@ -145,8 +144,8 @@ int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const 
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     const Box area =
         intersection(unionOf(upper.box(), lower.box()), placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
-    const auto mix = [opacity](const BYTE* top, const BYTE* under, std::size_t bytes, BYTE* mixed) {
-      mixByWordOpacity(top, under, bytes, opacity, mixed);
+    const auto mix = [opacity](const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE* mixed) {
+      mixByWordOpacity(top, backdrop, bytes, opacity, mixed);
     };
     return mergeInside(area, upper, lower, colour, mix, outImage, outMask, outPosition);
   });

@@ -9,7 +9,7 @@
 namespace dibkit {
 namespace {
 
-/// The box of a region laid over an image: where they overlap, and where that lies in the box.
+/// The bounding box of a region and its overlap with an image.
 struct Cut {
   Cut(const RECT& regionBox, const ConstView& source)
       : box(toBox(regionBox)),
@@ -22,13 +22,13 @@ struct Cut {
   Overlap<2> overlap;
   const Overlap<2>::Start& inPiece() const { return overlap.start[0]; }
   const Overlap<2>::Start& inSource() const { return overlap.start[1]; }
-  /// Whether the source covers the whole box, so that every pixel of the piece gets written.
+  /// Whether the source covers the whole box, so that every pixel of the piece is written.
   bool whole() const { return overlap.width == box.width() && overlap.height == box.height(); }
 };
 
 OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const Cut& cut) {
   const int bitCount = source.bitCount();
-  // Pixels of a depth without format stay 0: only header, palette and mask of such a frame can be cut.
+  // Pixels of a depth that no DIB has stay 0: only header, palette and mask of such a frame can be cut.
   OwnedDib piece =
       createDib(cut.width(), cut.height(), bitCount, static_cast<int>(dib->biClrUsed),
                 cut.whole() && hasFormat(bitCount) ? InitialPixels::unwritten : InitialPixels::cleared);
@@ -42,8 +42,8 @@ OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const 
   return piece;
 }
 
-/// Writes the mask of a piece whose bits are still 0: transparent is what the frame's mask marks, what lies
-/// outside the region, and what the frame does not have. The region counts even where there is a mask.
+/// Writes the mask of a piece, whose bits are still 0. Transparent pixels are those that the frame's mask
+/// marks, those outside the region, and those outside the frame.
 /// \return whether any pixel is transparent
 bool cropMask(const Cel& frame, const RegionSpans& region, const Cut& cut, const View& mask) {
   const int left = static_cast<int>(cut.box.left);

@@ -11,7 +11,7 @@
 namespace dibkit {
 namespace {
 
-/// A frame decoded to 24 bits for its fill, transparent pixels black.
+/// A frame decoded to 24 bits for a fill; transparent pixels are black.
 class FillWork {
  public:
   FillWork(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
@@ -21,7 +21,7 @@ class FillWork {
   }
 
   bool usable() const { return static_cast<bool>(rows_); }
-  /// Pixels of a line; 0 when there is no line, which then needs no buffers however wide it claims to be.
+  /// Pixels of a line; 0 for an image without lines, which needs no buffers, even if its header has a width.
   int width() const { return height() > 0 ? frame_.cel().width() : 0; }
   int height() const { return frame_.cel().height(); }
   int lines() const { return rows_.lines(); }
@@ -34,9 +34,8 @@ class FillWork {
   }
 
   void decodeRow(int y) {
-    const std::uint64_t* shows = opaque(y);
     std::memset(row(y), 0, static_cast<std::size_t>(width()) * 3);
-    forEachRun(shows, width(), [&](int left, int right) {
+    forEachRun(opaque(y), width(), [&](int left, int right) {
       std::memcpy(row(y) + std::ptrdiff_t{left} * 3, frame_.bgr(left, y, right - left),
                   static_cast<std::size_t>(right - left) * 3);
     });
@@ -50,8 +49,8 @@ class FillWork {
   void match(int y, const ColourRange& range, BYTE* flags) {
     range.match(row(y), width(), flags);
     if (!frame_.cel().mask().present()) return;
-    const std::uint64_t* shows = opaque(y);
-    for (int x = 0; x < width(); ++x) flags[x] = static_cast<BYTE>(flags[x] & (shows[x / 64] >> x % 64));
+    const std::uint64_t* bits = opaque(y);
+    for (int x = 0; x < width(); ++x) flags[x] = static_cast<BYTE>(flags[x] & (bits[x / 64] >> x % 64));
   }
 
   OwnedDib finish() { return colours_.finish(std::move(image_)); }
@@ -104,7 +103,7 @@ int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD t
     if (seed.x < 0 || seed.x >= work.width() || seed.y < 0 || seed.y >= work.height()) return 0;
     for (int y = 0; y < work.lines(); ++y) work.decodeRow(y);
 
-    // The result of a flood fill that runs out of memory.
+    // The results of a flood fill that runs out of memory.
     *outImage = nullptr;
     *outMask = nullptr;
     const ColourRange range(fromColorRef(target), tolerance);
@@ -117,8 +116,8 @@ int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD t
     OwnedDib image = work.finish();
     if (!image) return 0;
     OwnedDib maskCopy(CBitmapCreator::Clone(mask));
-    // A mask that cannot be copied takes the image with it but not the result, on purpose: callers look at
-    // the images.
+    // Without memory for the mask there is no image either, but the result is 1, on purpose: callers test the
+    // images.
     if (mask != nullptr && !maskCopy) return 1;
     *outImage = image.release();
     *outMask = maskCopy.release();

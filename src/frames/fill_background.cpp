@@ -13,48 +13,59 @@
 namespace dibkit {
 namespace {
 
-/// The fill colour laid over white at the fill's strength.
+/// The fill colour mixed into white at the fill's strength.
 Rgb mixedWithWhite(Rgb fill, int percent) {
   BYTE pixel[3] = {255, 255, 255};
   Tint(fill, percent, 1).apply(pixel, 0, 1);
   return Bgr24::get(pixel, 0);
 }
 
-/// Which pixels of the canvas are transparent before the fill: the frame's transparent ones and those beside
-/// it.
-OwnedDib canvasMask(BITMAPINFOHEADER* mask, const Box& frame, const SIZE& canvas, const Margins& margins) {
-  if (mask != nullptr) return flattenOnto(mask, nullptr, {255, 255, 255}, margins);
-  OwnedDib result = createMask(canvas.cx, canvas.cy);
-  if (!result) return nullptr;
-  const Box visible = intersection(frame, placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
-  RECT inside{static_cast<LONG>(visible.left), static_cast<LONG>(visible.top),
-              static_cast<LONG>(visible.right), static_cast<LONG>(visible.bottom)};
-  ExclusiveWhiteFill2BitsDib(GetDIBBits(result.get()), canvas.cx, canvas.cy, inside);
-  return result;
+/// The mask of the whole canvas before the fill. The canvas outside the frame has the bit of the mask's first
+/// white palette entry. That is 1, transparent, unless the palette begins with white.
+/// \return null without white in a palette of two entries, for a mask of another size than the frame's, and
+///         when memory runs out
+OwnedDib canvasMask(const Cel& frame, const BITMAPINFOHEADER* mask, const Box& placed, const SIZE& canvas) {
+  if (mask != nullptr && (mask->biWidth != frame.width() || mask->biHeight != frame.height())) return nullptr;
+  MatteImage made = mask != nullptr ? imageWithMatte(mask, {255, 255, 255}, canvas)
+                                    : MatteImage{createMask(canvas.cx, canvas.cy), 1};
+  const View rows = viewOfDepth(made.image.get(), 1);
+  if (!rows) return nullptr;
+  const auto common = overlapOf<2>({placedBox(canvas.cx, canvas.cy, POINT{0, 0}), placed});
+  const auto& onCanvas = common.start[0];
+  const auto& inFrame = common.start[1];
+  for (int y = 0; y < rows.height(); ++y) fillMaskRow(rows.row(y), 0, rows.width(), made.index != 0);
+  for (int y = 0; y < common.height; ++y) {
+    BYTE* row = rows.row(onCanvas.y + y);
+    if (const BYTE* marked = frame.mask().row(inFrame.y + y)) {
+      copyPixels(1, marked, inFrame.x, common.width, row, onCanvas.x);
+    } else {
+      fillMaskRow(row, onCanvas.x, onCanvas.x + common.width, false);
+    }
+  }
+  return std::move(made.image);
 }
 
-/// Makes the transparent area around the seed opaque. The pixel that counts as visited from the start is not
-/// the seed but the one at the frame's x on the seed's line, counted through the whole canvas, so that the
-/// fill stops there: deliberate, pictures that were filled so have to come out the same. Beside the canvas it
-/// counts for nothing.
-/// \param begun called with every run of pixels: from the first one on only the work list can run out of
-/// memory
-template <class Begun>
-void clearArea(const View& mask, const POINT& seed, std::int64_t frameX, Begun&& begun) {
-  const std::int64_t barred = std::int64_t{seed.y} * mask.width() + frameX;
+/// Makes the transparent area around the seed opaque. The fill never enters pixel frameX of the seed's line,
+/// on purpose: it has always counted as visited in place of the seed, and results depend on it. An x outside
+/// the line is a pixel of another line, as in an array of all pixels.
+/// \param visiting called before each run of pixels is changed
+template <class Visiting>
+void clearArea(const View& mask, const POINT& seed, std::int64_t frameX, Visiting&& visiting) {
+  const std::int64_t excluded = std::int64_t{seed.y} * mask.width() + frameX;
   floodFill(
       mask.width(), mask.height(), seed,
       [&](int y, BYTE* flags) {
         unpackBits(mask.row(y), mask.width(), flags);
-        const std::int64_t x = barred - std::int64_t{y} * mask.width();
+        const std::int64_t x = excluded - std::int64_t{y} * mask.width();
         if (x >= 0 && x < mask.width()) flags[x] = 0;
       },
       [&](int y, int left, int right) {
-        begun();
+        visiting();
         fillMaskRow(mask.row(y), left, right, false);
       });
 }
 
+/// Cuts off the edges that are still transparent.
 int giveTrimmed(OwnedDib image, OwnedDib mask, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                 POINT* outPosition) {
   const TransparentEdges edges = transparentEdges(ConstView(mask.get()));
@@ -102,13 +113,10 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
 
     OwnedDib image = flattenOnto(frame, mask, mixedWithWhite(fromColorRef(fill), percent), margins);
     if (!image) return 0;
-    OwnedDib transparent = canvasMask(mask, placed, canvas, margins);
-    // A mask without white comes back deeper, with an index for white: no mask any more. One of another size
-    // than the frame's does not cover the canvas.
-    const View rows = viewOfDepth(transparent.get(), 1);
-    if (!rows || rows.width() != canvas.cx || rows.height() != canvas.cy) return 0;
-    clearArea(rows, seed, position.x, [&] {
-      // The result of a flood fill that runs out of memory after it has begun.
+    OwnedDib transparent = canvasMask(source, mask, placed, canvas);
+    if (!transparent) return 0;
+    clearArea(View(transparent.get()), seed, position.x, [&] {
+      // The results of a flood fill that runs out of memory.
       *outImage = nullptr;
       *outMask = nullptr;
       *outPosition = position;

@@ -5,16 +5,15 @@
 #include "platform/win32.h"
 
 /// \file
-/// Mixtures of two rows of bytes at one opacity. All bytes of a row go alike, so the kernels run in vectors;
-/// the result may lie over either source.
+/// Mixtures of two rows of bytes at one opacity. `mixed` may be one of the sources.
 
 namespace dibkit {
 
-/// mixed = (top opacity + under (255 - opacity)) / 255, truncated. 255 gives `top`, 0 gives `under`.
-void mixByByteOpacity(const BYTE* top, const BYTE* under, std::size_t bytes, BYTE opacity, BYTE* mixed);
+/// mixed = (top * opacity + backdrop * (255 - opacity)) / 255, truncated
+void mixByByteOpacity(const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE opacity, BYTE* mixed);
 
-/// mixed = (under 256 + (top - under) opacity) >> 8. 256 gives `top`, 0 gives `under`. An opacity above 256
-/// is not clamped, on purpose: the low byte of the shifted value stands.
-void mixByWordOpacity(const BYTE* top, const BYTE* under, std::size_t bytes, WORD opacity, BYTE* mixed);
+/// mixed = (top * opacity + backdrop * (256 - opacity)) >> 8, modulo 256. An opacity above 256 is not
+/// clamped, on purpose.
+void mixByWordOpacity(const BYTE* top, const BYTE* backdrop, std::size_t bytes, WORD opacity, BYTE* mixed);
 
 }  // namespace dibkit

@@ -9,8 +9,7 @@
 namespace dibkit {
 namespace {
 
-/// Averages of one row of blocks, which are as wide as `size` says and share their last column and row with
-/// their neighbours.
+/// Averages of one row of blocks of `size` x `size` pixels, extended by the column and the row that follow.
 class BlockRow {
  public:
   BlockRow(const ConstView& source, int size)
@@ -25,7 +24,7 @@ class BlockRow {
   /// Sums the lines [top, bottom).
   void sum(int top, int bottom) {
     std::fill(blocks_.begin(), blocks_.end(), Sums{});
-    // Column sums of 32 bits hold the bytes of this many lines and more.
+    // 65536 lines of bytes cannot overflow a column's sum of 32 bits.
     constexpr int strip = 1 << 16;
     for (int y = top; y < bottom; y += strip) sumStrip(y, std::min(bottom, y + strip));
     lines_ = bottom - top;
@@ -43,7 +42,7 @@ class BlockRow {
  private:
   using Sums = std::array<std::uint64_t, 3>;
 
-  /// One past the last column of a block: its own columns and the one that follows them.
+  /// One past the last column of an extended block.
   std::uint64_t rightOf(std::size_t number) const {
     return std::min<std::uint64_t>((number + 1) * static_cast<std::uint64_t>(size_) + 1,
                                    static_cast<std::uint64_t>(source_.width()));
@@ -72,9 +71,8 @@ class BlockRow {
   std::vector<Sums> blocks_;    ///< blue, green and red
 };
 
-/// Blocks are averaged over (n + 1) x (n + 1) pixels on purpose, one column and row into their right and
-/// lower neighbours. Of two blocks that meet, the later one shows, so that pixel (x, y) has the colour of
-/// block (x / n, y / n).
+/// Pixel (x, y) has the colour of block (x / n, y / n). Averages are over (n + 1) x (n + 1) pixels, on
+/// purpose: a column and a row of the next blocks count too.
 OwnedDib mosaic32(const ConstView& source, int blockSize) {
   const int size = std::min({blockSize, source.width(), source.height()});
   if (!source || size < 1) return nullptr;

@@ -30,7 +30,7 @@ OwnedDib reduced(BITMAPINFOHEADER* drawn) {
   return OwnedDib(Convert24BitsDIBToLowerBitsDIB(drawn, indexes));
 }
 
-/// A frame mask of a 4-bit picture that takes the background as transparent.
+/// A frame mask of a 4-bit picture whose background is transparent.
 OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
   const ConstView from(picture);
   OwnedDib mask = createDib(from.width(), from.height(), 1, 0);
@@ -44,7 +44,7 @@ OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
   return mask;
 }
 
-/// Cuts the background off around what is drawn and moves the position along; null when all is background.
+/// Cuts off the background at the edges and moves the position accordingly; null when nothing is drawn.
 OwnedDib trimmed(OwnedDib picture, POINT& position) {
   const OwnedDib mask = maskOf(picture.get());
   if (!mask) return nullptr;
@@ -53,13 +53,13 @@ OwnedDib trimmed(OwnedDib picture, POINT& position) {
   if (edges.left == picture->biWidth) return nullptr;
   position = {position.x + edges.left, position.y + edges.top};
   BITMAPINFOHEADER* piece = nullptr;
-  BITMAPINFOHEADER* noMask = nullptr;  // a rectangle inside the picture leaves none
+  BITMAPINFOHEADER* noMask = nullptr;  // there is none for a rectangle inside the picture
   cropLeakingRegion(picture.get(), nullptr, edges, &piece, &noMask);
   return OwnedDib(piece);
 }
 
-/// Draws on a white surface of the screen's colours with the pen and the brush of the shape pictures, and
-/// makes the picture. `position` becomes the place of its corner.
+/// Makes a shape picture. draw(context) draws on a white surface with the pen and the brush selected.
+/// \param position receives the canvas coordinates of the picture's top-left pixel
 template <class Draw>
 OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& position, Draw&& draw) {
   position = {box.left, box.top};
@@ -78,12 +78,12 @@ OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& positio
   return picture ? trimmed(std::move(picture), position) : nullptr;
 }
 
-/// Runs an operation that gives a picture and its place.
+/// Runs paint(position), which returns a picture; the caller's position may be null.
 template <class Paint>
-BITMAPINFOHEADER* withPosition(POINT* position, Paint&& paint) {
-  POINT corner{};
-  OwnedDib picture = orOutOfMemory(OwnedDib(), [&] { return paint(corner); });
-  if (position != nullptr) *position = corner;
+BITMAPINFOHEADER* withPosition(POINT* outPosition, Paint&& paint) {
+  POINT position{};
+  OwnedDib picture = orOutOfMemory(OwnedDib(), [&] { return paint(position); });
+  if (outPosition != nullptr) *outPosition = position;
   return picture.release();
 }
 

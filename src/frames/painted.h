@@ -4,7 +4,7 @@
 
 namespace dibkit {
 
-/// Pixels that a painted picture keeps around the points or the rectangle that it shows.
+/// Margin in pixels of a painted picture around its points or its rectangle.
 constexpr std::int64_t paintMargin(int penWidth) { return penWidth / 2 + std::int64_t{10}; }
 
 }  // namespace dibkit

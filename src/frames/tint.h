@@ -7,12 +7,14 @@
 
 namespace dibkit {
 
-/// A percentage as a word opacity: 100 is 256. Taken in 64 bits and kept in 16, so that any int may come.
+/// A percentage as an opacity of mixByWordOpacity: 100 is 256. Computed in 64 bits and taken modulo 2^16, so
+/// that every int is valid.
 constexpr WORD opacityOfPercent(int percent) {
   return static_cast<WORD>(std::int64_t{percent} * 256 / 100 & 0xFFFF);
 }
 
-/// A colour laid over pixels at a strength in percent: (old 256 + (fill - old) s) >> 8.
+/// Mixes a colour into pixels at a strength in percent: (old * 256 + (fill - old) * s) >> 8, with
+/// s = percent * 256 / 100.
 class Tint {
  public:
   Tint(Rgb fill, int percent, int width)

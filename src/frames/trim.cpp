@@ -1,8 +1,75 @@
 #include "frames/trim.h"
 
+#include <algorithm>
+#include <bit>
+#include <vector>
+
+#include "dib/view.h"
 #include "frames/frames.h"
+#include "platform/guard.h"
+#include "raster/mask_rows.h"
+#include "raster/region_builder.h"
 
 namespace dibkit {
+namespace {
+
+ConstView viewOfMask(const BITMAPINFOHEADER* mask) { return viewOfDepth(mask, 1); }
+
+/// The words of a BitGrid row of the mask's width.
+std::size_t wordsOf(const ConstView& mask) { return (static_cast<std::size_t>(mask.width()) + 63) / 64; }
+
+/// The opaque pixels of line y of a frame mask as set bits, in wordsOf(mask) words.
+void loadOpaque(const ConstView& mask, int y, std::uint64_t* words) {
+  loadMaskRow(mask.row(y), mask.width(), words);
+  const std::size_t count = wordsOf(mask);
+  for (std::size_t i = 0; i < count; ++i) words[i] = ~words[i];
+  if (mask.width() % 64 != 0) words[count - 1] &= (std::uint64_t{1} << mask.width() % 64) - 1;
+}
+
+OwnedRegion opaqueRegion(const ConstView& mask) {
+  if (mask.lines() == 0) return nullptr;
+  RegionBuilder builder(mask.width(), mask.height());
+  for (int y = 0; y < mask.lines(); ++y) loadOpaque(mask, y, builder.row(y));
+  return builder.empty() ? nullptr : builder.region();
+}
+
+/// The last set bit of a row that has one.
+int lastBit(const std::uint64_t* row, int width) {
+  int word = (width - 1) / 64;
+  while (row[word] == 0) --word;
+  return word * 64 + 63 - std::countl_zero(row[word]);
+}
+
+}  // namespace
+
+TransparentEdges transparentEdges(const ConstView& mask) {
+  const int width = mask.width();
+  const int height = mask.height();
+  if (mask.lines() == 0) return {width, height, width, height};
+  std::vector<std::uint64_t> words(wordsOf(mask));
+  const auto opaque = [&](int y) {
+    loadOpaque(mask, y, words.data());
+    return words.data();
+  };
+  int top = 0;
+  while (top < height && findBit(opaque(top), 0, width, true) == width) ++top;
+  if (top == height) return {width, height, width, height};
+  int bottom = 0;
+  int left = width;
+  int right = width;
+  for (int y = top; y < height; ++y) {
+    const std::uint64_t* row = opaque(y);
+    const int first = findBit(row, 0, width, true);
+    if (first == width) {
+      ++bottom;
+      continue;
+    }
+    bottom = 0;
+    left = std::min(left, first);
+    right = std::min(right, width - 1 - lastBit(row, width));
+  }
+  return {left, top, right, bottom};
+}
 
 int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
@@ -12,3 +79,22 @@ int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const Tra
 }
 
 }  // namespace dibkit
+
+using namespace dibkit;
+
+HRGN CalcOpacityAreaRgn(BITMAPINFOHEADER* mask) {
+  return orOutOfMemory<HRGN>(nullptr, [&] { return opaqueRegion(viewOfMask(mask)).release(); });
+}
+
+void CaclOpaqueBoundary(BITMAPINFOHEADER* mask, int* left, int* top, int* right, int* bottom) {
+  const ConstView view = viewOfMask(mask);
+  if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
+  orOutOfMemory<int>(0, [&] {
+    const TransparentEdges edges = transparentEdges(view);
+    *left = edges.left;
+    *top = edges.top;
+    *right = edges.right;
+    *bottom = edges.bottom;
+    return 1;
+  });
+}

@@ -1,13 +1,27 @@
 #pragma once
 
-#include "frames/opacity.h"
+#include "dib/view.h"
 
 namespace dibkit {
 
-/// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts. The region that says what
-/// stays is never deleted, on purpose: fills and shape pictures have always kept one for each picture that
-/// they trim, and the objects that the process holds are part of what hosts see of it.
-/// \return what CropFrame returns
+/// Numbers of wholly transparent rows and columns at the edges of a frame mask.
+struct TransparentEdges {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+
+  bool any() const { return left != 0 || top != 0 || right != 0 || bottom != 0; }
+};
+
+/// Counts them as CaclOpaqueBoundary does: twice the mask's width and height when it is wholly transparent.
+/// Throws std::bad_alloc when memory runs out.
+TransparentEdges transparentEdges(const ConstView& mask);
+
+/// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts. The region for that call
+/// is never deleted, on purpose: trimming has always left one region behind, and hosts can see the number of
+/// objects that their process has.
+/// \return the result of CropFrame
 int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
 

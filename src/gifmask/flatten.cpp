@@ -13,36 +13,7 @@
 namespace dibkit {
 namespace {
 
-/// The depth and palette of the result, and the index of the matte colour in it.
-struct FlattenedFormat {
-  int bitCount = 0;
-  int clrUsed = 0;         ///< for the result's header
-  std::int64_t index = 0;  ///< of the matte, where the result has a palette
-  bool appended = false;   ///< the colour is a new entry
-};
-
-/// \return the first entry with the colour, or the palette's size
-std::int64_t findColour(const BITMAPINFOHEADER* dib, Rgb matte) {
-  const RGBQUAD* end = paletteOf(dib) + GetDIBPaletteSize(dib);
-  return std::find_if(paletteOf(dib), end, [&](const RGBQUAD& entry) { return rgbOf(entry) == matte; }) -
-         paletteOf(dib);
-}
-
-FlattenedFormat flattenedFormat(const BITMAPINFOHEADER* dib, Rgb matte) {
-  const int bitCount = dib->biBitCount;
-  if (bitCount > 8) return {bitCount, 0, 0, false};
-  const std::int64_t size = GetDIBPaletteSize(dib);
-  const std::int64_t index = findColour(dib, matte);
-  // A palette that stays keeps biClrUsed as the frame has it, 0 for a full one.
-  if (index < size) return {bitCount, static_cast<int>(dib->biClrUsed), index, false};
-  if (size == std::int64_t{1} << bitCount) {
-    if (bitCount == 8) return {24, 0, 0, false};
-    return {bitCount == 1 ? 4 : 8, static_cast<int>(size) + 1, index, true};
-  }
-  return {bitCount, static_cast<int>(size) + 1, index, true};
-}
-
-/// From a palette to a palette: indexes keep their numbers.
+/// From a palette to a palette: the frame's indexes are unchanged.
 template <class Source, class Target>
 void flattenIndexes(PlacedCel& frame, const View& target, BYTE index) {
   const ConstView& source = frame.cel().view();
@@ -66,7 +37,7 @@ void flattenIndexes(PlacedCel& frame, const View& target, BYTE index) {
   }
 }
 
-/// To a format without palette, from any depth.
+/// From any depth to a format without palette.
 template <class Target>
 void flattenColours(PlacedCel& frame, const View& target, Rgb matte) {
   const Box area = placedBox(target.width(), target.height(), POINT{0, 0});
@@ -82,7 +53,7 @@ void flattenColours(PlacedCel& frame, const View& target, Rgb matte) {
   }
 }
 
-void flattenRows(PlacedCel& frame, const View& target, const FlattenedFormat& format, Rgb matte) {
+void flattenRows(PlacedCel& frame, const View& target, std::int64_t index, Rgb matte) {
   if (target.lines() == 0) return;
   withFormat(frame.cel().bitCount(), 0, [&](auto sourceFormat) {
     using Source = decltype(sourceFormat);
@@ -91,7 +62,7 @@ void flattenRows(PlacedCel& frame, const View& target, const FlattenedFormat& fo
       if constexpr (Target::bits > 8) {
         flattenColours<Target>(frame, target, matte);
       } else if constexpr (Source::bits <= Target::bits) {
-        flattenIndexes<Source, Target>(frame, target, lowByte(format.index));
+        flattenIndexes<Source, Target>(frame, target, lowByte(index));
       }
       return 0;
     });
@@ -107,6 +78,31 @@ std::optional<SIZE> paddedSize(const Box& box, const Margins& margins) {
   return SIZE{static_cast<LONG>(width), static_cast<LONG>(height)};
 }
 
+MatteImage imageWithMatte(const BITMAPINFOHEADER* dib, Rgb matte, const SIZE& size) {
+  const auto create = [&](int bitCount, std::int64_t clrUsed) {
+    return createDib(size.cx, size.cy, bitCount, static_cast<int>(clrUsed), InitialPixels::unwritten);
+  };
+  const int bitCount = dib->biBitCount;
+  if (bitCount > 8) return {create(bitCount, 0), 0};
+  const RGBQUAD* palette = paletteOf(dib);
+  const std::int64_t count = GetDIBPaletteSize(dib);
+  const std::int64_t index =
+      std::find_if(palette, palette + count, [&](const RGBQUAD& entry) { return rgbOf(entry) == matte; }) -
+      palette;
+  const bool full = count == std::int64_t{1} << bitCount;
+  if (index == count && full && bitCount == 8) return {create(Bgr24::bits, 0), 0};
+  MatteImage result{nullptr, index};
+  if (index < count) {
+    result.image = create(bitCount, dib->biClrUsed);  // which is 0 for some full palettes
+  } else {
+    result.image = create(!full ? bitCount : bitCount == 1 ? 4 : 8, count + 1);
+  }
+  if (!result.image) return result;
+  copyPalette(dib, result.image.get());
+  if (index == count) putEntry(result.image.get(), index, {matte.blue, matte.green, matte.red, 0});
+  return result;
+}
+
 OwnedDib flattenOnto(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, Rgb matte,
                      const Margins& margins) {
   PlacedCel frame(dib, mask, POINT{margins.left, margins.top});
@@ -114,16 +110,9 @@ OwnedDib flattenOnto(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, 
   const std::optional<SIZE> size = paddedSize(frame.box(), margins);
   if (!size) return nullptr;
 
-  const FlattenedFormat format = flattenedFormat(dib, matte);
-  OwnedDib result = createDib(size->cx, size->cy, format.bitCount, format.clrUsed, InitialPixels::unwritten);
-  if (!result) return nullptr;
-  if (format.bitCount <= 8) {
-    copyPalette(dib, result.get());
-    // The new entry's fourth byte is 0.
-    if (format.appended) putEntry(result.get(), format.index, {matte.blue, matte.green, matte.red, 0});
-  }
-  flattenRows(frame, View(result.get()), format, matte);
-  return result;
+  MatteImage result = imageWithMatte(dib, matte, *size);
+  if (result.image) flattenRows(frame, View(result.image.get()), result.index, matte);
+  return std::move(result.image);
 }
 
 }  // namespace dibkit

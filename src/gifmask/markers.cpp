@@ -7,7 +7,7 @@ namespace {
 
 ConstView maskRows(const BITMAPINFOHEADER* mask) { return viewOfDepth(mask, 1); }
 
-/// The overlap of an image and a mask.
+/// An image, a mask and the size of their common part.
 struct Overlay {
   View image;
   ConstView mask;
@@ -15,9 +15,8 @@ struct Overlay {
   int height = std::min(image.height(), mask.height());
 };
 
-/// A copy of an image with its overlap with a mask painted.
-/// \param paint paint(format, overlay), called only when there is an overlap, with the format of the depth
-/// \return null for an unusable image or mask, a depth without format, or when memory runs out
+/// A copy of an image in which paint(format, overlay) paints the common part with a mask, unless that is
+/// empty. \return null for an unusable image or mask, a depth without format, or when memory runs out
 template <class Paint>
 BITMAPINFOHEADER* painted(const BITMAPINFOHEADER* image, const ConstView& mask, Paint&& paint) {
   if (!mask) return nullptr;
@@ -30,7 +29,7 @@ BITMAPINFOHEADER* painted(const BITMAPINFOHEADER* image, const ConstView& mask, 
   });
 }
 
-/// Shows the mask: one value where its bit is 1, another where it is 0.
+/// Paints one value where the mask's bit is 1, another where it is 0.
 template <class Format>
 void show(const Overlay& overlay, typename Format::Raw marked, typename Format::Raw unmarked) {
   for (int y = 0; y < overlay.height; ++y) {
@@ -65,7 +64,7 @@ using namespace dibkit;
 BITMAPINFOHEADER* CMaskedBitmapTransform::MarkedBmpDIB(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask) {
   return painted(image, ConstView(mask), [](auto format, const Overlay& overlay) {
     using Format = decltype(format);
-    // The whole stored value, at every depth.
+    // The raw value, so that bits which show no colour are copied too.
     const auto value = Format::get(overlay.image.row(0), 0);
     for (int y = 0; y < overlay.height; ++y) {
       for (int x = 0; x < overlay.width; ++x) Format::put(overlay.image.row(y), x, value);

@@ -6,7 +6,7 @@
 namespace dibkit {
 namespace {
 
-/// The part of a rectangle that lies in an image, all zeros when there is none.
+/// A rectangle clipped to an image; all zeros when nothing is left.
 RECT clipped(const RECT& rect, const View& view) {
   const RECT whole{0, 0, view.width(), view.height()};
   RECT common;
@@ -53,7 +53,7 @@ BITMAPINFOHEADER* CMaskedBitmapTransform::FillMask(BITMAPINFOHEADER* mask, HRGN 
   if (!old) return nullptr;
   const RegionSpans spans(region);
   if (region != nullptr && !spans.valid()) return nullptr;
-  // No copy of a mask that would not change: the argument itself says so to the caller.
+  // No copy of a mask that would not change: returning the argument is how the caller can see that.
   if (holds(old, spans)) return mask;
   OwnedDib changed(CBitmapCreator::Clone(mask));
   if (!changed) return nullptr;

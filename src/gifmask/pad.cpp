@@ -19,7 +19,7 @@ Padded pad(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* sourceMask, cons
   const std::optional<SIZE> size = paddedSize(frame.box(), margins);
   if (!size) return {};
   Padded padded{createDib(size->cx, size->cy, dib->biBitCount, static_cast<int>(dib->biClrUsed)), nullptr};
-  // No mask beside an image that is too large: it takes less room, so that there might be one.
+  // Without an image no mask either, although there may be memory for the smaller mask.
   if (padded.image) padded.mask = createMask(size->cx, size->cy);
   if (!padded.mask) return {};
   copyPalette(dib, padded.image.get());

@@ -8,8 +8,8 @@
 namespace dibkit {
 namespace {
 
-/// The rows of a 32-bit image whose header may hold negative sizes. They lie bottom-up whatever the signs
-/// say: pictures stored with the top line first come out upside down, and hosts know them so.
+/// The rows of a 32-bit image whose header may have negative sizes. They are read bottom-up regardless of the
+/// signs, on purpose: hosts expect pictures stored top-down to be upside down.
 struct UnsignedRows {
   explicit UnsignedRows(const BITMAPINFOHEADER* dib) {
     if (dib == nullptr || dib->biBitCount != Bgra32::bits) return;
@@ -31,29 +31,29 @@ struct UnsignedRows {
   int height = 0;
 };
 
-/// (channel opacity + backdrop (255 - opacity)) / 255; never above 255.
-constexpr BYTE blended(BYTE channel, BYTE backdrop, unsigned opacity) {
-  return static_cast<BYTE>((channel * opacity + backdrop * (255 - opacity)) / 255);
+/// (channel * alpha + backdrop * (255 - alpha)) / 255, truncated
+constexpr BYTE composited(BYTE channel, BYTE backdrop, unsigned alpha) {
+  return static_cast<BYTE>((channel * alpha + backdrop * (255 - alpha)) / 255);
 }
 
-constexpr Rgb blended(Rgb colour, Rgb backdrop, unsigned opacity) {
-  return {blended(colour.red, backdrop.red, opacity), blended(colour.green, backdrop.green, opacity),
-          blended(colour.blue, backdrop.blue, opacity)};
+constexpr Rgb composited(Rgb colour, Rgb backdrop, unsigned alpha) {
+  return {composited(colour.red, backdrop.red, alpha), composited(colour.green, backdrop.green, alpha),
+          composited(colour.blue, backdrop.blue, alpha)};
 }
 
-constexpr DWORD opacityOf(DWORD pixel) { return pixel >> 24; }
+constexpr DWORD alphaOf(DWORD pixel) { return pixel >> 24; }
 
 void splitRow(const BYTE* from, int width, Rgb background, Rgb transparent, int y, BYTE* to,
               MaskOnDemand& mask) {
   for (int x = 0; x < width;) {
     const DWORD pixel = Bgra32::get(from, x);
-    if (const DWORD opacity = opacityOf(pixel); opacity != 0) {
+    if (const DWORD alpha = alphaOf(pixel); alpha != 0) {
       const Rgb colour = Bgra32::colour(pixel);
-      Bgr24::put(to, x++, opacity == 255 ? colour : blended(colour, background, opacity));
+      Bgr24::put(to, x++, alpha == 255 ? colour : composited(colour, background, alpha));
       continue;
     }
     const int left = x;
-    for (; x < width && opacityOf(Bgra32::get(from, x)) == 0; ++x) Bgr24::put(to, x, transparent);
+    for (; x < width && alphaOf(Bgra32::get(from, x)) == 0; ++x) Bgr24::put(to, x, transparent);
     mask.mark(y, left, x);
   }
 }
