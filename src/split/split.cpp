@@ -9,7 +9,8 @@
 namespace dibkit {
 namespace {
 
-/// What the counts leave of the new frame, on the canvas; empty when they reach outside it.
+/// The new frame on the canvas without the equal rows and columns at its edges; empty when that is not inside
+/// the frame.
 Box pieceArea(const Box& frame, const CSpiltEmbededDIB& splitter) {
   const Box area{frame.left + splitter.m_nLeftSame, frame.top + splitter.m_nTopSame,
                  frame.right - splitter.m_nRightSame, frame.bottom - splitter.m_nBottomSame};
@@ -18,7 +19,7 @@ Box pieceArea(const Box& frame, const CSpiltEmbededDIB& splitter) {
   return inside && !area.empty() ? area : Box{};
 }
 
-/// The rectangle of the new frame that is cut out, line by line against the reference frame.
+/// The rectangle of the new frame that is cut out, compared with the reference frame line by line.
 class ChangedPiece {
  public:
   explicit ChangedPiece(const CSpiltEmbededDIB& splitter)
@@ -36,9 +37,9 @@ class ChangedPiece {
   int height() const { return static_cast<int>(area_.height()); }
   const Box& area() const { return area_; }
 
-  /// Looks at line y of the piece.
+  /// Compares line y of the piece.
   /// \return false when a pixel turned from opaque to transparent
-  bool look(int y, bool makeSameTransparent) {
+  bool compare(int y, bool makeSameTransparent) {
     const std::int64_t canvasY = area_.top + y;
     next_.opaqueBits(canvasY, area_, opaque_.row(0));
     reference_.opaqueBits(canvasY, area_, shown_.row(0));
@@ -55,24 +56,24 @@ class ChangedPiece {
   }
   bool foundSame() const { return foundSame_; }
 
-  /// Calls run(left, right, opaque, shown) along the line looked at: whether the new frame is opaque there,
-  /// and whether the piece will be.
+  /// Calls run(left, right, opaque, shown) for the runs of the compared line: whether the new frame is opaque
+  /// there, and whether the piece will be.
   template <class Run>
-  void forEachStretch(Run&& run) {
+  void forEachComparedRun(Run&& run) {
     forEachPairRun(opaque_.row(0), shown_.row(0), width(), run);
   }
 
   /// The new frame's pixels from column x of the piece on, as blue, green, red bytes.
   const BYTE* bgr(int x, int y, int count) { return next_.bgr(area_.left + x, area_.top + y, count); }
-  /// The same as the bytes of an 8-bit frame.
+  /// The same for an 8-bit frame, as palette indexes.
   const BYTE* indexes(int x, int y) const {
     return next_.cel().view().row(static_cast<int>(area_.top + y - next_.box().top)) +
            (area_.left + x - next_.box().left);
   }
 
  private:
-  /// Marks where both frames are opaque and of one colour; `shown_` holds the reference frame's opaque
-  /// pixels.
+  /// Marks where both frames are opaque and of one colour. `shown_` holds the opaque pixels of the reference
+  /// frame, which the new one has too.
   void findSame(std::int64_t canvasY) {
     std::fill(flags_.begin(), flags_.end(), BYTE{0});
     forEachRun(shown_.row(0), width(), [&](int left, int right) {
@@ -96,7 +97,7 @@ class ChangedPiece {
   bool foundSame_ = false;
 };
 
-/// Where a cut goes. Nothing is written to it before the cut is done.
+/// The out-parameters of a cut, written only when it has succeeded.
 struct Outputs {
   BITMAPINFOHEADER** image;
   BITMAPINFOHEADER** mask;
@@ -108,22 +109,22 @@ struct Outputs {
     *image = pieceImage.release();
     *mask = pieceMask.release();
     *position = {static_cast<LONG>(piece.area().left), static_cast<LONG>(piece.area().top)};
-    // Never cleared here: the caller's 0 is what it is told against.
+    // Never cleared here: the caller does that.
     if (sameFound != nullptr && piece.foundSame()) *sameFound = 1;
     return 1;
   }
 };
 
-/// Cuts line by line, marking what the piece leaves transparent.
-/// \param stretch stretch(y, left, right, opaque, shown) writes the piece's pixels
+/// Cuts line by line and marks the transparent pixels of the piece.
+/// \param copyRun copyRun(y, left, right, opaque, shown) writes the piece's pixels
 /// \return false when the piece cannot be cut
-template <class Stretch>
-bool cutLines(ChangedPiece& piece, bool makeSameTransparent, MaskOnDemand& mask, Stretch&& stretch) {
+template <class CopyRun>
+bool cutLines(ChangedPiece& piece, bool makeSameTransparent, MaskOnDemand& mask, CopyRun&& copyRun) {
   for (int y = 0; y < piece.height(); ++y) {
-    if (!piece.look(y, makeSameTransparent)) return false;
-    piece.forEachStretch([&](int left, int right, bool opaque, bool shown) {
+    if (!piece.compare(y, makeSameTransparent)) return false;
+    piece.forEachComparedRun([&](int left, int right, bool opaque, bool shown) {
       if (!shown) mask.mark(y, left, right);
-      stretch(y, left, right, opaque, shown);
+      copyRun(y, left, right, opaque, shown);
     });
   }
   return !mask.failed();
@@ -138,20 +139,6 @@ CSpiltEmbededDIB::CSpiltEmbededDIB() = default;
 CSpiltEmbededDIB::CSpiltEmbededDIB(const CSpiltEmbededDIB& other) = default;
 CSpiltEmbededDIB& CSpiltEmbededDIB::operator=(const CSpiltEmbededDIB& other) = default;
 CSpiltEmbededDIB::~CSpiltEmbededDIB() = default;
-
-void CSpiltEmbededDIB::Reset(BITMAPINFOHEADER* refDib, BITMAPINFOHEADER* refMask, const POINT& ref,
-                             BITMAPINFOHEADER* newDib, BITMAPINFOHEADER* newMask, const POINT& next) {
-  m_pRefDIB = refDib;
-  m_pRefMask = refMask;
-  m_pNewDIB = newDib;
-  m_pNewMask = newMask;
-  m_ptRef = ref;
-  m_ptNew = next;
-  m_nLeftSame = m_nTopSame = m_nRightSame = m_nBottomSame = 0;
-  if (IsCanSpilt() == 0) return;
-  CalcBoundaryTopLeftInfo(&m_nLeftSame, &m_nTopSame);
-  CalcBoundaryBottomRightInfo(m_nLeftSame, m_nTopSame, &m_nRightSame, &m_nBottomSame);
-}
 
 int CSpiltEmbededDIB::SplitOpacity(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                                    POINT* outPosition, int* outSameFound) const {

@@ -3,11 +3,11 @@
 #include "dib/dib.h"
 
 /// Cuts out of a new frame the rectangle in which it differs from a reference frame, so that an animation
-/// stores only what changed. For frames with 8-bit palettes: the piece keeps palette and indexes. Construct,
-/// Reset, ask IsEqual, then one of the two split operations, any number of times. A host may derive from it.
+/// stores only what changed. For 8-bit frames: the piece has the new frame's palette and indexes. The calls
+/// are Reset, IsEqual, then one of the two split operations, any number of times. A host may derive from it.
 ///
-/// The frames and masks (null for a wholly opaque frame) are borrowed: they have to outlive every call made
-/// after Reset. Pieces and masks handed back belong to the caller, who releases them with
+/// The frames and masks (null for a wholly opaque frame) are borrowed: they have to outlive all calls after
+/// Reset. The caller owns the pieces and masks and releases them with
 /// `delete[] reinterpret_cast<BYTE*>(image)`.
 ///
 /// Two pixels are the same when both are transparent, or both opaque and of one colour.
@@ -17,10 +17,10 @@ class DIBKIT_API CSpiltEmbededDIB {
   /// Copies share the frames.
   CSpiltEmbededDIB(const CSpiltEmbededDIB& other);
   CSpiltEmbededDIB& operator=(const CSpiltEmbededDIB& other);
-  /// Releases nothing. Not virtual, on purpose: the table of virtual operations has one slot.
+  /// Releases nothing. Not virtual, on purpose: hosts expect a single slot in the table of virtual functions.
   ~CSpiltEmbededDIB();
 
-  /// Takes two frames and counts the same rows and columns at their edges.
+  /// Sets the two frames and counts the equal rows and columns at their edges.
   /// \param refMask,newMask may be null
   /// \param ref,next canvas coordinates of the frames' top-left pixels
   void Reset(BITMAPINFOHEADER* refDib, BITMAPINFOHEADER* refMask, const POINT& ref, BITMAPINFOHEADER* newDib,
@@ -28,35 +28,36 @@ class DIBKIT_API CSpiltEmbededDIB {
 
   /// \return 1 when both frames end at the same corner of the canvas and have one width or one height, else 0
   int IsCanSpilt() const;
-  /// \return 1 when the same columns at the left or the same rows at the top are the whole new frame, so that
+  /// \return 1 when the equal columns at the left or the equal rows at the top are the whole new frame, so
+  /// that
   ///     there is no piece to cut; else 0
   int IsEqual() const;
 
   /// Cuts the changed rectangle.
   /// \param outMask receives the piece's mask, or null when it is wholly opaque
-  /// \param outPosition receives the piece's place on the canvas
+  /// \param outPosition receives the canvas coordinates of the piece's top-left pixel
   /// \param outSameFound set to 1 when a pixel of the piece has the reference frame's colour, else left
   ///     alone: the caller clears it first; may be null
-  /// \return 1; 0 with nothing written when a pixel turned from opaque to transparent, which no piece laid
-  ///     over the reference frame can show, when the piece has no width or height, when the frame is not of
-  ///     the splitter's depth, or when memory runs out
+  /// \return 1; 0 with nothing written when a pixel turned from opaque to transparent, which no piece over
+  /// the
+  ///     reference frame can show, when the piece has no width or height, when the frame is not of the
+  ///     splitter's depth, or when memory runs out
   int SplitOpacity(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                    int* outSameFound) const;
   /// The same with the pixels that have the reference frame's colour made transparent.
-  /// \param ignored for the likeness of the two operations only: nothing is told
+  /// \param ignored never written; it gives both operations the same parameters
   int SplitTransparency(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                         int* ignored) const;
 
  protected:
-  /// Counts the same columns and rows at the left and top edges: rows first, then columns over the rows that
-  /// are left. Rows are counted only for frames of one position and width, columns for one position and
-  /// height.
-  /// \return 1 when there are any; 0 when not, or as soon as a point of the reference frame lies outside the
-  ///     new one, the counts so far standing
+  /// Counts the equal rows at the top, then the equal columns at the left, compared in the other rows. Rows
+  /// are counted only for frames of one position and width, columns for one position and height. \return 1
+  /// when there are any; 0 when not, or when a point of the reference frame is outside the new one,
+  ///     which ends the count; the counts so far are written
   int CalcBoundaryTopLeftInfo(int* left, int* top) const;
-  /// Counts the same columns and rows at the right and bottom edges in what the counts at left and top leave:
-  /// columns first. Columns are counted only for frames of one right edge, top and height, rows for one
-  /// position and width.
+  /// Counts the equal columns at the right, then the equal rows at the bottom, compared without the rows and
+  /// columns already counted. Columns are counted only for frames of one right edge, top and height, rows for
+  /// one position and width.
   /// \return as for CalcBoundaryTopLeftInfo
   int CalcBoundaryBottomRightInfo(int left, int top, int* right, int* bottom);
 
@@ -66,7 +67,7 @@ class DIBKIT_API CSpiltEmbededDIB {
   virtual int CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                              int makeSameTransparent, int* outSameFound) const;
 
-  /// \name State, in this order in memory
+  /// \name State; hosts rely on this order in memory
   /// @{
   BITMAPINFOHEADER* m_pRefDIB = nullptr;
   BITMAPINFOHEADER* m_pRefMask = nullptr;
