@@ -62,13 +62,13 @@ struct UnitStar {
 
 UnitStar unitStar() {
   // 72 and 54 degrees to eight decimals, on purpose: with more, some vertices would move to other pixels.
-  constexpr double alpha = 1.25663704;
-  constexpr double beta = 0.94247778;
+  constexpr double upperAngle = 1.25663704;
+  constexpr double lowerAngle = 0.94247778;
   const UnitPoint top{0.0, 1.0};
-  const UnitPoint left{-std::sin(alpha), std::cos(alpha)};
-  const UnitPoint bottomLeft{-std::cos(beta), -std::sin(beta)};
-  const UnitPoint bottomRight{std::cos(beta), -std::sin(beta)};
-  const UnitPoint right{std::sin(alpha), std::cos(alpha)};
+  const UnitPoint left{-std::sin(upperAngle), std::cos(upperAngle)};
+  const UnitPoint bottomLeft{-std::cos(lowerAngle), -std::sin(lowerAngle)};
+  const UnitPoint bottomRight{std::cos(lowerAngle), -std::sin(lowerAngle)};
+  const UnitPoint right{std::sin(upperAngle), std::cos(upperAngle)};
 
   const Chord topToLeft = chord(top, bottomLeft);
   const Chord leftToRight = chord(left, bottomRight);
@@ -83,7 +83,7 @@ UnitStar unitStar() {
   const UnitPoint inner5 = crossing(across, topToRight);
   return {{top, inner1, left, inner2, bottomLeft, inner3, bottomRight, inner4, right, inner5},
           inner4.x - inner2.x,
-          std::cos(alpha) - inner3.y};
+          std::cos(upperAngle) - inner3.y};
 }
 
 /// The scale at which the unit star spans `percent` of the picture's width and height.
