@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
-#include "dib/allocate.h"
 #include "dib/view.h"
 #include "effects/fade.h"
 #include "effects/numbered.h"
@@ -18,22 +16,12 @@ namespace {
 
 long percentAt(double progress) { return std::lround(progress * 100.0); }
 
-/// A new picture of the same size; put(to, from, width) writes each row.
-template <class PutRow>
-OwnedDib rowByRow(const BITMAPINFOHEADER* picture, PutRow&& put) {
-  const ConstView from = viewOfDepth(picture, 32);
-  OwnedDib made = createDib(from.width(), from.height(), 32, 0, InitialPixels::unwritten);
-  if (!made) return nullptr;
-  const View to(made.get());
-  for (int y = 0; y < to.height(); ++y) put(to.row(y), from.row(y), to.width());
-  return made;
-}
-
 /// A new picture of the same size whose pixels are rule(pixel).
 template <class Rule>
 OwnedDib pixelByPixel(const BITMAPINFOHEADER* picture, Rule&& rule) {
-  return rowByRow(picture, [&rule](BYTE* to, const BYTE* from, int width) {
-    for (int x = 0; x < width; ++x) Bgra32::put(to, x, rule(Bgra32::get(from, x)));
+  const ConstView from(picture);
+  return makeRows(from, [&](BYTE* row, int y) {
+    for (int x = 0; x < from.width(); ++x) Bgra32::put(row, x, rule(Bgra32::get(from.row(y), x)));
   });
 }
 
@@ -88,15 +76,13 @@ constexpr bool isHorizontal(long direction) { return direction % 4 != 2; }
 constexpr bool isVertical(long direction) { return direction % 4 != 0; }
 
 OwnedDib mirrored(const BITMAPINFOHEADER* picture, bool horizontally, bool vertically) {
-  const ConstView from = viewOfDepth(picture, 32);
-  int y = 0;
-  return rowByRow(picture, [&](BYTE* to, const BYTE* row, int width) {
-    if (vertically) row = from.row(from.height() - 1 - y++);
-    if (!horizontally) {
-      std::memcpy(to, row, static_cast<std::size_t>(width) * 4);
-      return;
+  const ConstView from(picture);
+  const int width = from.width();
+  return makeRows(from, [&](BYTE* row, int y) {
+    const BYTE* source = from.row(vertically ? from.height() - 1 - y : y);
+    for (int x = 0; x < width; ++x) {
+      Bgra32::put(row, x, Bgra32::get(source, horizontally ? width - 1 - x : x));
     }
-    for (int x = 0; x < width; ++x) Bgra32::put(to, x, Bgra32::get(row, width - 1 - x));
   });
 }
 

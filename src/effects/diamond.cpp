@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "dib/allocate.h"
 #include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
@@ -108,14 +107,10 @@ class OutgoingRows {
 OwnedDib diamondFrame(const ConstView& incoming, const OutgoingRows& outgoing, int percent) {
   const SIZE size{incoming.width(), incoming.height()};
   if (!outgoing.valid() || size.cx == 0 || size.cy == 0) return nullptr;
-  OwnedDib frame = createDib(size.cx, size.cy, 32, 0, InitialPixels::unwritten);
-  if (!frame) return nullptr;
   const OwnedRegion region = bandRegion(size);
   const RegionSpans bands(region.get());
   if (!bands.valid()) return nullptr;
-  const View target(frame.get());
-  for (int y = 0; y < size.cy; ++y) {
-    BYTE* to = target.row(y);
+  return makeRows(incoming, [&](BYTE* to, int y) {
     const BYTE* in = incoming.row(y);
     const BYTE* out = outgoing.row(size.cy - 1 - y);
     const auto mix = [&](int left, int right) {
@@ -134,8 +129,7 @@ OwnedDib diamondFrame(const ConstView& incoming, const OutgoingRows& outgoing, i
     } else {
       bands.splitRow(y, 0, size.cx, copy(in), mix);
     }
-  }
-  return frame;
+  });
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "dib/allocate.h"
 #include "dib/view.h"
 #include "effects/piece.h"
 
@@ -56,11 +55,7 @@ template <class PutRow>
 OwnedDib fadeRows(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* outgoing, PutRow&& put) {
   const ConstView in = viewOfDepth(incoming, 32);
   const ConstView out = viewOfDepth(outgoing, 32);
-  OwnedDib frame = createDib(in.width(), in.height(), 32, 0, InitialPixels::unwritten);
-  if (!frame) return nullptr;
-  const View to(frame.get());
-  for (int y = 0; y < to.height(); ++y) put(to.row(y), in.row(y), out.row(y), y);
-  return frame;
+  return makeRows(in, [&](BYTE* row, int y) { put(row, in.row(y), out.row(y), y); });
 }
 
 }  // namespace

@@ -18,13 +18,9 @@ double diagonalOf(const SIZE& picture) {
 OwnedDib copyOf(const BITMAPINFOHEADER* picture) {
   const ConstView from = viewOfDepth(picture, 32);
   if (!from || from.width() == 0) return nullptr;
-  OwnedDib copy = createDib(from.width(), from.height(), 32, 0, InitialPixels::unwritten);
-  if (!copy) return nullptr;
-  const View to(copy.get());
-  for (int y = 0; y < to.height(); ++y) {
-    std::memcpy(to.row(y), from.row(y), static_cast<std::size_t>(to.stride()));
-  }
-  return copy;
+  return makeRows(from, [&](BYTE* row, int y) {
+    std::memcpy(row, from.row(y), static_cast<std::size_t>(from.stride()));
+  });
 }
 
 BOOL cutPiece(BITMAPINFOHEADER* source, const OwnedRegion& region, EffectOutput& output) {

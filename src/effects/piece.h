@@ -30,7 +30,17 @@ inline SIZE sizeOf(const BITMAPINFOHEADER* dib) { return {dib->biWidth, dib->biH
 /// The length of a picture's diagonal.
 double diagonalOf(const SIZE& picture);
 
-/// The picture's pixels as a new plain 32-bit image; null when memory runs out.
+/// A new 32-bit image of a picture's size; putRow(row, y) writes each row. Null when memory runs out.
+template <class PutRow>
+OwnedDib makeRows(const ConstView& picture, PutRow&& putRow) {
+  OwnedDib made = createDib(picture.width(), picture.height(), 32, 0, InitialPixels::unwritten);
+  if (!made) return nullptr;
+  const View rows(made.get());
+  for (int y = 0; y < rows.lines(); ++y) putRow(rows.row(y), y);
+  return made;
+}
+
+/// The picture's pixels as a new 32-bit image; null when memory runs out.
 OwnedDib copyOf(const BITMAPINFOHEADER* picture);
 
 /// Cuts a region out of the picture; the piece's rectangle is the region's bounding box. The region itself is

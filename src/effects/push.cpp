@@ -1,6 +1,5 @@
 #include <array>
 
-#include "dib/allocate.h"
 #include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
@@ -53,17 +52,13 @@ OwnedDib pushFrame(const BITMAPINFOHEADER* incomingDib, const BITMAPINFOHEADER* 
   const int h = incoming.height();
   if (w == 0 || h == 0 || outgoing.width() != w || outgoing.height() != h) return nullptr;
   if (direction < 0 || direction > 7) return nullptr;
-  OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
-  if (!frame) return nullptr;
   const Side side = sides[static_cast<std::size_t>(direction)];
   const Axis columns = axisOf(w, side.x, percent);
   const Axis rows = axisOf(h, side.y, percent);
   // The columns beside [begin, end) are all on one side.
   const int restBegin = columns.begin > 0 ? 0 : columns.end;
   const int restEnd = columns.begin > 0 ? columns.begin : w;
-  const View target(frame.get());
-  for (int y = 0; y < h; ++y) {
-    BYTE* to = target.row(y);
+  return makeRows(incoming, [&](BYTE* to, int y) {
     const BYTE* out = outgoing.row(rows.outgoing(y));
     if (rows.isIncoming(y)) {
       const BYTE* in = incoming.row(y - rows.begin + rows.source);
@@ -73,8 +68,7 @@ OwnedDib pushFrame(const BITMAPINFOHEADER* incomingDib, const BITMAPINFOHEADER* 
         Bgra32::put(to, x, Bgra32::get(out, columns.outgoing(x)));
     }
     copyPixels(Bgra32::bits, out, restBegin - columns.moved, restEnd - restBegin, to, restBegin);
-  }
-  return frame;
+  });
 }
 
 }  // namespace

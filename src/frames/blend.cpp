@@ -68,8 +68,8 @@ std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb c
 }
 
 /// Fades the upper frame inside its own box; the out mask is a copy of its mask.
-int fade(PlacedCel& upper, BITMAPINFOHEADER* mask, PlacedCel* lower, DWORD colour, BYTE opacity,
-         BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+int fadeUpper(PlacedCel& upper, BITMAPINFOHEADER* mask, PlacedCel* lower, DWORD colour, BYTE opacity,
+              BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
   std::optional<Composite> composite =
       compositeOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
                     [opacity](const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE* mixed) {
@@ -104,7 +104,7 @@ int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD col
   return orOutOfMemory(0, [&] {
     PlacedCel upper(frame, mask, POINT{0, 0});
     if (!upper || outImage == nullptr || outMask == nullptr) return 0;
-    return fade(upper, mask, nullptr, colour, opacity, outImage, outMask);
+    return fadeUpper(upper, mask, nullptr, colour, opacity, outImage, outMask);
   });
 }
 
@@ -115,7 +115,7 @@ int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const P
     PlacedCel upper(frameA, maskA, positionA);
     PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr) return 0;
-    return fade(upper, maskA, &lower, colour, opacity, outImage, outMask);
+    return fadeUpper(upper, maskA, &lower, colour, opacity, outImage, outMask);
   });
 }
 

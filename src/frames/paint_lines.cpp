@@ -6,9 +6,6 @@
 namespace dibkit {
 namespace {
 
-constexpr COLORREF black = RGB(0, 0, 0);
-constexpr COLORREF white = RGB(255, 255, 255);
-
 OwnedDib whiteLine(const BITMAPINFOHEADER* picture, const RECT& box, const POINT& from, const POINT& to,
                    int penWidth, bool roundEnds) {
   if (picture != nullptr && !viewOfDepth(picture, 1)) return nullptr;

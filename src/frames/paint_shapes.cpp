@@ -10,9 +10,7 @@
 namespace dibkit {
 namespace {
 
-constexpr COLORREF black = RGB(0, 0, 0);
 constexpr COLORREF red = RGB(255, 0, 0);
-constexpr COLORREF white = RGB(255, 255, 255);
 
 /// Indexes of the finished picture.
 enum Index : BYTE { outline, interior, background };
