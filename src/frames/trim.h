@@ -14,8 +14,8 @@ struct TransparentEdges {
   bool any() const { return left != 0 || top != 0 || right != 0 || bottom != 0; }
 };
 
-/// Counts them as CaclOpaqueBoundary does: twice the mask's width and height when it is wholly transparent.
-/// Throws std::bad_alloc when memory runs out.
+/// Counts them. In a wholly transparent mask left and right are its width, top and bottom its height. Throws
+/// std::bad_alloc when memory runs out.
 TransparentEdges transparentEdges(const ConstView& mask);
 
 /// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts. The region for that call

@@ -15,8 +15,8 @@ struct Overlay {
   int height = std::min(image.height(), mask.height());
 };
 
-/// A copy of an image in which paint(format, overlay) paints the common part with a mask, unless that is
-/// empty. \return null for an unusable image or mask, a depth without format, or when memory runs out
+/// A copy of an image in which paint(format, overlay) paints the common part with a mask, if there is one.
+/// \return null for an unusable image or mask, a depth without format, or when memory runs out
 template <class Paint>
 BITMAPINFOHEADER* painted(const BITMAPINFOHEADER* image, const ConstView& mask, Paint&& paint) {
   if (!mask) return nullptr;

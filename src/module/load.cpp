@@ -1,6 +1,6 @@
 #include "platform/win32.h"
 
-/// Called when the library is loaded and unloaded, and when threads come and go. Nothing is done here on
-/// purpose: the loader holds its lock, and the library keeps no state that would need setting up. Calls for
-/// threads are not turned off either, as a C runtime that is linked statically needs them.
+/// Called when the library is loaded or unloaded and when a thread starts or ends. It does nothing, on
+/// purpose: the loader's lock is held during the call, and the library has no state to set up. The calls for
+/// threads are not disabled, because a statically linked C runtime needs them.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID) { return TRUE; }
