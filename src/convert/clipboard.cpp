@@ -65,5 +65,5 @@ int copyToClipboard(const BITMAPINFOHEADER* dib, HWND owner) {
 using namespace dibkit;
 
 int CBitmapConverter::CopyBitmapToClipboard(BITMAPINFOHEADER* dib, HWND owner) {
-  return orOutOfMemory(FALSE, [&] { return copyToClipboard(dib, owner); });
+  return catchOutOfMemory([&] { return copyToClipboard(dib, owner); });
 }

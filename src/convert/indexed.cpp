@@ -68,7 +68,7 @@ template <class From, class To>
 BITMAPINFOHEADER* exportDepth(const BITMAPINFOHEADER* dib, const ColourMap* map,
                               CQorCommonProgress* progress) {
   BITMAPINFOHEADER* const nothing = nullptr;
-  return orOutOfMemory(nothing, [&] { return changeDepth<From, To>(dib, map, progress).release(); });
+  return catchOutOfMemory([&] { return changeDepth<From, To>(dib, map, progress).release(); });
 }
 
 }  // namespace

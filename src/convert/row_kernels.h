@@ -4,7 +4,8 @@
 
 namespace dibkit {
 
-/// What conversions without a palette do to a row of `width` pixels.
+/// What conversions without a palette do to a row of `width` pixels. `plain` and `avx2` are for
+/// fastestKernels().
 struct RowKernels {
   using Row = void (*)(const BYTE* from, int width, BYTE* to);
 
@@ -16,15 +17,12 @@ struct RowKernels {
   Row bgr24ToReversed32;
   /// 0.299 red + 0.587 green + 0.114 blue in doubles, added in this order and truncated.
   Row bgr24ToGray;
+
+  static const RowKernels plain;
+  static const RowKernels avx2;
 };
 
-/// One source, compiled for several instruction sets. The plain ones run everywhere.
-extern const RowKernels plainRowKernels;
-#if defined(DIBKIT_AVX2)
-extern const RowKernels avx2RowKernels;
-#endif
-
-/// The fastest ones that this processor runs; chosen once.
+/// The fastest ones that this processor runs.
 const RowKernels& rowKernels();
 
 }  // namespace dibkit

@@ -3,6 +3,6 @@
 
 namespace dibkit {
 
-extern const RowKernels avx2RowKernels = kernelsOfThisSource;
+const RowKernels RowKernels::avx2 = kernelsOfThisSource;
 
 }  // namespace dibkit

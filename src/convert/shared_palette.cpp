@@ -23,7 +23,7 @@ constexpr BYTE storedIndex(int index, int depth) {
 template <class LookUp>
 void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookUp) {
   const View target(result);
-  withFormat(target.bitCount(), 0, [&](auto format) {
+  withFormat(target.bitCount(), [&](auto format) {
     using Format = decltype(format);
     if constexpr (Format::bits <= 8) {
       for (int y = 0; y < source.lines(); ++y) {
@@ -39,7 +39,6 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
         }
       }
     }
-    return 0;
   });
 }
 

@@ -98,7 +98,7 @@ OwnedDib convert(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
 template <class Target>
 OwnedDib convertAny(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   if (dib == nullptr) return nullptr;
-  return withFormat(dib->biBitCount, OwnedDib(), [&](auto format) {
+  return withFormat(dib->biBitCount, [&](auto format) {
     using Source = decltype(format);
     if constexpr (Source::bits == Target::bits) {
       return OwnedDib(CBitmapCreator::Clone(dib));

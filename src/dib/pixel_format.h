@@ -33,43 +33,38 @@ constexpr DWORD packRgb(Rgb colour) {
 /// Each says how a row holds its pixels: `get` and `put` read and write the raw value of pixel x, `colour`
 /// gives the colour of a raw value, `encode` (formats without palette) the raw value of a colour.
 /// @{
-struct Index1 {
-  static constexpr int bits = 1;
+
+/// An index into the palette.
+template <int bitCount, BYTE (*read)(const BYTE*, int), void (*write)(BYTE*, BYTE, int)>
+struct PaletteIndex {
+  static constexpr int bits = bitCount;
   using Raw = BYTE;
-  static Raw get(const BYTE* row, int x) { return Get1BitPixel(row, x); }
-  static void put(BYTE* row, int x, Raw value) { Set1BitPixel(row, value, x); }
+  static Raw get(const BYTE* row, int x) { return read(row, x); }
+  static void put(BYTE* row, int x, Raw value) { write(row, value, x); }
   static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
 };
+using Index1 = PaletteIndex<1, Get1BitPixel, Set1BitPixel>;
+using Index4 = PaletteIndex<4, Get4BitPixel, Set4BitPixel>;
+using Index8 = PaletteIndex<8, Get8BitPixel, Set8BitPixel>;
 
-struct Index4 {
-  static constexpr int bits = 4;
-  using Raw = BYTE;
-  static Raw get(const BYTE* row, int x) { return Get4BitPixel(row, x); }
-  static void put(BYTE* row, int x, Raw value) { Set4BitPixel(row, value, x); }
-  static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
-};
-
-struct Index8 {
-  static constexpr int bits = 8;
-  using Raw = BYTE;
-  static Raw get(const BYTE* row, int x) { return row[x]; }
-  static void put(BYTE* row, int x, Raw value) { row[x] = value; }
-  static Rgb colour(Raw value, const PaletteTable& palette) { return rgbOf(palette[value]); }
+/// A pixel that is one number, with its lowest byte first.
+template <class Number>
+struct NumberPixel {
+  static constexpr int bits = 8 * static_cast<int>(sizeof(Number));
+  using Raw = Number;
+  static Raw get(const BYTE* row, int x) {
+    Raw value;
+    std::memcpy(&value, row + x * std::ptrdiff_t{sizeof(value)}, sizeof(value));
+    return value;
+  }
+  static void put(BYTE* row, int x, Raw value) {
+    std::memcpy(row + x * std::ptrdiff_t{sizeof(value)}, &value, sizeof(value));
+  }
 };
 
 /// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are deliberately ignored, here and in every
 /// reader that shares this format.
-struct Rgb555 {
-  static constexpr int bits = 16;
-  using Raw = WORD;
-  static Raw get(const BYTE* row, int x) {
-    Raw value;
-    std::memcpy(&value, row + std::ptrdiff_t{x} * 2, sizeof(value));
-    return value;
-  }
-  static void put(BYTE* row, int x, Raw value) {
-    std::memcpy(row + std::ptrdiff_t{x} * 2, &value, sizeof(value));
-  }
+struct Rgb555 : NumberPixel<WORD> {
   /// The five bits become the upper bits of a byte; its low three are 0, so that full white is 248.
   static constexpr Rgb colour(Raw value) {
     return {lowByte((value & 0x7C00) >> 7), lowByte((value & 0x03E0) >> 2), lowByte((value & 0x001F) << 3)};
@@ -100,17 +95,7 @@ struct Bgr24 {
 };
 
 /// Blue, green, red and a fourth byte, which is alpha in images that are composited over others.
-struct Bgra32 {
-  static constexpr int bits = 32;
-  using Raw = DWORD;
-  static Raw get(const BYTE* row, int x) {
-    Raw value;
-    std::memcpy(&value, row + std::ptrdiff_t{x} * 4, sizeof(value));
-    return value;
-  }
-  static void put(BYTE* row, int x, Raw value) {
-    std::memcpy(row + std::ptrdiff_t{x} * 4, &value, sizeof(value));
-  }
+struct Bgra32 : NumberPixel<DWORD> {
   static constexpr Rgb colour(Raw value) {
     return {lowByte(value >> 16), lowByte(value >> 8), lowByte(value)};
   }
@@ -121,9 +106,9 @@ struct Bgra32 {
 /// @}
 
 /// Calls use(format) with the format of a depth, so that a loop knows its depth at compile time.
-/// \return use's result, or `otherwise` for a depth that has no format
-template <class Use, class Result>
-Result withFormat(int bitCount, Result otherwise, Use&& use) {
+/// \return use's result; for a depth that has no format a value-initialised one: null, 0 or false
+template <class Use>
+auto withFormat(int bitCount, Use&& use) -> decltype(use(Index1{})) {
   switch (bitCount) {
     case 1:
       return use(Index1{});
@@ -138,12 +123,12 @@ Result withFormat(int bitCount, Result otherwise, Use&& use) {
     case 32:
       return use(Bgra32{});
     default:
-      return otherwise;
+      return decltype(use(Index1{}))();
   }
 }
 
 inline bool hasFormat(int bitCount) {
-  return withFormat(bitCount, false, [](auto) { return true; });
+  return withFormat(bitCount, [](auto) { return true; });
 }
 
 }  // namespace dibkit

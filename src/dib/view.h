@@ -92,7 +92,7 @@ bool forEachPixel(const BITMAPINFOHEADER* dib, Use&& use) {
   const ConstView view(dib);
   if (!view) return false;
   const PaletteTable palette(dib);
-  return withFormat(view.bitCount(), false, [&](auto format) {
+  return withFormat(view.bitCount(), [&](auto format) {
     using Format = decltype(format);
     for (int y = 0; y < view.lines(); ++y) {
       const BYTE* row = view.row(y);

@@ -4,7 +4,7 @@
 
 namespace dibkit {
 
-/// The row blends of blend.h; a null mask is none.
+/// The row blends of blend.h. `plain` and `avx2` are for fastestKernels().
 struct BlendKernels {
   template <class From>
   using Blend = void (*)(Bgra* to, From* from, int count, LayerOpacity opacity, const BYTE* mask);
@@ -14,12 +14,9 @@ struct BlendKernels {
   Blend<const Bgra> linearMix;
   Blend<const Bgra> evenMix;
   Blend<Bgra> copyOrShade;
-};
 
-/// One source, compiled for several instruction sets. The plain ones run everywhere.
-extern const BlendKernels plainBlendKernels;
-#if defined(DIBKIT_AVX2)
-extern const BlendKernels avx2BlendKernels;
-#endif
+  static const BlendKernels plain;
+  static const BlendKernels avx2;
+};
 
 }  // namespace dibkit

@@ -3,6 +3,6 @@
 
 namespace dibkit {
 
-extern const BlendKernels avx2BlendKernels = kernelsOfThisSource;
+const BlendKernels BlendKernels::avx2 = kernelsOfThisSource;
 
 }  // namespace dibkit

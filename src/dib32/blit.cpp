@@ -6,46 +6,49 @@
 namespace dibkit {
 namespace {
 
-/// A placed 32-bit image; a null view for any other.
-Placed<BYTE> placed32(BITMAPINFOHEADER* dib, const POINT& origin) { return {viewOfDepth(dib, 32), origin}; }
-
-/// Calls row(to, from, count) for every row of the overlap of two 32-bit images.
-template <class Row>
-void forEachPair(BITMAPINFOHEADER* destination, const POINT& destinationOrigin, BITMAPINFOHEADER* source,
-                 const POINT& sourceOrigin, Row&& row) {
-  forEachCommonRow([&](int count, BYTE* to, BYTE* from) { row(pixelsOf(to), pixelsOf(from), count); },
-                   placed32(destination, destinationOrigin), placed32(source, sourceOrigin));
+/// Calls row(to, from, count, amount, mask) for every row of the overlap of two images and a mask, if there
+/// is one.
+template <auto row, class Amount, class... Mask>
+void blit(const Placed<BYTE>& destination, const Placed<BYTE>& source, Amount amount, const Mask&... mask) {
+  forEachCommonRow(
+      [amount](int count, BYTE* to, BYTE* from, const BYTE* bytes = nullptr) {
+        row(pixelsOf(to), pixelsOf(from), count, amount, bytes);
+      },
+      destination, source, mask...);
 }
 
-/// Calls row(to, from, mask, count) for every row of the overlap of two 32-bit images and an 8-bit mask.
-template <class Row>
-void forEachMaskedPair(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
-                       BITMAPINFOHEADER* source, const POINT& sourceOrigin, BITMAPINFOHEADER* mask,
-                       const POINT& maskOrigin, Row&& row) {
-  forEachCommonRow([&](int count, BYTE* to, BYTE* from,
-                       const BYTE* bytes) { row(pixelsOf(to), pixelsOf(from), bytes, count); },
-                   placed32(destination, destinationOrigin), placed32(source, sourceOrigin),
-                   Placed<BYTE>{viewOfDepth(mask, 8), maskOrigin});
-}
-
-/// to[i] = rule(to[i], from[i], i), pixels as numbers 0xAARRGGBB, in order from the left.
-template <class Rule>
-void combineWords(Bgra* to, const Bgra* from, int count, Rule&& rule) {
-  for (int i = 0; i < count; ++i) putWord(to, i, rule(wordAt(to, i), wordAt(from, i), i));
+/// to[i] = rule(to[i], from[i], amount), pixels as numbers 0xAARRGGBB, in order from the left. Where the mask
+/// is 0 the pixel is unchanged.
+template <DWORD (*rule)(DWORD below, DWORD above, BYTE amount)>
+void changeRow(Bgra* to, const Bgra* from, int count, BYTE amount, const BYTE* mask) {
+  if (mask == nullptr) {
+    for (int i = 0; i < count; ++i) putWord(to, i, rule(wordAt(to, i), wordAt(from, i), amount));
+    return;
+  }
+  for (int i = 0; i < count; ++i) {
+    const DWORD below = wordAt(to, i);
+    putWord(to, i, mask[i] != 0 ? rule(below, wordAt(from, i), amount) : below);
+  }
 }
 
 constexpr DWORD withAlphaOf(DWORD colour, DWORD alpha) { return (colour & colourBits) | alpha << 24; }
 constexpr DWORD lowered(DWORD alpha, DWORD by) { return alpha > by ? alpha - by : 0; }
 
 /// alpha = max(alpha - source alpha strength / 255, 0)
-constexpr DWORD erased(DWORD pixel, DWORD source, BYTE strength) {
-  return withAlphaOf(pixel, lowered(pixel >> 24, (source >> 24) * strength / 255));
+constexpr DWORD erased(DWORD below, DWORD above, BYTE strength) {
+  return withAlphaOf(below, lowered(below >> 24, (above >> 24) * strength / 255));
 }
+/// alpha = max(source alpha - reduction, 0)
+constexpr DWORD copiedLowered(DWORD, DWORD above, BYTE reduction) {
+  return withAlphaOf(above, lowered(above >> 24, reduction));
+}
+constexpr DWORD copied(DWORD, DWORD above, BYTE) { return above; }
+constexpr DWORD alphaCopied(DWORD below, DWORD above, BYTE) { return withAlphaOf(below, above >> 24); }
 
 /// 256 (a + d) - a d, over 256
 constexpr BYTE stepwiseUnion(BYTE d, BYTE a) { return lowByte(((a + d) * 256 - d * a) >> 8); }
 
-constexpr LayerOpacity transparent(BYTE transparency) {
+constexpr LayerOpacity lessTransparency(BYTE transparency) {
   return {.reduction = 0, .scale = static_cast<BYTE>(255 - transparency)};
 }
 
@@ -62,45 +65,39 @@ BYTE CDIB32::CalcuRGBValue(BYTE dstAlpha, BYTE srcAlpha, BYTE dstColour, BYTE sr
 
 void CDIB32::CombineBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [reduction](Bgra* to, const Bgra* from, int count) { overRow(to, from, count, {reduction}); });
+  blit<overRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
+                LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIBPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  forEachPair(
-      destination, destinationOrigin, source, sourceOrigin,
-      [reduction](Bgra* to, const Bgra* from, int count) { plainOverRow(to, from, count, {reduction}); });
+  blit<plainOverRow>(placedOfDepth(destination, 32, destinationOrigin),
+                     placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  forEachPair(
-      destination, destinationOrigin, source, sourceOrigin,
-      [reduction](Bgra* to, const Bgra* from, int count) { linearMixRow(to, from, count, {reduction}); });
+  blit<linearMixRow>(placedOfDepth(destination, 32, destinationOrigin),
+                     placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [reduction](Bgra* to, Bgra* from, int count) { copyOrShadeRow(to, from, count, {reduction}); });
+  blit<copyOrShadeRow>(placedOfDepth(destination, 32, destinationOrigin),
+                       placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::Mix32BitsDIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [transparency](Bgra* to, const Bgra* from, int count) {
-                evenMixRow(to, from, count, transparent(transparency));
-              });
+  blit<evenMixRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
+                   lessTransparency(transparency));
 }
 
 void CDIB32::Mix32BitsDIBMMX_Mask(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                   BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency,
                                   BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
-  forEachMaskedPair(destination, destinationOrigin, source, sourceOrigin, mask, maskOrigin,
-                    [transparency](Bgra* to, const Bgra* from, const BYTE* bytes, int count) {
-                      evenMixRow(to, from, count, transparent(transparency), bytes);
-                    });
+  blit<evenMixRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
+                   lessTransparency(transparency), placedOfDepth(mask, 8, maskOrigin));
 }
 
 void CDIB32::BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
@@ -115,51 +112,37 @@ void CDIB32::BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POI
           last = stepwiseUnion(last, reduced(from[std::ptrdiff_t{i} * 4 + 3], reduction));
         }
       },
-      Placed<BYTE>{view, destinationOrigin}, placed32(source, sourceOrigin));
+      Placed<BYTE>{view, destinationOrigin}, placedOfDepth(source, 32, sourceOrigin));
 }
 
 void CDIB32::Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [strength](Bgra* to, const Bgra* from, int count) {
-                combineWords(to, from, count,
-                             [strength](DWORD d, DWORD s, int) { return erased(d, s, strength); });
-              });
+  blit<changeRow<erased>>(placedOfDepth(destination, 32, destinationOrigin),
+                          placedOfDepth(source, 32, sourceOrigin), strength);
 }
 
 void CDIB32::Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength,
                               BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
-  forEachMaskedPair(destination, destinationOrigin, source, sourceOrigin, mask, maskOrigin,
-                    [strength](Bgra* to, const Bgra* from, const BYTE* bytes, int count) {
-                      combineWords(to, from, count, [strength, bytes](DWORD d, DWORD s, int i) {
-                        return bytes[i] != 0 ? erased(d, s, strength) : d;
-                      });
-                    });
+  blit<changeRow<erased>>(placedOfDepth(destination, 32, destinationOrigin),
+                          placedOfDepth(source, 32, sourceOrigin), strength,
+                          placedOfDepth(mask, 8, maskOrigin));
 }
 
 void CDIB32::CopyBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                        BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [reduction](Bgra* to, const Bgra* from, int count) {
-                combineWords(to, from, count, [reduction](DWORD, DWORD s, int) {
-                  return withAlphaOf(s, lowered(s >> 24, reduction));
-                });
-              });
+  blit<changeRow<copiedLowered>>(placedOfDepth(destination, 32, destinationOrigin),
+                                 placedOfDepth(source, 32, sourceOrigin), reduction);
 }
 
 void CDIB32::TransformBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [](Bgra* to, const Bgra* from, int count) {
-                combineWords(to, from, count, [](DWORD, DWORD s, int) { return s; });
-              });
+  blit<changeRow<copied>>(placedOfDepth(destination, 32, destinationOrigin),
+                          placedOfDepth(source, 32, sourceOrigin), BYTE{});
 }
 
 void CDIB32::TransformAlphaChannelBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                         BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
-  forEachPair(destination, destinationOrigin, source, sourceOrigin,
-              [](Bgra* to, const Bgra* from, int count) {
-                combineWords(to, from, count, [](DWORD d, DWORD s, int) { return withAlphaOf(d, s >> 24); });
-              });
+  blit<changeRow<alphaCopied>>(placedOfDepth(destination, 32, destinationOrigin),
+                               placedOfDepth(source, 32, sourceOrigin), BYTE{});
 }

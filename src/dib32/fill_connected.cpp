@@ -13,7 +13,7 @@ namespace {
 /// filled whether it matches or not, is a run of its own.
 template <class Match, class Visit>
 BOOL floodFromSeed(const View& image, const POINT& seed, Match&& match, Visit&& visit) {
-  return orOutOfMemory(FALSE, [&] {
+  return catchOutOfMemory([&] {
     const int at = static_cast<int>(seed.x);
     floodFill(image.width(), image.height(), seed, match, [&](int y, int left, int right) {
       if (y != seed.y || at < left || at >= right) {
@@ -44,11 +44,7 @@ BOOL fillConnected(BITMAPINFOHEADER* dib, const POINT seed, const PixelBox& box,
       },
       [&](int y, int left, int right) {
         paint(pixelsOf(image.row(y)) + left, right - left);
-        if (bounds == nullptr) return;
-        bounds->left = std::min<LONG>(bounds->left, left);
-        bounds->top = std::min<LONG>(bounds->top, y);
-        bounds->right = std::max<LONG>(bounds->right, right);
-        bounds->bottom = std::max<LONG>(bounds->bottom, y + 1);
+        if (bounds != nullptr) extend(*bounds, RECT{left, y, right, y + 1});
       });
 }
 

@@ -10,7 +10,7 @@
 namespace dibkit {
 namespace {
 
-void fillRows(const View& image, const Bgra& pixel) {
+void fillImage(const View& image, const Bgra& pixel) {
   for (int y = 0; y < image.lines(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
 }
 
@@ -49,8 +49,8 @@ void setMaskedAlpha(const View& image, const BITMAPINFOHEADER* maskDib, BYTE alp
 }
 
 /// A bit field of a 16-bit pixel as a byte. Its position is the sum of the lengths of the fields below it,
-/// not its own mask's shift. So fields with gaps between them are read wrong, deliberately: hosts know the
-/// result.
+/// not its own mask's shift. So fields with gaps between them are read wrong, deliberately: hosts rely
+/// on the result.
 struct Field {
   DWORD mask;
   int down;  ///< bits of all fields below
@@ -101,7 +101,7 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
   if (!source) return nullptr;
   const PaletteTable palette(sourceDib);
   const DWORD top = DWORD{normalAlpha} << 24;
-  return withFormat(source.bitCount(), OwnedDib(), [&](auto format) -> OwnedDib {
+  return withFormat(source.bitCount(), [&](auto format) -> OwnedDib {
     using Format = decltype(format);
     OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
     if (!result) return nullptr;
@@ -131,9 +131,7 @@ BITMAPINFOHEADER* CDIB32::CreateBlank32BitsDIB(int width, int height) {
 
 BITMAPINFOHEADER* CDIB32::CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha) {
   OwnedDib result = createDib(width, height, 32, 0, InitialPixels::unwritten);
-  if (result) {
-    fillRows(View(result.get()), withAlpha(fromColorRef(colour), alpha));
-  }
+  if (result) fillImage(View(result.get()), withAlpha(fromColorRef(colour), alpha));
   return result.release();
 }
 
@@ -174,7 +172,7 @@ void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
 }
 
 void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {
-  fillRows(viewOfDepth(image, 32), {blue, green, red, 255});
+  fillImage(viewOfDepth(image, 32), {blue, green, red, 255});
 }
 
 BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {

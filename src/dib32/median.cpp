@@ -40,7 +40,7 @@ class MedianWindow {
   int below_ = 0;  ///< pixels darker than median_
 };
 
-/// How far a window extends from its pixel. With an even n it extends one further to the left and to the top.
+/// How far a window extends from its pixel. With an even n it extends one pixel more to the left and the top.
 struct Reach {
   int before, after;
   /// Limited by the size of the image, outside which there are no pixels.
@@ -99,13 +99,13 @@ void transpose(const ConstView& from, const View& to) {
 
 /// The sliding median of an image that is taller than wide and has fewer columns than the neighbourhood.
 /// Transposed, it has shorter columns to add and remove.
-void filterOnItsSide(const BITMAPINFOHEADER* dib, const View& image, int n) {
-  const OwnedDib side = createDib(image.height(), image.width(), 32, 0, InitialPixels::unwritten);
-  if (!side) return;
-  const View turned(side.get());
-  transpose(ConstView(dib), turned);
-  filterSliding(turned, n);
-  transpose(ConstView(static_cast<const BITMAPINFOHEADER*>(side.get())), image);
+void filterTransposed(const BITMAPINFOHEADER* dib, const View& image, int n) {
+  const OwnedDib transposed = createDib(image.height(), image.width(), 32, 0, InitialPixels::unwritten);
+  if (!transposed) return;
+  const View columns(transposed.get());
+  transpose(ConstView(dib), columns);
+  filterSliding(columns, n);
+  transpose(ConstView(static_cast<const BITMAPINFOHEADER*>(transposed.get())), image);
 }
 
 }  // namespace
@@ -117,14 +117,13 @@ void CDIB32::MedianFilter32BitsImage(BITMAPINFOHEADER* image, int n) {
   const View view = viewOfDepth(image, 32);
   // The median of one pixel is the pixel.
   if (view.width() == 0 || view.height() == 0 || n <= 1) return;
-  orOutOfMemory(false, [&] {
+  catchOutOfMemory([&] {
     if (n == 3) {
       filterByNine(view);
     } else if (n > view.width() && view.height() > view.width()) {
-      filterOnItsSide(image, view, n);
+      filterTransposed(image, view, n);
     } else {
       filterSliding(view, n);
     }
-    return true;
   });
 }

@@ -50,8 +50,6 @@ struct Canvas {
   }
 };
 
-Placed<BYTE> placed32(BITMAPINFOHEADER* dib, const POINT& origin) { return {viewOfDepth(dib, 32), origin}; }
-
 /// Sets byte 12 of a row to 255 if some pixel of the row is visible. In a row of fewer than four pixels that
 /// byte is outside the row, in one further up the picture; above the top row it is dropped. Deliberate: hosts
 /// rely on these bytes.
@@ -109,8 +107,8 @@ using namespace dibkit;
 BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BYTE bottomReduction,
                          BITMAPINFOHEADER* top, const POINT& topOrigin, BYTE topReduction,
                          BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = placed32(bottom, bottomOrigin);
-  const auto above = placed32(top, topOrigin);
+  const auto below = placedOfDepth(bottom, 32, bottomOrigin);
+  const auto above = placedOfDepth(top, 32, topOrigin);
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
   Canvas canvas(unionOf(below.box(), above.box()));
   if (!canvas.dib) return FALSE;
@@ -128,8 +126,8 @@ BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BY
 
 BOOL CDIB32::Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITMAPINFOHEADER* second,
                          const POINT& secondOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = placed32(first, firstOrigin);
-  const auto above = placed32(second, secondOrigin);
+  const auto below = placedOfDepth(first, 32, firstOrigin);
+  const auto above = placedOfDepth(second, 32, secondOrigin);
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
   Canvas canvas(unionOf(below.box(), above.box()));
   if (!canvas.dib) return FALSE;
@@ -144,8 +142,8 @@ BOOL CDIB32::Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITM
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMAPINFOHEADER* top,
                             POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto below = placed32(bottom, bottomOrigin);
-  const auto above = placed32(top, topOrigin);
+  const auto below = placedOfDepth(bottom, 32, bottomOrigin);
+  const auto above = placedOfDepth(top, 32, topOrigin);
   return mergeInto(below.view && above.view, unionOf(below.box(), above.box()), out, outOrigin,
                    [&](const Canvas& canvas) {
                      canvas.paste(below);
@@ -155,7 +153,7 @@ BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMA
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
                             POINT* outOrigin) {
-  const auto placed = placed32(image, origin);
+  const auto placed = placedOfDepth(image, 32, origin);
   return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
                    [&](const Canvas& canvas) {
                      canvas.paste(placed);
@@ -165,7 +163,7 @@ BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& 
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
                             BITMAPINFOHEADER** out, POINT* outOrigin) {
-  const auto placed = placed32(image, origin);
+  const auto placed = placedOfDepth(image, 32, origin);
   return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
                    [&](const Canvas& canvas) {
                      canvas.fill(rect, withAlpha(fromColorRef(colour), 255));

@@ -79,9 +79,8 @@ void CDIB32::Init32DIBBackground(BITMAPINFOHEADER* canvas, BYTE red1, BYTE green
                                  BYTE green2, BYTE blue2, int xOffset, int yOffset) {
   const View view = viewOfDepth(canvas, 32);
   if (!view) return;
-  orOutOfMemory(0, [&] {
+  catchOutOfMemory([&] {
     checkerboard(view, packRgb({red1, green1, blue1}), packRgb({red2, green2, blue2}), xOffset, yOffset);
-    return 0;
   });
 }
 

@@ -5,8 +5,8 @@
 #include "dib32/bgra.h"
 
 /// \file
-/// What a fill does to the pixels that it selects, run by run. Masked runs have a mask byte for each pixel,
-/// which scales the opacity: 255 leaves it unchanged.
+/// What a fill does to the pixels that it selects, run by run. Masked runs have a mask byte m for each pixel,
+/// which scales the colour's alpha by m / 255.
 
 namespace dibkit {
 
@@ -23,7 +23,7 @@ class CompositeColour {
 
  private:
   Bgra layer_;
-  std::array<Bgra, 256> row_;    ///< the layer again and again
+  std::array<Bgra, 256> row_;    ///< the layer, repeated
   int tableAlpha_ = -1;          ///< the alpha that `table_` is for
   std::array<Bgra, 256> table_;  ///< over() for each value of a channel
 };
@@ -31,7 +31,7 @@ class CompositeColour {
 /// Replaces the pixels by a colour, except where the mask is 0.
 class PutColour {
  public:
-  PutColour(COLORREF colour, BYTE opacity) : pixel_(withAlpha(fromColorRef(colour), opacity)) {}
+  PutColour(COLORREF colour, BYTE alpha) : pixel_(withAlpha(fromColorRef(colour), alpha)) {}
 
   void operator()(Bgra* run, int count) const;
   void operator()(Bgra* run, const BYTE* mask, int count) const;

@@ -8,22 +8,22 @@
 namespace dibkit {
 namespace {
 
-/// A picture of 256 colours with its mask, as rows of 32-bit pixels: the colour with alpha 0 where it is to
-/// be drawn, alpha 255 where the mask hides it.
+/// A picture of 256 colours with its mask, as rows of 32-bit pixels: alpha is 0 where the colour is drawn and
+/// 255 where the mask hides it.
 class PaletteSource {
  public:
   PaletteSource(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
-      : indices_(viewOfDepth(dib, 8)), mask_(viewOfDepth(mask, 1)) {
+      : indexes_(viewOfDepth(dib, 8)), mask_(viewOfDepth(mask, 1)) {
     const PaletteTable palette(dib);
     for (std::size_t i = 0; i < colours_.size(); ++i) colours_[i] = withAlpha(rgbOf(palette[i]), 0);
   }
 
-  Extent extent() const { return Extent(indices_); }
+  Extent extent() const { return Extent(indexes_); }
 
   void gather(int y, const std::vector<int>& columns, Bgra* row) const {
-    const BYTE* indices = indices_.row(y);
-    for (std::size_t x = 0; x < columns.size(); ++x) row[x] = colours_[indices[columns[x]]];
-    // A mask that is too small hides nothing where it has no bits.
+    const BYTE* indexes = indexes_.row(y);
+    for (std::size_t x = 0; x < columns.size(); ++x) row[x] = colours_[indexes[columns[x]]];
+    // A mask smaller than the picture hides nothing outside itself.
     if (y >= mask_.height()) return;
     const BYTE* bits = mask_.row(y);
     for (std::size_t x = 0; x < columns.size(); ++x) {
@@ -32,7 +32,7 @@ class PaletteSource {
   }
 
  private:
-  ConstView indices_;
+  ConstView indexes_;
   ConstView mask_;
   std::array<Bgra, 256> colours_;
 };
@@ -52,12 +52,11 @@ void drawPalette(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, 
                  Sample&& sample) {
   const View destination = viewOfDepth(destinationDib, 32);
   const PaletteSource source(sourceDib, mask);
-  orOutOfMemory(0, [&] {
+  catchOutOfMemory([&] {
     const Sampling sampling = sample(Extent(destination), source.extent());
     forEachSampledRow(
         destination, sampling, [&](int y, Bgra* row) { source.gather(y, sampling.columns, row); },
         [&](Bgra* to, const Bgra* row) { paintRow(to, row, sampling.width()); });
-    return 0;
   });
 }
 

@@ -19,8 +19,7 @@ struct Sampling {
   int top = 0;
   std::vector<int> columns;
   std::vector<int> rows;
-  int columnStep =
-      0;  ///< distance of each column from the one before where it is known to be the same; 0 else
+  int columnStep = 0;  ///< the distance of successive columns if it is known to be the same; else 0
 
   int width() const { return static_cast<int>(columns.size()); }
 };
@@ -45,8 +44,8 @@ Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Exte
 
 /// The area of the destination on which a reduced image may be drawn.
 enum class ZoomOutArea {
-  placed,     ///< where the destination lies: from its origin, as wide and high as it is
-  sizeAsEdge  ///< its width and height taken as right and bottom edge, whatever its origin
+  placed,     ///< the destination's rectangle
+  sizeAsEdge  ///< the same with the right and bottom edge at its width and height, whatever its origin
 };
 
 /// A source of which every factor-th pixel of every factor-th row is used, its placed rectangle divided by

@@ -91,10 +91,9 @@ void drawScaled(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, B
                 Sample&& sample) {
   const View destination = viewOfDepth(destinationDib, 32);
   const View source = viewOfDepth(sourceDib, 32);
-  orOutOfMemory(0, [&] {
+  catchOutOfMemory([&] {
     const Sampling sampling = sample(Extent(destination), Extent(source));
     if (!sampling.rows.empty()) draw(destination, source, sampling, reduction);
-    return 0;
   });
 }
 

@@ -53,8 +53,5 @@ using namespace dibkit;
 void CDIB32::Sharpen32BitsImage(BITMAPINFOHEADER* image, int k) {
   const View view = viewOfDepth(image, 32);
   if (view.width() == 0 || view.height() == 0) return;
-  orOutOfMemory(false, [&] {
-    sharpen(view, SharpenRule(k));
-    return true;
-  });
+  catchOutOfMemory([&] { sharpen(view, SharpenRule(k)); });
 }

@@ -12,9 +12,9 @@
 namespace dibkit {
 namespace {
 
-/// How many bytes of a brush are not 0 in the box around each of its pixels, row after row from the top. The
-/// box has n x n pixels, starts n / 2 to the left of and above its pixel (so it is off centre when n is even)
-/// and is cut off at the brush's edges. Running sums make the cost of a pixel independent of n.
+/// How many bytes of a brush are not 0 in the box around each of its pixels, row by row from the top. The box
+/// has n x n pixels, starts n / 2 to the left of and above its pixel (so it is off centre when n is even) and
+/// ends at the brush's edges. Running sums make the cost of a pixel independent of n.
 class BoxCounts {
  public:
   /// \param n 1 to the lesser side of the brush
@@ -60,10 +60,10 @@ class BoxCounts {
   std::vector<std::int32_t> counts_;
 };
 
-/// values[i] = amount values[i] / area. The product wraps in 32 bits, as amounts beyond a byte and boxes of
-/// some thousand pixels a side make it do; the quotient is truncated towards zero.
+/// values[i] = amount values[i] / area. The product wraps in 32 bits, which takes amounts beyond a byte or
+/// boxes of some thousand pixels a side; the quotient is truncated towards zero.
 void scaleCounts(std::int32_t amount, std::int32_t area, std::int32_t* values, int count) {
-  // Exact: half a unit is far more than the error of a double, and less than what the next quotient lacks.
+  // Exact: the half outweighs the error of a double and is too small to reach the next whole quotient.
   const double reciprocal = 1.0 / area;
   for (int i = 0; i < count; ++i) {
     const auto product =
@@ -80,8 +80,8 @@ constexpr std::int32_t subtractWrapping(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
-/// The eraser counts the amount for each byte of the brush and stops at 0. An amount beyond a byte may carry
-/// the opacity past 255, where the byte wraps.
+/// The eraser subtracts the amount's share, down to 0. Where that is negative alpha may pass 255, and the
+/// byte wraps.
 struct SoftErase {
   static std::int32_t share(int amount) { return amount; }
   static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
@@ -89,8 +89,8 @@ struct SoftErase {
   }
 };
 
-/// The fill counts what the amount lacks to 255, so that 0 is the strongest, and stops at 255. An amount
-/// beyond a byte may carry the opacity below 0, where the byte wraps.
+/// The fill adds the share of 255 - amount, so that 0 is the strongest, up to 255. Where that is negative
+/// alpha may fall below 0, and the byte wraps.
 struct SoftFill {
   static std::int32_t share(int amount) { return subtractWrapping(255, amount); }
   static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
@@ -107,56 +107,42 @@ void applyStrengths(const std::int32_t* strengths, int count, BYTE* pixels) {
   }
 }
 
-/// Takes the strength away from transparent pixels of the reference.
+/// strengths[i] = 0 where the reference is transparent
 void keepWhereVisible(const BYTE* reference, int count, std::int32_t* strengths) {
   for (int i = 0; i < count; ++i) strengths[i] = Bgra32::get(reference, i) > colourBits ? strengths[i] : 0;
 }
 
 /// One touch of a soft brush.
-struct Touch {
-  View destination;
-  ConstView brush;
-  POINT position;
-  int amount;
-  int size;
-  HRGN clip;
-
-  Touch(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushDib, const POINT& brushPosition,
-        int brushAmount, int featherSize, HRGN clipRegion)
-      : destination(viewOfDepth(destinationDib, 32)),
-        brush(viewOfDepth(brushDib, 8)),
-        position(brushPosition),
-        amount(brushAmount),
-        size(featherSize),
-        clip(clipRegion) {}
-};
-
 /// \param reference where its pixels are transparent nothing changes; null for none
 template <class Rule>
-void brushOpacity(const Touch& touch, const ConstView* reference = nullptr) {
-  const Box brush = placedBox(touch.brush.width(), touch.brush.height(), touch.position);
-  Box area = intersection(brush, {0, 0, touch.destination.width(), touch.destination.height()});
+void brushAlpha(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushDib, const POINT& position,
+                int amount, int size, HRGN clipRegion, const View* reference = nullptr) {
+  const View destination = viewOfDepth(destinationDib, 32);
+  const ConstView brush = viewOfDepth(brushDib, 8);
+  if (reference != nullptr && reference->width() != destination.width()) return;
+  const Box brushBox = placedBox(brush.width(), brush.height(), position);
+  Box area = intersection(brushBox, {0, 0, destination.width(), destination.height()});
   if (reference != nullptr) area.bottom = std::min<std::int64_t>(area.bottom, reference->height());
-  const int n = std::min({touch.size, touch.brush.width(), touch.brush.height()});
-  const RegionSpans clip(touch.clip);
-  if (area.empty() || n < 1 || (touch.clip != nullptr && !clip.valid())) return;
+  const int n = std::min({size, brush.width(), brush.height()});
+  const RegionSpans clip(clipRegion);
+  if (area.empty() || n < 1 || (clipRegion != nullptr && !clip.valid())) return;
 
-  BoxCounts counts(touch.brush, n);
+  BoxCounts counts(brush, n);
   const auto paint = [&](int y, int left, int right, std::int32_t* strengths) {
     const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
-    scaleCounts(Rule::share(touch.amount), n * n, strengths, right - left);
+    scaleCounts(Rule::share(amount), n * n, strengths, right - left);
     if (reference != nullptr) keepWhereVisible(reference->row(y) + offset, right - left, strengths);
-    applyStrengths<Rule>(strengths, right - left, touch.destination.row(y) + offset);
+    applyStrengths<Rule>(strengths, right - left, destination.row(y) + offset);
   };
-  // The sums run on from row to row, so they begin with the brush even where it lies above the destination.
-  for (std::int64_t y = brush.top; y < area.bottom; ++y) {
-    std::int32_t* const rowCounts = counts.next(static_cast<int>(y - brush.top));
+  // The sums continue from row to row, so they begin with the brush even where it is above the destination.
+  for (std::int64_t y = brushBox.top; y < area.bottom; ++y) {
+    std::int32_t* const rowCounts = counts.next(static_cast<int>(y - brushBox.top));
     if (y < area.top) continue;
     const int line = static_cast<int>(y);
     const int left = static_cast<int>(area.left);
     const int right = static_cast<int>(area.right);
-    const auto span = [&](int from, int end) { paint(line, from, end, rowCounts + (from - brush.left)); };
-    if (touch.clip == nullptr) {
+    const auto span = [&](int from, int end) { paint(line, from, end, rowCounts + (from - brushBox.left)); };
+    if (clipRegion == nullptr) {
       span(left, right);
     } else {
       clip.splitRow(line, left, right, span, [](int, int) {});
@@ -171,29 +157,17 @@ using namespace dibkit;
 
 void CDIB32::SmoothBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                          int amount, int size, HRGN clip) {
-  orOutOfMemory(false, [&] {
-    brushOpacity<SoftErase>({destination, brush, position, amount, size, clip});
-    return true;
-  });
+  catchOutOfMemory([&] { brushAlpha<SoftErase>(destination, brush, position, amount, size, clip); });
 }
 
 void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                              int amount, int size, HRGN clip) {
-  orOutOfMemory(false, [&] {
-    brushOpacity<SoftFill>({destination, brush, position, amount, size, clip});
-    return true;
-  });
+  catchOutOfMemory([&] { brushAlpha<SoftFill>(destination, brush, position, amount, size, clip); });
 }
 
 void CDIB32::SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush,
                              BITMAPINFOHEADER* reference, const POINT& position, int amount, int size,
                              HRGN clip) {
-  orOutOfMemory(false, [&] {
-    const Touch touch(destination, brush, position, amount, size, clip);
-    const BITMAPINFOHEADER* const referenceDib = reference;
-    const ConstView visible = viewOfDepth(referenceDib, 32);
-    if (visible.width() != touch.destination.width()) return false;
-    brushOpacity<SoftFill>(touch, &visible);
-    return true;
-  });
+  const View visible = viewOfDepth(reference, 32);
+  catchOutOfMemory([&] { brushAlpha<SoftFill>(destination, brush, position, amount, size, clip, &visible); });
 }

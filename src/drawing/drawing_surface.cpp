@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "dib/allocate.h"
+#include "platform/bounds.h"
 
 namespace dibkit {
 
@@ -80,12 +81,7 @@ RECT widened(const RECT& rect, std::int64_t margin) {
 RECT boxAround(const POINT* points, int count, std::int64_t margin) {
   if (points == nullptr || count <= 0) return {};
   RECT box{points[0].x, points[0].y, points[0].x, points[0].y};
-  for (int i = 1; i < count; ++i) {
-    box.left = std::min(box.left, points[i].x);
-    box.top = std::min(box.top, points[i].y);
-    box.right = std::max(box.right, points[i].x);
-    box.bottom = std::max(box.bottom, points[i].y);
-  }
+  for (int i = 1; i < count; ++i) extend(box, RECT{points[i].x, points[i].y, points[i].x, points[i].y});
   return widened(box, margin);
 }
 

@@ -11,7 +11,7 @@ void GetPixelRGB(BYTE* row, int x, int bitCount, RGBQUAD* palette, BYTE* red, BY
     *blue = colour.blue;
     return true;
   };
-  const bool known = row != nullptr && withFormat(bitCount, false, [&](auto format) {
+  const bool known = row != nullptr && withFormat(bitCount, [&](auto format) {
                        using Format = decltype(format);
                        const auto raw = Format::get(row, x);
                        if constexpr (Format::bits <= 8) {

@@ -55,16 +55,15 @@ void flattenColours(PlacedCel& frame, const View& target, Rgb matte) {
 
 void flattenRows(PlacedCel& frame, const View& target, std::int64_t index, Rgb matte) {
   if (target.lines() == 0) return;
-  withFormat(frame.cel().bitCount(), 0, [&](auto sourceFormat) {
+  withFormat(frame.cel().bitCount(), [&](auto sourceFormat) {
     using Source = decltype(sourceFormat);
-    return withFormat(target.bitCount(), 0, [&](auto targetFormat) {
+    withFormat(target.bitCount(), [&](auto targetFormat) {
       using Target = decltype(targetFormat);
       if constexpr (Target::bits > 8) {
         flattenColours<Target>(frame, target, matte);
       } else if constexpr (Source::bits <= Target::bits) {
         flattenIndexes<Source, Target>(frame, target, lowByte(index));
       }
-      return 0;
     });
   });
 }

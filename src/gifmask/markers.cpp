@@ -23,7 +23,7 @@ BITMAPINFOHEADER* painted(const BITMAPINFOHEADER* image, const ConstView& mask, 
   OwnedDib copy(CBitmapCreator::Clone(image));
   if (!copy) return nullptr;
   const Overlay overlay{View(copy.get()), mask};
-  return withFormat(image->biBitCount, static_cast<BITMAPINFOHEADER*>(nullptr), [&](auto format) {
+  return withFormat(image->biBitCount, [&](auto format) {
     if (overlay.width > 0 && overlay.height > 0) paint(format, overlay);
     return copy.release();
   });

@@ -105,7 +105,7 @@ int CPaletteFuns::GetColorsNumFrom24BitsDib(BITMAPINFOHEADER* dib) {
 int CPaletteFuns::GetColorsNumFromTrueDib(BITMAPINFOHEADER* dib, CMap<DWORD, DWORD&, int, int&>* colours) {
   const ConstView view(dib);
   if (!view || colours == nullptr) return 0;
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     if (view.bitCount() == Bgr24::bits) return fillMap<Bgr24>(view, *colours);
     return view.bitCount() == Bgra32::bits ? fillMap<Bgra32>(view, *colours) : 0;
   });
@@ -114,7 +114,7 @@ int CPaletteFuns::GetColorsNumFromTrueDib(BITMAPINFOHEADER* dib, CMap<DWORD, DWO
 int CPaletteFuns::GetColorsNumFromPaletteDib(BITMAPINFOHEADER* dib, CMap<int, int&, int, int&>* indexes) {
   const ConstView view(dib);
   if (!view || indexes == nullptr || view.lines() == 0) return 0;
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     switch (view.bitCount()) {
       case 1:
         return countIndexes<Index1>(view, *indexes);

@@ -37,7 +37,7 @@ OwnedDib changePalette(const BITMAPINFOHEADER* dib, const ColourMap* map) {
   const ConstView source(dib);
   const std::int64_t count = map != nullptr ? map->GetCount() : 0;
   if (!source || count > INT32_MAX) return nullptr;
-  return withFormat(source.bitCount(), OwnedDib(), [&](auto format) -> OwnedDib {
+  return withFormat(source.bitCount(), [&](auto format) -> OwnedDib {
     using Format = decltype(format);
     if constexpr (Format::bits > 8) {
       return nullptr;
@@ -83,7 +83,7 @@ using namespace dibkit;
 int CPaletteFuns::SumDibImagePalEntries(CMap<DWORD, DWORD&, int, int&>& colours, RGBQUAD* palette,
                                         int count) {
   if (palette == nullptr && count > 0) return FALSE;
-  return orOutOfMemory(FALSE, [&] { return addPalette(colours, palette, count) ? TRUE : FALSE; });
+  return catchOutOfMemory([&] { return addPalette(colours, palette, count) ? TRUE : FALSE; });
 }
 
 BITMAPINFOHEADER* CPaletteFuns::ChangeDibBitsPalette(BITMAPINFOHEADER* dib,

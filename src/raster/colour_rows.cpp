@@ -27,7 +27,7 @@ void decodeBgrRow(int bitCount, const BYTE* row, int x, int count, const Palette
     std::memcpy(&colour, &palette[index], sizeof(colour));
     return colour;
   };
-  const bool known = withFormat(bitCount, false, [&](auto format) {
+  const bool known = withFormat(bitCount, [&](auto format) {
     using Format = decltype(format);
     if constexpr (Format::bits == 24) {
       std::memcpy(bgr, row + std::ptrdiff_t{x} * 3, static_cast<std::size_t>(count) * 3);

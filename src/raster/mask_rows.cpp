@@ -62,7 +62,7 @@ void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BY
 }
 
 void copyPixels(int bitCount, const BYTE* from, int fromX, int count, BYTE* to, int toX) {
-  withFormat(bitCount, 0, [&](auto format) {
+  withFormat(bitCount, [&](auto format) {
     using Format = decltype(format);
     constexpr std::int64_t bits = Format::bits;
     int done = 0;
@@ -71,7 +71,6 @@ void copyPixels(int bitCount, const BYTE* from, int fromX, int count, BYTE* to, 
       copyRowBits(from, fromX * bits, done * bits, to + toX * bits / 8);
     }
     for (; done < count; ++done) Format::put(to, toX + done, Format::get(from, fromX + done));
-    return 0;
   });
 }
 

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "dib/view.h"
+#include "platform/bounds.h"
 
 namespace dibkit {
 
@@ -42,8 +43,9 @@ inline Box intersection(const Box& a, const Box& b) {
 inline Box unionOf(const Box& a, const Box& b) {
   if (a.empty()) return b.empty() ? Box{} : b;
   if (b.empty()) return a;
-  return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-          std::max(a.bottom, b.bottom)};
+  Box box = a;
+  extend(box, b);
+  return box;
 }
 
 /// Where several placed images overlap: the size of the common part, and the pixel of each image that lies at
@@ -86,6 +88,11 @@ struct Placed {
 };
 template <class Byte>
 Placed(BasicView<Byte>, POINT) -> Placed<Byte>;
+
+/// An image that has to have the given depth; a null view for any other image.
+inline Placed<BYTE> placedOfDepth(BITMAPINFOHEADER* dib, int bitCount, const POINT& origin) {
+  return {viewOfDepth(dib, bitCount), origin};
+}
 
 /// Calls use(count, bytes...) for every row of the common part of the placed views, from the top: the number
 /// of pixels in it and each view's byte where it starts. For views of whole bytes a pixel. A null view has no

@@ -1,23 +1,16 @@
 #pragma once
 
-#include <memory>
 #include <span>
 
 #include "dib/dib.h"
+#include "platform/region_data.h"
 
 namespace dibkit {
 
-/// The rectangles of a region, read once, so that pixels are never asked about one by one: rows from the
-/// top, within a row from the left, those of one row sharing top and bottom.
-class RegionSpans {
+/// A region as spans, so that no pixel is tested by itself.
+class RegionSpans : public RegionData {
  public:
-  /// A null region, or memory that ran out, gives an object that is not valid and has no spans.
-  explicit RegionSpans(HRGN region);
-
-  bool valid() const { return valid_; }
-  /// The bounding rectangle, all zeros for an empty region.
-  const RECT& box() const { return box_; }
-  std::span<const RECT> rectangles() const { return rectangles_; }
+  using RegionData::RegionData;
 
   /// The spans of one row, each the left and right of a rectangle. Found by binary search.
   std::span<const RECT> row(int y) const;
@@ -39,16 +32,11 @@ class RegionSpans {
     }
     if (x < right) outside(x, right);
   }
-
- private:
-  std::unique_ptr<std::uint64_t[]> data_;
-  std::span<const RECT> rectangles_;
-  RECT box_{};
-  bool valid_ = false;
 };
 
-/// The region of all pixels that any of the rectangles holds; empty for none. Cheapest when they come in rows
-/// as RegionSpans gives them. Null when the platform fails; throws std::bad_alloc when memory runs out.
+/// The region of all pixels that any of the rectangles holds; empty for none. Cheapest for rectangles in the
+/// order in which RegionData gives them. Null when the platform fails; throws std::bad_alloc when memory runs
+/// out.
 OwnedRegion regionOfRectangles(std::span<const RECT> rectangles);
 
 }  // namespace dibkit

@@ -105,8 +105,7 @@ BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect(int, int) {
   const ConstView picture = viewOfDepth(source, 32);
   if (!picture || m_pFirst == nullptr) return nullptr;
   if (picture.width() != m_nFieldWidth || picture.height() != m_nFieldHeight) return nullptr;
-  return orOutOfMemory<BITMAPINFOHEADER*>(
-      nullptr, [&] { return refract(picture, Field(0), RefractedOpacity::full).release(); });
+  return catchOutOfMemory([&] { return refract(picture, Field(0), RefractedOpacity::full).release(); });
 }
 
 BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {

@@ -9,7 +9,7 @@ namespace {
 using test::OwnedDib;
 
 std::vector<const dibkit::RowKernels*> everyKernel() {
-  std::vector<const dibkit::RowKernels*> kernels{&dibkit::plainRowKernels};
+  std::vector<const dibkit::RowKernels*> kernels{&dibkit::RowKernels::plain};
   if (&dibkit::rowKernels() != kernels[0]) kernels.push_back(&dibkit::rowKernels());
   return kernels;
 }
@@ -52,7 +52,7 @@ TEST(RowKernels, AgreeAtEveryWidth) {
     for (int width = 0; width <= 300; ++width) {
       std::vector<BYTE> plain(4 * 300 + 16, 0xCD);
       std::vector<BYTE> chosen = plain;
-      (dibkit::plainRowKernels.*row)(from.data(), width, plain.data());
+      (dibkit::RowKernels::plain.*row)(from.data(), width, plain.data());
       (dibkit::rowKernels().*row)(from.data(), width, chosen.data());
       ASSERT_EQ(chosen, plain) << width;
     }

@@ -140,12 +140,11 @@ TEST(View, ReadsAndWritesPixelsFromTheTopLeftOne) {
       EXPECT_TRUE(at.x == i % 2 && at.y == i / 2 && colour == expected[i]) << i;
     }
     const OwnedDib copy = test::image(2, 2, depth.bitCount, depth.palette);
-    dibkit::withFormat(depth.bitCount, 0, [&](auto format) {
+    dibkit::withFormat(depth.bitCount, [&](auto format) {
       using Format = decltype(format);
       dibkit::fillPixels<Format>(dibkit::View(copy.get()), [&](int x, int y) {
         return Format::get(dibkit::ConstView(dib.get()).row(y), x);
       });
-      return 0;
     });
     EXPECT_EQ(test::bytesOf(copy), test::bytesOf(dib));
   }

@@ -54,7 +54,7 @@ TEST(BlendKernels, GiveTheSameBytesForEveryInstructionSet) {
       ASSERT_EQ(test::pixelsOf(avx2), test::pixelsOf(plain)) << name << ", round " << round;
     }
   };
-  const dibkit::BlendKernels &plain = dibkit::plainBlendKernels, &avx2 = dibkit::avx2BlendKernels;
+  const dibkit::BlendKernels &plain = dibkit::BlendKernels::plain, &avx2 = dibkit::BlendKernels::avx2;
   expectEqual("over", plain.over, avx2.over);
   expectEqual("plainOver", plain.plainOver, avx2.plainOver);
   expectEqual("linearMix", plain.linearMix, avx2.linearMix);

@@ -26,7 +26,8 @@ inline const BYTE* rowOf(const BITMAPINFOHEADER* dib, int y) { return dibkit::Co
 /// A pixel as it is stored: an index, a 16-bit word, 0xRRGGBB, or 0xAARRGGBB.
 inline DWORD pixel(const BITMAPINFOHEADER* dib, int x, int y) {
   const BYTE* row = rowOf(dib, y);
-  return dibkit::withFormat(dib->biBitCount, DWORD{0xDEAD}, [&](auto format) -> DWORD {
+  if (!dibkit::hasFormat(dib->biBitCount)) return 0xDEAD;
+  return dibkit::withFormat(dib->biBitCount, [&](auto format) -> DWORD {
     const auto raw = decltype(format)::get(row, x);
     if constexpr (std::is_same_v<std::remove_const_t<decltype(raw)>, dibkit::Rgb>) {
       return dibkit::packRgb(raw);
@@ -39,14 +40,13 @@ inline DWORD pixel(const OwnedDib& dib, int x, int y) { return pixel(dib.get(), 
 
 inline void setPixel(BITMAPINFOHEADER* dib, int x, int y, DWORD value) {
   BYTE* row = rowOf(dib, y);
-  dibkit::withFormat(dib->biBitCount, 0, [&](auto format) {
+  dibkit::withFormat(dib->biBitCount, [&](auto format) {
     using Format = decltype(format);
     if constexpr (std::is_same_v<typename Format::Raw, dibkit::Rgb>) {
       Format::put(row, x, dibkit::Rgb{BYTE(value >> 16 & 255), BYTE(value >> 8 & 255), BYTE(value & 255)});
     } else {
       Format::put(row, x, static_cast<typename Format::Raw>(value));
     }
-    return 0;
   });
 }
 inline void setPixel(const OwnedDib& dib, int x, int y, DWORD value) { setPixel(dib.get(), x, y, value); }

@@ -104,7 +104,7 @@ using namespace dibkit::standin;
 
 HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitCount, const void* bits) {
   if (planes != 1) return nullptr;
-  return orOutOfMemory(HBITMAP{}, [&]() -> HBITMAP {
+  return catchOutOfMemory([&]() -> HBITMAP {
     PictureFormat format = deviceFormat(width, height, static_cast<int>(bitCount));
     if (!isPossible(format)) return nullptr;
     auto bitmap = std::make_unique<BitmapObject>(std::move(format), false);
@@ -124,7 +124,7 @@ HBITMAP CreateCompatibleBitmap(HDC handle, int width, int height) {
   if (context == nullptr || width < 0 || height < 0) return nullptr;
   // A bitmap without pixels does not exist: one monochrome pixel stands for it.
   const bool pixelless = width == 0 || height == 0;
-  return orOutOfMemory(HBITMAP{}, [&]() -> HBITMAP {
+  return catchOutOfMemory([&]() -> HBITMAP {
     PictureFormat format =
         pixelless ? deviceFormat(1, 1, 1) : deviceFormat(width, height, context->bitCount());
     return isPossible(format) ? newBitmap(std::move(format), false) : nullptr;
@@ -135,7 +135,7 @@ HBITMAP CreateDIBSection(HDC /*context*/, const BITMAPINFO* info, UINT usage, vo
                          DWORD /*offset*/) {
   if (bits != nullptr) *bits = nullptr;
   if (usage != DIB_RGB_COLORS || file != nullptr) return nullptr;
-  return orOutOfMemory(HBITMAP{}, [&]() -> HBITMAP {
+  return catchOutOfMemory([&]() -> HBITMAP {
     PictureFormat format;
     if (!readFormat(info, format)) return nullptr;
     const HBITMAP bitmap = newBitmap(std::move(format), true);

@@ -81,7 +81,7 @@ int GetDIBits(HDC context, HBITMAP handle, UINT start, UINT lines, void* bits, B
     giveHeader(bitmap->format, info->bmiHeader);
     return 1;
   }
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PictureFormat format;
     if (!readFormat(info, format)) return 0;
     giveColours(*bitmap, format, *info);
@@ -108,7 +108,7 @@ int SetDIBitsToDevice(HDC handle, int x, int y, DWORD width, DWORD height, int f
   const auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr || context->bitmap() == nullptr || bits == nullptr || usage != DIB_RGB_COLORS)
     return 0;
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PictureFormat format;
     if (!readFormat(info, format)) return 0;
     const ScanLines given(format, start, lines);
@@ -129,7 +129,7 @@ BOOL BitBlt(HDC handle, int x, int y, int width, int height, HDC source, int fro
   const auto* from = objectOf<DeviceContext>(source);
   if (to == nullptr || from == nullptr || operation != SRCCOPY) return FALSE;
   if (to->bitmap() == nullptr || from->bitmap() == nullptr) return FALSE;
-  return orOutOfMemory(FALSE, [&] {
+  return catchOutOfMemory([&] {
     const std::int64_t left = std::int64_t{x} + to->origin.x;
     const std::int64_t top = std::int64_t{y} + to->origin.y;
     const std::int64_t sourceLeft = std::int64_t{fromX} + from->origin.x;

@@ -143,17 +143,17 @@ BOOL CloseClipboard() { return clipboard().close(); }
 BOOL EmptyClipboard() { return clipboard().empty(); }
 
 HANDLE SetClipboardData(UINT format, HANDLE data) {
-  return orOutOfMemory(HANDLE{}, [&] { return clipboard().set(format, data); });
+  return catchOutOfMemory([&] { return clipboard().set(format, data); });
 }
 
 HANDLE GetClipboardData(UINT format) {
-  return orOutOfMemory(HANDLE{}, [&] { return clipboard().get(format); });
+  return catchOutOfMemory([&] { return clipboard().get(format); });
 }
 
 UINT EnumClipboardFormats(UINT format) {
-  return orOutOfMemory(UINT{0}, [&] { return clipboard().next(format); });
+  return catchOutOfMemory([&] { return clipboard().next(format); });
 }
 
 BOOL IsClipboardFormatAvailable(UINT format) {
-  return orOutOfMemory(FALSE, [&] { return clipboard().has(format); });
+  return catchOutOfMemory([&] { return clipboard().has(format); });
 }

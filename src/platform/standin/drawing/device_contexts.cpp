@@ -22,7 +22,7 @@ GdiObject* placeholderBitmap() {
 }
 
 HDC newContext(DeviceContext::Target target) {
-  return orOutOfMemory(HDC{}, [&] { return handleOf<HDC>(new DeviceContext(target)); });
+  return catchOutOfMemory([&] { return handleOf<HDC>(new DeviceContext(target)); });
 }
 
 /// Where a pixel of the drawing calls lies, when it can be seen.
@@ -123,7 +123,7 @@ int SelectClipRgn(HDC handle, HRGN region) {
     context->clip.reset();
     return SIMPLEREGION;
   }
-  return orOutOfMemory(ERROR, [&] {
+  return catchOutOfMemory([&] {
     context->clip = clip->region;
     return context->clip->complexity();
   });

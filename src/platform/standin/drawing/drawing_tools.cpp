@@ -27,8 +27,8 @@ struct StockTools {
 };
 
 HPEN newPen(int width, COLORREF colour, bool squareCaps, bool null) {
-  return orOutOfMemory(
-      HPEN{}, [&] { return handleOf<HPEN>(new PenObject(width, colourOf(colour), squareCaps, null)); });
+  return catchOutOfMemory(
+      [&] { return handleOf<HPEN>(new PenObject(width, colourOf(colour), squareCaps, null)); });
 }
 
 }  // namespace
@@ -48,7 +48,7 @@ using namespace dibkit;
 using namespace dibkit::standin;
 
 HGDIOBJ GetStockObject(int number) {
-  return orOutOfMemory(HGDIOBJ{}, [&]() -> HGDIOBJ { return stockObject(number); });
+  return catchOutOfMemory([&]() -> HGDIOBJ { return stockObject(number); });
 }
 
 HPEN CreatePen(int style, int width, COLORREF colour) {
@@ -66,5 +66,5 @@ HPEN ExtCreatePen(DWORD style, DWORD width, const LOGBRUSH* brush, DWORD styleCo
 }
 
 HBRUSH CreateSolidBrush(COLORREF colour) {
-  return orOutOfMemory(HBRUSH{}, [&] { return handleOf<HBRUSH>(new BrushObject(colourOf(colour), false)); });
+  return catchOutOfMemory([&] { return handleOf<HBRUSH>(new BrushObject(colourOf(colour), false)); });
 }

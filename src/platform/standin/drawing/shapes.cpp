@@ -139,7 +139,7 @@ int FillRect(HDC handle, const RECT* rect, HBRUSH brushHandle) {
   const auto [top, bottom] = ordered(rect->top, rect->bottom);
   const POINT& origin = context->origin;
   const RECT area = clampedRect(left + origin.x, top + origin.y, right + origin.x, bottom + origin.y);
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     context->paint(Region::ofRectangle(area.left, area.top, area.right, area.bottom), brush->colour);
     return 1;
   });
@@ -157,7 +157,7 @@ BOOL LineTo(HDC handle, int x, int y) {
   auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr) return FALSE;
   const POINT from = std::exchange(context->position, POINT{x, y});
-  return orOutOfMemory(FALSE, [&] {
+  return catchOutOfMemory([&] {
     drawSegment(*context, placed(*context, from), placed(*context, {x, y}));
     return TRUE;
   });
@@ -166,7 +166,7 @@ BOOL LineTo(HDC handle, int x, int y) {
 BOOL Polygon(HDC handle, const POINT* points, int count) {
   const auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr || points == nullptr || count < 2) return FALSE;
-  return orOutOfMemory(FALSE, [&] {
+  return catchOutOfMemory([&] {
     std::vector<POINT> corners(points, points + count);
     for (POINT& corner : corners) corner = placed(*context, corner);
     fillInterior(*context, polygonRegion(corners, {0, context->pixels().height}));
@@ -182,7 +182,7 @@ BOOL Ellipse(HDC handle, int left, int top, int right, int bottom) {
 BOOL RoundRect(HDC handle, int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight) {
   const auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr) return FALSE;
-  return orOutOfMemory(FALSE, [&] {
+  return catchOutOfMemory([&] {
     drawRounded(*context, {left, top}, {right, bottom}, ellipseWidth, ellipseHeight);
     return TRUE;
   });

@@ -57,7 +57,7 @@ HPALETTE CreatePalette(const LOGPALETTE* description) {
       description->palNumEntries == 0) {
     return nullptr;
   }
-  return orOutOfMemory(HPALETTE{}, [&] {
+  return catchOutOfMemory([&] {
     const PALETTEENTRY* first = description->palPalEntry;
     return handleOf<HPALETTE>(new PaletteObject({first, first + description->palNumEntries}));
   });

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/win32.h"
+#include "platform/bounds.h"
 
 namespace dibkit::standin {
 namespace {
@@ -48,12 +48,9 @@ BOOL UnionRect(RECT* out, const RECT* a, const RECT* b) {
     *out = RECT{};
     return FALSE;
   }
-  if (emptyA || emptyB) {
-    *out = emptyA ? *b : *a;
-  } else {
-    *out = {std::min(a->left, b->left), std::min(a->top, b->top), std::max(a->right, b->right),
-            std::max(a->bottom, b->bottom)};
-  }
+  RECT both = emptyA ? *b : *a;
+  if (!emptyA && !emptyB) extend(both, *b);
+  *out = both;
   return TRUE;
 }
 

@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+#include "platform/bounds.h"
+
 namespace dibkit::standin {
 
 namespace {
@@ -153,15 +155,8 @@ Region Region::ofRectangle(int left, int top, int right, int bottom) {
   return Region(bands.take());
 }
 
-Region::Region(std::vector<RECT>&& canonical) : rectangles_(std::move(canonical)) {
-  if (empty()) return;
-  box_ = rectangles_.front();
-  for (const RECT& rect : rectangles_) {
-    box_.left = std::min(box_.left, rect.left);
-    box_.right = std::max(box_.right, rect.right);
-  }
-  box_.bottom = rectangles_.back().bottom;
-}
+Region::Region(std::vector<RECT>&& canonical)
+    : rectangles_(std::move(canonical)), box_(boundsOf(rectangles_)) {}
 
 Region Region::ofRectangles(std::span<const RECT> list) {
   if (isCanonical(list)) return Region(std::vector<RECT>(list.begin(), list.end()));

@@ -22,7 +22,7 @@ HRGN newRegion(Region&& region) { return handleOf<HRGN>(new RegionObject(std::mo
 /// Runs what makes a region and gives it a handle, null when memory runs out.
 template <class Make>
 HRGN regionFrom(Make&& make) {
-  return orOutOfMemory(HRGN{}, [&] { return newRegion(make()); });
+  return catchOutOfMemory([&] { return newRegion(make()); });
 }
 
 /// Ellipses and rounded rectangles as regions come out one pixel narrower and lower than their rectangle; a
@@ -108,7 +108,7 @@ int CombineRgn(HRGN destination, HRGN a, HRGN b, int mode) {
   const auto* first = objectOf<RegionObject>(a);
   const auto* second = objectOf<RegionObject>(b);
   if (out == nullptr || first == nullptr) return ERROR;
-  return orOutOfMemory(ERROR, [&] {
+  return catchOutOfMemory([&] {
     if (mode == RGN_COPY) {
       Region copy = first->region;
       out->region = std::move(copy);

@@ -1,0 +1,39 @@
+#include "platform/region_data.h"
+
+#include <algorithm>
+#include <new>
+
+namespace dibkit {
+namespace {
+
+/// Removes the rectangles that Wine leaves unset. Its CreateRoundRectRgn, which makes ellipses too (seen in
+/// version 8.0), allocates one rectangle a row and, in a narrow ellipse, stops before it has filled all of
+/// them, so that the rest has whatever the memory held. None of these may lead outside the region's box.
+std::span<const RECT> withoutUnset(std::span<RECT> rectangles, [[maybe_unused]] const RECT& box) {
+#if defined(_WIN32)
+  const auto isUnset = [&box](const RECT& rect) {
+    return rect.left < box.left || rect.right > box.right || rect.left >= rect.right || rect.top < box.top ||
+           rect.bottom > box.bottom || rect.top >= rect.bottom;
+  };
+  return {rectangles.begin(), std::remove_if(rectangles.begin(), rectangles.end(), isUnset)};
+#else
+  return rectangles;
+#endif
+}
+
+}  // namespace
+
+RegionData::RegionData(HRGN region) {
+  const DWORD bytes = GetRegionData(region, 0, nullptr);
+  if (bytes == 0) return;
+  // Words, for the alignment of the data.
+  block_.reset(new (std::nothrow) std::uint64_t[(std::size_t{bytes} + 7) / 8]);
+  if (!block_) return;
+  auto* data = reinterpret_cast<RGNDATA*>(block_.get());
+  if (GetRegionData(region, bytes, data) == 0) return;
+  rectangles_ = withoutUnset({reinterpret_cast<RECT*>(data->Buffer), data->rdh.nCount}, data->rdh.rcBound);
+  if (!rectangles_.empty()) box_ = data->rdh.rcBound;
+  valid_ = true;
+}
+
+}  // namespace dibkit

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "platform/win32.h"
+
+namespace dibkit {
+
+/// A copy of a region's rectangles: rows from the top, within a row from the left, those of one row with the
+/// same top and bottom.
+class RegionData {
+ public:
+  /// A null region, or memory that ran out, gives an object that is not valid and has no rectangles.
+  explicit RegionData(HRGN region);
+
+  bool valid() const { return valid_; }
+  /// The region's own bounding box; all zeros without rectangles.
+  const RECT& box() const { return box_; }
+  std::span<const RECT> rectangles() const { return rectangles_; }
+
+ private:
+  std::unique_ptr<std::uint64_t[]> block_;
+  std::span<const RECT> rectangles_;
+  RECT box_{};
+  bool valid_ = false;
+};
+
+}  // namespace dibkit
