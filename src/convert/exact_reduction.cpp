@@ -10,17 +10,6 @@
 namespace dibkit {
 namespace {
 
-/// The part of an index that a pixel stores: the low nibble in 4 bits; in one bit whether it is exactly 1, so
-/// that index 2 is stored as index 0. Callers count the colours before they choose the depth.
-template <class Format>
-BYTE storedIndex(int index) {
-  if constexpr (Format::bits == 1) {
-    return index == 1;
-  } else {
-    return static_cast<BYTE>(index & ((1 << Format::bits) - 1));
-  }
-}
-
 /// The palette of an image under construction, as 256 entries from its start. Entries beyond its size
 /// overwrite the rows that follow it, as the interface promises; those outside the block are kept in a
 /// separate array.
@@ -79,7 +68,7 @@ class ExactReducer {
       const bool fits = forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
         const int index = indexOf(key);
         if (index == ColourIndex::none) return false;
-        std::memset(indexes + (x - left), storedIndex<Format>(index), same());
+        std::memset(indexes + (x - left), storedLowBits(Format::bits, index), same());
         // The 256th colour wraps the count, and it is always found in a single pixel. Every further colour is
         // new.
         if (colours_.size() == ColourIndex::capacity) colours_ = ColourIndex();
@@ -110,7 +99,7 @@ class ExactReducer {
 
   void indexRowInMemory(const BYTE* from, BYTE* to) {
     for (int x = 0; x < source_.width(); ++x) {
-      const BYTE stored = storedIndex<Format>(indexInMemory(Bgr24::get(from, x)));
+      const BYTE stored = storedLowBits(Format::bits, indexInMemory(Bgr24::get(from, x)));
       constexpr int pixelsPerByte = 8 / Format::bits;
       BYTE& byte = to[x / pixelsPerByte];
       if constexpr (Format::bits == 8) {

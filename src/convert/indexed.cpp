@@ -9,19 +9,13 @@
 namespace dibkit {
 namespace {
 
-/// The part of an index that a pixel stores: its lowest byte, and in one bit whether it is above 0.
-template <class Format>
-BYTE storedIndex(std::int64_t index) {
-  return Format::bits == 1 ? BYTE{index > 0} : lowByte(index);
-}
-
 /// The old palette at the start of the new one; every index keeps its number.
 template <class To>
 RemapTable extendPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
   RemapTable table;
   for (std::int64_t i = 0; i < old.size(); ++i) {
     putEntry(result, i, unpackEntry(old[i]));
-    table.set(i, storedIndex<To>(i));
+    table.set(i, storedPositive(To::bits, i));
   }
   return table;
 }
@@ -34,7 +28,7 @@ RemapTable mergePalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
   std::unordered_set<DWORD> merged;
   std::int64_t next = 0;
   for (std::int64_t i = 0; i < old.size(); ++i) {
-    table.set(i, storedIndex<To>(next));
+    table.set(i, storedPositive(To::bits, next));
     if (merged.insert(old[i]).second) putEntry(result, next++, unpackEntry(old[i]));
   }
   return table;
@@ -44,7 +38,7 @@ template <class From, class To>
 RemapTable makePalette(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFOHEADER* result) {
   if (map != nullptr) {
     putPalette(result, *map);
-    return remapOnto(dib, map, [](int index) { return storedIndex<To>(index); });
+    return remapOnto(dib, map, [](int index) { return storedPositive(To::bits, index); });
   }
   const PaletteEntries old(dib);
   return From::bits < To::bits ? extendPalette<To>(old, result) : mergePalette<To>(old, result);
@@ -67,7 +61,6 @@ OwnedDib changeDepth(const BITMAPINFOHEADER* dib, const ColourMap* map, CQorComm
 template <class From, class To>
 BITMAPINFOHEADER* exportDepth(const BITMAPINFOHEADER* dib, const ColourMap* map,
                               CQorCommonProgress* progress) {
-  BITMAPINFOHEADER* const nothing = nullptr;
   return catchOutOfMemory([&] { return changeDepth<From, To>(dib, map, progress).release(); });
 }
 

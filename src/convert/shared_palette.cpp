@@ -12,11 +12,6 @@ constexpr int depthFor(std::int64_t colours) {
   return colours < 17 ? 4 : 8;
 }
 
-/// A pixel stores the low byte of an index; one bit stores whether the index is other than 0.
-constexpr BYTE storedIndex(int index, int depth) {
-  return depth == 1 ? static_cast<BYTE>(index != 0) : lowByte(index);
-}
-
 /// Fills the rows of `result` with the indexes of the source's colours.
 /// \param lookUp gives the stored index of a colour key; called once for each pixel, or once for 8 in flat
 /// areas
@@ -29,14 +24,13 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
       for (int y = 0; y < source.lines(); ++y) {
         const BYTE* from = source.row(y);
         BYTE indexes[indexChunk];
-        for (int left = 0, count = 0; left < source.width(); left += count) {
-          count = std::min(indexChunk, source.width() - left);
+        forEachChunk(source.width(), [&](int left, int count) {
           forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {
             std::memset(indexes + (x - left), lookUp(key), same());
             return true;
           });
           storeIndexes<Format>(indexes, left, count, target.row(y));
-        }
+        });
       }
     }
   });
@@ -61,7 +55,7 @@ OwnedDib convertOnto(const ColourMap& map, const BITMAPINFOHEADER* dib) {
     putEntry(result.get(), value, unpackEntry(key & 0xFFFFFF));
     if (key > 0xFFFFFF) return;  // no pixel's key has a fourth byte
     const int slot = colours.enter(key);
-    if (slot != ColourIndex::none) stored[slot] = storedIndex(value, depth);
+    if (slot != ColourIndex::none) stored[slot] = storedLowByte(depth, value);
   });
   if (map.GetCount() <= ColourIndex::capacity) {
     indexRows(source, result.get(), [&](DWORD key) {
@@ -71,7 +65,7 @@ OwnedDib convertOnto(const ColourMap& map, const BITMAPINFOHEADER* dib) {
   } else {
     indexRows(source, result.get(), [&](DWORD key) {
       int value = 0;
-      return map.Lookup(key, value) != 0 ? storedIndex(value, depth) : BYTE{0};
+      return map.Lookup(key, value) != 0 ? storedLowByte(depth, value) : BYTE{0};
     });
   }
   return result;

@@ -55,11 +55,10 @@ OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     BYTE buffer[indexChunk];
-    for (int left = 0, count = 0; left < source.width(); left += count) {
-      count = std::min(indexChunk, source.width() - left);
+    forEachChunk(source.width(), [&](int left, int count) {
       const BYTE* indexes = indexesAt<Source>(from, left, count, buffer);
       lookUp(indexes, count, pixels, to + std::ptrdiff_t{left} * (Target::bits / 8));
-    }
+    });
   });
 }
 

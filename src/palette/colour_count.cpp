@@ -25,8 +25,8 @@ int countColours(const ConstView& view) {
   return colours.size();
 }
 
-/// Enters the colours of an image in a map that may hold some already. The map is asked once for each colour,
-/// as far as the small hash of those met before has room.
+/// Enters the colours of an image in a map that may have some already. Two small hashes cache which colours
+/// were entered and which were there before, so that the map is searched once for each colour.
 class MapFiller {
  public:
   explicit MapFiller(ColourMap& map) : map_(map) {}
@@ -64,7 +64,7 @@ int fillMap(const ConstView& view, ColourMap& map) {
   return filler.count();
 }
 
-/// Enters an index in a map, unless it is there, with the number of those entered before it.
+/// Enters an index in a map that lacks it, with the number of indexes entered before it.
 void enterIndex(IndexMap& map, int index, int& count) {
   int value = 0;
   if (map.Lookup(index, value) != 0) return;

@@ -9,9 +9,8 @@
 
 namespace dibkit {
 
-/// Numbers colours in order of first appearance, at most 256 of them: the palette that a picture of few
-/// colours makes by itself. A small open-addressed hash; nothing is allocated. Keys are colours of 24 bits
-/// (packRgb).
+/// Numbers colours in order of first appearance, at most 256 of them: the exact palette of a picture of few
+/// colours. A small open-addressed hash; nothing is allocated. Keys are colours of 24 bits (packRgb).
 class ColourIndex {
  public:
   static constexpr int capacity = 256;
@@ -39,12 +38,12 @@ class ColourIndex {
   }
 
  private:
-  // So many that a colour nearly always lies in its own place: a second probe costs a wrong guess of the
-  // processor, which is dearer than the search.
+  // So many slots that a colour is nearly always found at the first probe: a second one costs a mispredicted
+  // branch, which takes longer than the search.
   static constexpr int slotBits = 12;
-  static constexpr DWORD used = 1U << 24;  // tells a slot that holds black from an empty one
+  static constexpr DWORD used = 1U << 24;  // distinguishes a slot with black from an empty one
 
-  /// The slot that holds the key, or the empty one where it belongs.
+  /// The slot of the key, or the empty one that it would get.
   std::size_t slotOf(DWORD key) const {
     std::size_t slot = (key * 0x9E3779B1U) >> (32 - slotBits);
     while (tags_[slot] != (key | used) && tags_[slot] != 0) {

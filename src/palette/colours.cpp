@@ -21,7 +21,7 @@ bool isGrayRamp(const BITMAPINFOHEADER* dib) {
   if (!ConstView(dib)) return false;
   const PaletteTable palette(dib, sizeof(BITMAPINFOHEADER));
   const std::int64_t size = GetDIBPaletteSize(dib);
-  if (size > 256) return false;  // no byte is as large as the number of the last entry
+  if (size > 256) return false;  // no byte equals the number of the last entry
   for (std::int64_t i = 0; i < size; ++i) {
     if (!isGray(packEntry(palette[static_cast<std::size_t>(i)]), i)) return false;
   }
@@ -53,7 +53,7 @@ void CPaletteFuns::GrayPalette(RGBQUAD* palette, int count) {
 
 void CPaletteFuns::MakeGrayPalette(RGBQUAD* palette, int count) {
   if (palette == nullptr || count < 2) return;
-  // The division truncates, so that the last entry need not be white: three entries end at 254.
+  // The division truncates, so the last entry need not be white: three entries end at 254.
   const std::int64_t step = 255 / (count - 1);
   for (int i = 0; i < count; ++i) setGray(palette[i], lowByte(i * step));
 }
@@ -65,7 +65,7 @@ BYTE CPaletteFuns::GetNearestPaletteIndex(RGBQUAD* palette, int count, DWORD col
   int bestDistance = squaredDistance(rgbOf(palette[0]), wanted);
   for (int i = 1; i < count; ++i) {
     const int distance = squaredDistance(rgbOf(palette[i]), wanted);
-    if (distance > bestDistance) continue;  // an equal one takes over: the highest index of equals
+    if (distance > bestDistance) continue;  // of equal ones the highest index
     best = i;
     bestDistance = distance;
   }
@@ -79,7 +79,7 @@ int CPaletteFuns::GetMaxDifferenceColor(RGBQUAD* palette, int count, BYTE red, B
   int bestDistance = squaredDistance(rgbOf(palette[0]), from);
   for (int i = 1; i < count; ++i) {
     const int distance = squaredDistance(rgbOf(palette[i]), from);
-    if (distance <= bestDistance) continue;  // the lowest index of equals
+    if (distance <= bestDistance) continue;  // of equal ones the lowest index
     best = i;
     bestDistance = distance;
   }

@@ -20,9 +20,8 @@ void forEachAssociation(const CMap<Key, Argument, Value, ValueArgument>& map, Us
   }
 }
 
-/// Writes entry number `index` of the palette that starts right after the header. Callers promise that it is
-/// one of the palette's; another one lands in the rows where it would lie, as far as that is inside the
-/// block.
+/// Writes entry number `index` of the palette, which starts right after the header. An index beyond the
+/// palette writes over the rows that follow it, as far as that is inside the block.
 inline void putEntry(BITMAPINFOHEADER* dib, std::int64_t index, const RGBQUAD& entry) {
   const std::optional<Layout> layout = layoutOf(dib);
   if (!layout || index < 0) return;

@@ -14,7 +14,7 @@ inline DWORD packEntry(const RGBQUAD& entry) {
   return key;
 }
 
-/// The palette of an image with a usable header, as keys. All of it lies in the block.
+/// The palette of an image with a usable header, as keys. All of it is inside the block.
 class PaletteEntries {
  public:
   explicit PaletteEntries(const BITMAPINFOHEADER* dib)
@@ -33,25 +33,24 @@ inline void putPalette(BITMAPINFOHEADER* dib, const ColourMap& map) {
   forEachAssociation(map, [dib](DWORD key, int value) { putEntry(dib, value, unpackEntry(key)); });
 }
 
-/// What a pixel is to store for each old index, and the rows translated so.
+/// What a pixel stores for each old index.
 class RemapTable {
  public:
-  /// An index above 255 is dropped: no pixel holds it.
+  /// An index above 255 is ignored: no pixel has it.
   void set(std::int64_t from, BYTE stored) {
     if (from >= 256) return;
     stored_[static_cast<std::size_t>(from)] = stored;
     known_[static_cast<std::size_t>(from)] = true;
   }
 
-  /// Rows have to come from the top of the picture: an index without a translation stores what the pixel
-  /// before it did, on into the next row, and 0 when it is the first of the picture.
+  /// Remaps a row. Rows have to come from the top of the picture: a pixel whose index is not in the table
+  /// stores what the pixel before it stored, even in the row before, and 0 if it is the picture's first.
   template <class From, class To>
   void row(const BYTE* from, int width, BYTE* to) {
     BYTE buffer[indexChunk];
     BYTE remapped[indexChunk];
     const bool complete = knowsAll<From>();
-    for (int left = 0, count = 0; left < width; left += count) {
-      count = std::min(indexChunk, width - left);
+    forEachChunk(width, [&](int left, int count) {
       const BYTE* indexes = indexesAt<From>(from, left, count, buffer);
       if (complete) {
         for (int x = 0; x < count; ++x) remapped[x] = stored_[indexes[x]];
@@ -59,7 +58,7 @@ class RemapTable {
         for (int x = 0; x < count; ++x) remapped[x] = next(indexes[x]);
       }
       storeIndexes<To>(remapped, left, count, to);
-    }
+    });
   }
 
  private:
@@ -77,9 +76,9 @@ class RemapTable {
   BYTE last_ = 0;
 };
 
-/// Where each colour of an image's palette stands in a map, which is only read. A colour that the map lacks
+/// The remapping of an image's indexes to those that a map has for their colours. A colour that the map lacks
 /// becomes index 0.
-/// \param stored what a pixel keeps of an index
+/// \param stored stored(index) is what a pixel stores of an index
 template <class Stored>
 RemapTable remapOnto(const BITMAPINFOHEADER* dib, const ColourMap* map, Stored&& stored) {
   const PaletteEntries old(dib);

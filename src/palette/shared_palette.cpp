@@ -25,9 +25,7 @@ template <class Format>
 void changeIndexes(const BITMAPINFOHEADER* dib, const ColourMap* map, BITMAPINFOHEADER* result) {
   const ConstView source(dib);
   const View target(result);
-  // Only the lowest byte of an index fits a pixel; one bit tells whether the index is other than 0.
-  RemapTable table =
-      remapOnto(dib, map, [](int index) { return Format::bits == 1 ? BYTE{index != 0} : lowByte(index); });
+  RemapTable table = remapOnto(dib, map, [](int index) { return storedLowByte(Format::bits, index); });
   for (int y = 0; y < source.lines(); ++y) {
     table.row<Format, Format>(source.row(y), source.width(), target.row(y));
   }
@@ -52,8 +50,8 @@ OwnedDib changePalette(const BITMAPINFOHEADER* dib, const ColourMap* map) {
   });
 }
 
-/// Every entry's own number has to be what the map says. The number that a missing entry is taken for is that
-/// of the entry before it, and 0 for the first one, which therefore passes; hosts count on it.
+/// Whether the map has for every entry its own number. An entry that the map lacks counts as having the
+/// number of the entry before it, and 0 if it is the first, which therefore passes; hosts rely on that.
 bool numbersAgree(const PaletteEntries& palette, const ColourMap& map) {
   int value = 0;
   for (std::int64_t i = 0; i < palette.size(); ++i) {
@@ -64,8 +62,8 @@ bool numbersAgree(const PaletteEntries& palette, const ColourMap& map) {
   return true;
 }
 
-/// A key of the map passes as soon as any entry differs from it. Deliberately that weak: only a palette made
-/// of a single colour that is in the map fails.
+/// Whether every key of the map differs from some entry. Deliberately that weak: only a palette of a single
+/// colour that is in the map fails.
 bool keysPass(const PaletteEntries& palette, const ColourMap& map) {
   for (std::int64_t i = 1; i < palette.size(); ++i) {
     if (palette[i] != palette[0]) return true;

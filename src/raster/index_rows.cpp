@@ -80,7 +80,7 @@ void packBits(const BYTE* bytes, int count, BYTE* row, BYTE level) {
 
 void packNibbles(const BYTE* indexes, int count, BYTE* row) {
   const int pairs = count / 2;
-  // The odd pixel comes second, so bits of its that do not fit in a nibble end up in its neighbour.
+  // Bits of an odd pixel that do not fit in its nibble end up in the neighbour's, on purpose.
   for (int i = 0; i < pairs; ++i) row[i] = static_cast<BYTE>(indexes[2 * i] << 4 | indexes[2 * i + 1]);
   if (count % 2 != 0) Set4BitPixel(row, indexes[count - 1], count - 1);
 }
