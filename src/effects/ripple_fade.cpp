@@ -32,7 +32,7 @@ OwnedDib rippleFade(const BITMAPINFOHEADER* incoming, const BITMAPINFOHEADER* ou
   // Wave heights are scaled by 4 progress (1 - progress): 0 at both ends, 1 half way.
   const auto strength = static_cast<int>(std::lround(4.0 * progress * (1.0 - progress) * 256.0));
   for (int& height : first) height = height * strength / 256;
-  return refract(picture, pages[0], RefractedOpacity::moved);
+  return refract(picture, pages[0], RefractedAlpha::moved);
 }
 
 }  // namespace dibkit

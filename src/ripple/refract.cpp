@@ -9,8 +9,8 @@
 namespace dibkit {
 namespace {
 
-/// What the pixels of a line show: the place of a pixel in memory, counted from the picture's first one, and
-/// what is taken from and added to each of its bytes.
+/// For each pixel of a line the source pixel that it shows, by its place in memory counted from the picture's
+/// first one, and what is subtracted from and added to each of its bytes.
 struct Displacement {
   explicit Displacement(int width)
       : place(static_cast<std::size_t>(width)), darker(place.size()), lighter(place.size()) {}
@@ -24,9 +24,9 @@ struct Displacement {
 constexpr DWORD inEachChannel(int value) { return static_cast<DWORD>(value) * 0x010101; }
 
 /// Fills in the inner pixels of line y.
-/// \param level,below the heights on it and on the next one
-/// \param opacity added to each pixel's
-void displaceLine(int w, int h, int y, const int* level, const int* below, DWORD opacity,
+/// \param level,below the heights of line y and of the next one
+/// \param addedAlpha added to each pixel's alpha, in the top byte
+void displaceLine(int w, int h, int y, const int* level, const int* below, DWORD addedAlpha,
                   Displacement& line) {
   int* __restrict place = line.place.data();
   DWORD* __restrict darker = line.darker.data();
@@ -35,16 +35,16 @@ void displaceLine(int w, int h, int y, const int* level, const int* below, DWORD
     const int dx = wrapped(bitsOf(level[x]) - bitsOf(level[x + 1]));
     const int dy = wrapped(bitsOf(level[x]) - bitsOf(below[x]));
     const int sy = std::clamp(y + (dy >> 3), 0, h - 1);
-    // A column equal to the width stays, deliberately: it is the first pixel of the next row in memory, which
-    // is the line above. The top line has none.
+    // A column equal to the width is allowed, deliberately: it is the first pixel of the next row in memory,
+    // which is the line above. The top line has none.
     const int largest = w - (sy == 0 ? 1 : 0);
     const int moved = x + (dx >> 3);
     const int sx = moved > largest ? w - 1 : std::max(moved, 0);
     place[x] = (h - 1 - sy) * w + sx;
     const int shade = std::clamp(dx, -255, 255);
-    const int whenNegative = shade >> 31;  // all bits or none: a choice without a branch
+    const int whenNegative = shade >> 31;  // all bits or none: a selection without a branch
     darker[x] = inEachChannel(shade & ~whenNegative);
-    lighter[x] = inEachChannel(-shade & whenNegative) | opacity;
+    lighter[x] = inEachChannel(-shade & whenNegative) | addedAlpha;
   }
 }
 
@@ -58,14 +58,14 @@ void shadeBytes(BYTE* bytes, const BYTE* darker, const BYTE* lighter, int count)
 
 }  // namespace
 
-OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedOpacity opacity) {
+OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedAlpha alpha) {
   const int w = picture.width();
   const int h = picture.height();
   OwnedDib frame = createDib(w, h, 32, 0, InitialPixels::unwritten);
   if (!frame || w == 0 || h == 0) return frame;
   const View to(frame.get());
   const BYTE* pixels = picture.row(h - 1);
-  const DWORD added = opacity == RefractedOpacity::full ? 0xFF000000 : 0;
+  const DWORD added = alpha == RefractedAlpha::full ? 0xFF000000 : 0;
   Displacement line(w);
   for (int y = 0; y < h; ++y) {
     BYTE* row = to.row(y);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int stepsPerRound = 4;
 
-/// Where a random disc has its centre along one axis; below 0 when that has no answer.
+/// A random centre of a disc along one axis; below 0 when there is no room for one.
 int drawPlace(int extent, int radius) {
   const std::int64_t room = std::int64_t{extent} - 2 * std::int64_t{radius} - 1;
   if (room == 0) return -1;
@@ -28,12 +28,12 @@ int* newPage(int width, int height) {
   return new (std::nothrow) int[static_cast<std::size_t>(width) * static_cast<std::size_t>(height)]();
 }
 
-/// Tells when water has come to rest: a round that changes no cell is followed by no other change.
+/// Detects that the water is at rest: after a round that changes no cell there is no other change.
 class RestWatch {
  public:
   explicit RestWatch(const std::array<HeightPage, 2>& pages) : pages_(pages) {}
 
-  /// Keeps the heights for a later look. Without memory for them the water never seems at rest.
+  /// Stores the heights for a later comparison. Without memory for them the water never counts as at rest.
   void remember() {
     for (std::size_t i = 0; i < 2; ++i) {
       if (!seen_[i]) seen_[i].reset(newPage(pages_[i].width, pages_[i].height));
@@ -63,7 +63,7 @@ CRippleEffect::CRippleEffect(BITMAPINFOHEADER* source, int iterations) : m_nIter
   InitializeParams(source);
 }
 
-// The height field is not released, on purpose: a copy may still run on it. EndToRipple does that.
+// The height field is not released, on purpose: a copy may still use it. EndToRipple releases it.
 CRippleEffect::~CRippleEffect() = default;
 
 void CRippleEffect::InitializeParams(BITMAPINFOHEADER* source) {
@@ -105,7 +105,7 @@ BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect(int, int) {
   const ConstView picture = viewOfDepth(source, 32);
   if (!picture || m_pFirst == nullptr) return nullptr;
   if (picture.width() != m_nFieldWidth || picture.height() != m_nFieldHeight) return nullptr;
-  return catchOutOfMemory([&] { return refract(picture, Field(0), RefractedOpacity::full).release(); });
+  return catchOutOfMemory([&] { return refract(picture, Field(0), RefractedAlpha::full).release(); });
 }
 
 BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {
@@ -113,14 +113,14 @@ BITMAPINFOHEADER* CRippleEffect::GenerateRippleEffect() {
   if (!run.AllocateField()) return nullptr;
   run.HeightBlob(run.m_nWidth / 2, run.m_nHeight / 2, 5, dropHeight, 0);
   addDrops(run.Field(0));
-  // Damped water rests after a hundred rounds or so, however many more are to be run: a look now and then.
-  constexpr int roundsBetweenLooks = 64;
+  // Damped water is at rest after a hundred rounds or so, so further rounds can be left out.
+  constexpr int roundsBetweenChecks = 64;
   RestWatch watch({run.Field(0), run.Field(1)});
   for (int left = m_nIterations; left > 0; --left) {
-    const bool look = left % roundsBetweenLooks == 0;
-    if (look) watch.remember();
+    const bool check = left % roundsBetweenChecks == 0;
+    if (check) watch.remember();
     run.RunRound();
-    if (look && watch.unchanged()) break;
+    if (check && watch.unchanged()) break;
   }
   BITMAPINFOHEADER* picture = run.GenerateRippleEffect(0, 0);
   run.EndToRipple();

@@ -41,7 +41,7 @@ void addDrops(const HeightPage& page) {
 }
 
 void stepWave(const HeightPage& page, const HeightPage& other, int density) {
-  const int w = page.width;  // a copy that the cells written below cannot be taken for
+  const int w = page.width;  // a copy: cells that are written cannot alias it
   if (w < 3) return;
   for (int y = 1; y < page.height - 1; ++y) {
     int* __restrict to = page.line(y);

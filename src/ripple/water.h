@@ -4,7 +4,7 @@
 
 namespace dibkit {
 
-/// Sums of heights may run over: they wrap around, as the platform's do.
+/// Sums of heights wrap around when they overflow.
 constexpr int wrapped(std::uint32_t value) { return static_cast<int>(value); }
 constexpr std::uint32_t bitsOf(int value) { return static_cast<std::uint32_t>(value); }
 
@@ -17,33 +17,33 @@ struct HeightPage {
   int* line(int y) const { return cells + std::ptrdiff_t{y} * width; }
 };
 
-/// Adds `rise` to the cells nearer to (x, y) than `radius`, but for the outermost ones.
+/// Adds `rise` to the cells nearer to (x, y) than `radius`, except the page's outermost ones.
 void raiseDisc(const HeightPage& page, std::int64_t x, std::int64_t y, std::int64_t radius, int rise);
 
-/// What a cell of the library's own drops gains.
+/// The height of the library's own drops.
 constexpr int dropHeight = 50;
 
 /// The damping of the library's own waves.
 constexpr int waveDensity = 5;
 
-/// Adds a drop to the middle of every 100 x 100 cells, as far as the picture reaches.
+/// Adds a drop to the middle of every 100 x 100 cells.
 void addDrops(const HeightPage& page);
 
-/// One step of the 3 x 3 wave: `page` is overwritten with what follows from it and from `other`.
+/// One step of the 3 x 3 wave: `page`, the heights before those of `other`, becomes the heights after them.
 /// \param density 0 to 31
 void stepWave(const HeightPage& page, const HeightPage& other, int density);
 /// One step of the 5 x 5 wave.
 void stepBroadWave(const HeightPage& page, const HeightPage& other, int density);
 
-/// What a pixel that the water shows elsewhere has for an opacity.
-enum class RefractedOpacity {
-  full,   ///< it is opaque
-  moved,  ///< its own
+/// The alpha of displaced pixels.
+enum class RefractedAlpha {
+  full,   ///< 255
+  moved,  ///< the pixel's own, displaced with it
 };
 
-/// The picture seen through the water. Its outermost pixels stay as they are.
+/// The picture seen through the water. Its outermost pixels are unchanged.
 /// \param picture 32 bits, of the page's size
 /// \return null when memory runs out
-OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedOpacity opacity);
+OwnedDib refract(const ConstView& picture, const HeightPage& page, RefractedAlpha alpha);
 
 }  // namespace dibkit
