@@ -25,14 +25,15 @@ DrawingSurface::DrawingSurface(const RECT& box, Colours colours, COLORREF backgr
   }
   width_ = static_cast<int>(width);
   height_ = static_cast<int>(height);
-  // What a bitmap is made compatible with decides its colours: a fresh memory context is monochrome.
+  // A bitmap has the colours of the context that it is made compatible with: a new memory context is
+  // monochrome.
   const ScreenContext screen(GetDC(nullptr));
   context_.reset(CreateCompatibleDC(colours == Colours::screen ? screen.get() : nullptr));
   bitmap_.reset(
       CreateCompatibleBitmap(colours == Colours::screen ? screen.get() : context_.get(), width_, height_));
   if (!bitmap_) return;
   selected_.emplace(context_.get(), bitmap_.get());
-  // A new bitmap's contents are anybody's guess.
+  // A new bitmap's contents are undefined.
   const OwnedGraphicsObject brush(CreateSolidBrush(background));
   const RECT all{0, 0, width_, height_};
   FillRect(context_.get(), &all, static_cast<HBRUSH>(brush.get()));
@@ -62,7 +63,7 @@ void DrawingSurface::drawLine(const POINT* points, int count, int penWidth, bool
 OwnedDib DrawingSurface::read(int bitCount) {
   OwnedDib dib = createDib(width_, height_, bitCount, 0);
   if (!dib) return nullptr;
-  // The platform reads bitmaps only while no context holds them.
+  // The platform reads a bitmap only while it is not selected into a context.
   selected_.reset();
   const int rows = GetDIBits(context_.get(), bitmap_.get(), 0, static_cast<UINT>(height_),
                              GetDIBBits(dib.get()), reinterpret_cast<BITMAPINFO*>(dib.get()), DIB_RGB_COLORS);

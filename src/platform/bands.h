@@ -9,22 +9,22 @@
 
 namespace dibkit {
 
-/// Whether two bands hold the same spans, whatever their rows.
+/// Whether two bands have the same spans; their rows may differ.
 inline bool haveEqualSpans(std::span<const RECT> a, std::span<const RECT> b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const RECT& one, const RECT& other) {
     return one.left == other.left && one.right == other.right;
   });
 }
 
-/// Puts spans together into the canonical rectangles of an area. A band is a run of rows that hold the same
-/// spans; its rectangles share top and bottom, stand from the left and do not touch, bands stand from the
-/// top, and bands that touch differ in their spans. One area has one such list, so equal areas have equal
+/// Combines spans into the canonical rectangles of an area. A band is a run of rows with the same spans; its
+/// rectangles share top and bottom, are in order from the left and do not touch. Bands are in order from the
+/// top, and bands that touch differ in their spans. An area has only one such list, so equal areas have equal
 /// lists. Throws std::bad_alloc when memory runs out.
 class BandBuilder {
  public:
-  /// Adds [left, right) on the rows [top, bottom). Bands come from the top without overlap, spans of a band
-  /// from the left without overlap. Spans that touch become one, bands with equal spans too; what is
-  /// empty is dropped.
+  /// Adds [left, right) on the rows [top, bottom). Bands have to come in order from the top and the spans of
+  /// a band from the left, both without overlap. Spans that touch are joined, and bands that touch and have
+  /// equal spans; empty ones are dropped.
   void add(int top, int bottom, int left, int right) {
     if (left >= right || top >= bottom) return;
     if (openBand_ < rectangles_.size()) {
@@ -41,7 +41,7 @@ class BandBuilder {
 
   bool empty() const { return rectangles_.empty(); }
 
-  /// The finished list; the builder is empty afterwards.
+  /// Gives the list and leaves the builder empty.
   std::vector<RECT> take();
 
  private:

@@ -9,7 +9,7 @@ namespace {
 /// Bits [from, 64) of a word.
 std::uint64_t upperBits(int from) { return ~std::uint64_t{0} << from; }
 
-/// Calls change(word, bits) for every word of a row that holds pixels of [left, right), with their bits.
+/// Calls change(word, bits) for every word of a row that has pixels of [left, right), with their bits.
 template <class Change>
 void forEachWord(std::uint64_t* row, int left, int right, Change&& change) {
   if (left >= right) return;

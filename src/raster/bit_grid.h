@@ -10,8 +10,8 @@
 
 namespace dibkit {
 
-/// A picture of one bit a pixel, in words of 64 so that runs are found a word at a time. Bit x mod 64 of word
-/// x / 64 of a row is pixel x; bits beyond the width are 0.
+/// A picture of one bit a pixel, in words of 64 bits so that runs are found a word at a time. Bit x mod 64 of
+/// word x / 64 of a row is pixel x; bits beyond the width are 0.
 class BitGrid {
  public:
   /// All bits 0. Throws std::bad_alloc when memory runs out.
@@ -26,7 +26,7 @@ class BitGrid {
     void operator()(std::uint64_t* words) const { std::free(words); }
   };
   static std::uint64_t* allocate(std::size_t wordsPerRow, int height) {
-    // One word more, since nothing asked for may come back as null.
+    // One word more, since calloc may give null for a size of 0.
     const std::uint64_t words = std::uint64_t{wordsPerRow} * static_cast<unsigned>(height) + 1;
     // A 32-bit process would wrap to a small block.
     if (words > SIZE_MAX / sizeof(std::uint64_t)) throw std::bad_alloc();
@@ -36,7 +36,7 @@ class BitGrid {
   }
 
   std::size_t wordsPerRow_;
-  // From calloc, which hands out large blocks untouched: rows that nobody comes to cost nothing.
+  // From calloc, which does not write to large blocks: rows that are never used cost nothing.
   std::unique_ptr<std::uint64_t, Free> words_;
 };
 
@@ -62,8 +62,8 @@ void forEachRun(const std::uint64_t* row, int width, Run&& run) {
   }
 }
 
-/// Calls run(left, right, a, b) for the stretches of [0, width) over which two rows of bits do not change,
-/// from the left, with the bits that they have.
+/// Calls run(left, right, a, b) for the runs of [0, width) in which neither of two rows of bits changes, from
+/// the left; a and b are their bits there.
 template <class Run>
 void forEachPairRun(const std::uint64_t* a, const std::uint64_t* b, int width, Run&& run) {
   const auto bitAt = [](const std::uint64_t* row, int x) { return (row[x / 64] >> x % 64 & 1) != 0; };

@@ -6,7 +6,7 @@ namespace dibkit {
 namespace {
 
 /// Writes colourAt(i), a palette entry read as a number, for every i. Each store but the last writes four
-/// bytes, the fourth of which the next pixel overwrites: that is one store a pixel instead of three.
+/// bytes, the fourth of which the next pixel overwrites, so a pixel takes one store instead of three.
 template <class ColourAt>
 void writeTriples(int count, BYTE* bgr, ColourAt&& colourAt) {
   for (int i = 0; i + 1 < count; ++i) {

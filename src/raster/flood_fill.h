@@ -53,8 +53,8 @@ class UnvisitedPixels {
 
  private:
   static constexpr bool inBlocks = std::is_invocable_v<Match&, int, int, int, BYTE*>;
-  /// Pixels of a block: whole words of the grid, so that the last block of a row may have fewer. 64 bits,
-  /// since the words of the widest row hold more than 2^31 - 1 pixels.
+  /// Pixels of a block: whole words of the grid, so the last block of a row may have fewer. 64 bits, since
+  /// the words of the widest row have more than 2^31 - 1 bits.
   std::int64_t blockWidth() const { return inBlocks ? 128 : rowWidth_; }
 
   /// Evaluates the predicate for the block that holds x, unless that has been done.
@@ -79,20 +79,19 @@ class UnvisitedPixels {
   Match& match_;
   int width_;
   BitGrid grid_;
-  std::int64_t rowWidth_;  ///< with the bits that fill up the last word
+  std::int64_t rowWidth_;  ///< with the unused bits of the last word
   std::int64_t blocksPerRow_;
   std::vector<bool> evaluated_;
   std::vector<BYTE> flags_;
 };
 
 /// Four-connected flood fill by spans, which every fill and wand uses. It starts at the seed, which is
-/// visited whether it matches or not, and spreads over the pixels that match. \param seed inside width x
-/// height \param match match(y, flags) sets flags[x] to 1 for the pixels of row y that match and to 0 for the
-/// others.
-///        Or match(y, x, count, flags), which does so for `count` pixels from x on, the first being flags[0].
-///        Called once for each row or block that is reached, before any pixel of it is visited.
+/// visited whether it matches or not, and spreads over the pixels that match. Throws std::bad_alloc when the
+/// work list cannot grow; the runs visited until then stay visited. \param seed inside width x height \param
+/// match match(y, flags) sets flags[x] to 1 for the pixels of row y that match and to 0 for the others.
+///     Or match(y, x, count, flags), which does so for `count` pixels from x on, the first one in flags[0].
+///     Called once for each row or block that is reached, before any pixel of it is visited
 /// \param visit visit(y, left, right) receives each run of reached pixels once
-/// Throws std::bad_alloc when the work list cannot grow; the runs visited until then stay visited.
 template <class Match, class Visit>
 void floodFill(int width, int height, POINT seed, Match&& match, Visit&& visit) {
   struct Span {

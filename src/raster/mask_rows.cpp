@@ -50,7 +50,7 @@ void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BY
   if (shift == 0) {
     std::memcpy(to, from, static_cast<std::size_t>(bytes));
   } else {
-    // Every byte but the last has a neighbour that holds wanted bits.
+    // Every byte but the last takes bits from two bytes.
     for (std::int64_t i = 0; i + 1 < bytes; ++i) {
       to[i] = static_cast<BYTE>(from[i] << shift | from[i + 1] >> (8 - shift));
     }

@@ -25,11 +25,11 @@ void fillMaskRow(BYTE* row, int left, int right, bool value);
 void loadMaskRow(const BYTE* row, int width, std::uint64_t* words);
 
 /// Copies `count` bits from bit `firstBit` of a row, counted from its left end, to the left end of another;
-/// the bits that follow in the last byte written become 0. Serves pixels of any depth.
+/// the bits that follow in the last byte written become 0. For pixels of any depth.
 void copyRowBits(const BYTE* from, std::int64_t firstBit, std::int64_t count, BYTE* to);
 
 /// Copies `count` stored pixels of a depth that has a format from column `fromX` of a row to column `toX` of
-/// another; what lies beside them there stays.
+/// another, whose other pixels are unchanged.
 void copyPixels(int bitCount, const BYTE* from, int fromX, int count, BYTE* to, int toX);
 
 }  // namespace dibkit

@@ -10,7 +10,7 @@
 
 namespace dibkit {
 
-/// A rectangle whose edges cannot overflow: the sums of any two 32-bit numbers fit.
+/// A rectangle in 64 bits, which hold the sum of any two 32-bit coordinates.
 struct Box {
   std::int64_t left = 0;
   std::int64_t top = 0;
@@ -25,7 +25,7 @@ struct Box {
   }
 };
 
-/// The rectangle that an image covers when its top-left pixel lies at `origin`.
+/// The rectangle that an image covers if its top-left pixel is at `origin`.
 inline Box placedBox(std::int64_t width, std::int64_t height, const POINT& origin) {
   return {origin.x, origin.y, origin.x + width, origin.y + height};
 }
@@ -48,7 +48,7 @@ inline Box unionOf(const Box& a, const Box& b) {
   return box;
 }
 
-/// Where several placed images overlap: the size of the common part, and the pixel of each image that lies at
+/// Where several placed images overlap: the size of the common part, and the pixel of each image that is at
 /// its top-left corner.
 template <std::size_t Count>
 struct Overlap {
@@ -76,14 +76,14 @@ Overlap<Count> overlapOf(const std::array<Box, Count>& boxes) {
   return overlap;
 }
 
-/// A view with the point where its top-left pixel lies, in a space that it shares with others.
+/// A view with the point of its top-left pixel, in a space that it shares with others.
 template <class Byte>
 struct Placed {
   BasicView<Byte> view;
   POINT origin;
 
   Box box() const { return placedBox(view.width(), view.height(), origin); }
-  /// The byte of line y that holds the first bit of column x.
+  /// The byte of line y that has the first bit of column x.
   Byte* at(int x, int y) const { return view.row(y) + std::int64_t{x} * view.bitCount() / 8; }
 };
 template <class Byte>
@@ -94,9 +94,9 @@ inline Placed<BYTE> placedOfDepth(BITMAPINFOHEADER* dib, int bitCount, const POI
   return {viewOfDepth(dib, bitCount), origin};
 }
 
-/// Calls use(count, bytes...) for every row of the common part of the placed views, from the top: the number
-/// of pixels in it and each view's byte where it starts. For views of whole bytes a pixel. A null view has no
-/// common part with any.
+/// Calls use(count, bytes...) for every row of the common part of placed views, from the top: the number of
+/// pixels and, for each view, the first of their bytes. For depths of whole bytes. A null view has no common
+/// part with any other.
 template <class Use, class... Byte>
 void forEachCommonRow(Use&& use, const Placed<Byte>&... placed) {
   const auto overlap = overlapOf<sizeof...(Byte)>({placed.box()...});

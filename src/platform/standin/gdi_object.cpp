@@ -6,7 +6,7 @@ namespace dibkit::standin {
 
 int GdiObject::describe(int /*byteCount*/, void* /*out*/) const { return 0; }
 
-// Stock objects are in use on every thread at once: they are counted nowhere.
+// Stock objects are used by several threads at once, so their uses are not counted.
 void GdiObject::select() {
   if (!stock_) ++selections_;
 }

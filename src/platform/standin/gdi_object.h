@@ -4,7 +4,7 @@
 
 namespace dibkit::standin {
 
-/// What a handle stands for: handles are pointers to these, and DeleteObject releases any of them.
+/// The object behind a handle. Handles are pointers to these, and DeleteObject releases any of them.
 class GdiObject {
  public:
   enum class Kind { region, bitmap, pen, brush, palette, context };
@@ -15,15 +15,16 @@ class GdiObject {
   virtual ~GdiObject() = default;
 
   Kind kind() const { return kind_; }
-  /// Makes the object one of those that belong to everybody and are never released.
+  /// Makes it a stock object, which all contexts share and nothing releases.
   void makeStock() { stock_ = true; }
 
-  /// What GetObjectW tells about the object: fills at most `byteCount` bytes at `out`, or tells the size of
-  /// the description when `out` is null. 0 for an object that has none, or too little room.
+  /// Does the work of GetObjectW: writes the object's description to the `byteCount` bytes at `out`, unless
+  /// that is null.
+  /// \return the size of the description; 0 for an object that has none and for too little room
   virtual int describe(int byteCount, void* out) const;
 
-  /// A context holds the object from select to deselect. An object that is released in between goes when the
-  /// last context lets go of it.
+  /// A context uses the object from select to deselect. An object that is released in between is deleted when
+  /// the last context deselects it.
   void select();
   void deselect();
   bool selected() const { return selections_ > 0; }
@@ -36,18 +37,17 @@ class GdiObject {
   int selections_ = 0;
 };
 
-/// Puts a structure of the platform's where GetObjectW's caller wants it.
+/// Copies a description of `size` bytes, as GdiObject::describe has to.
 int giveDescription(const void* description, int size, int byteCount, void* out);
 
-/// The object behind a handle, null for a null handle or one of another kind. `Object` names its kind in
-/// `Object::ownKind`.
+/// The object behind a handle; null for a null handle and for one of another kind than `Object::ownKind`.
 template <class Object>
 Object* objectOf(void* handle) {
   auto* object = static_cast<GdiObject*>(handle);
   return object != nullptr && object->kind() == Object::ownKind ? static_cast<Object*>(object) : nullptr;
 }
 
-/// The handle of an object, as the type that the calls name.
+/// The handle of an object, in the type that the calls use.
 template <class Handle>
 Handle handleOf(GdiObject* object) {
   return reinterpret_cast<Handle>(object);

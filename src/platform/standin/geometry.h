@@ -8,7 +8,7 @@
 
 namespace dibkit::standin {
 
-/// Coordinates are added in 64 bits and brought back: what lies further out than 32 bits lies out of sight.
+/// Coordinates are added in 64 bits and clamped to 32; nothing beyond those is ever visible.
 constexpr int clampedToInt(std::int64_t value) {
   return static_cast<int>(
       std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));

@@ -8,28 +8,30 @@
 
 namespace dibkit::standin {
 
-/// The format of a picture: what a BITMAPINFO says, or what a bitmap is made with.
+/// The size, depth and colours of a picture, as a BITMAPINFO describes them or a bitmap has them.
 struct PictureFormat {
   int width = 0;
   int height = 0;
   int bitCount = 0;
   bool topDown = false;
   bool sixGreenBits = false;
-  std::vector<Colour> colours;  ///< up to 8 bits: 1 << bitCount of them
+  std::vector<Colour> colours;  ///< up to 8 bits: one for each index
 
-  /// Bytes from one row to the next: rows fill whole DWORDs. 64 bits hold this and the next for any size.
+  /// Bytes from one row to the next: rows fill whole DWORDs. In 64 bits neither this nor byteCount overflows.
   std::int64_t stride() const { return (std::int64_t{width} * bitCount + 31) / 32 * 4; }
   std::int64_t byteCount() const { return stride() * height; }
-  /// The pixels in a block that holds `rows` of the rows, the lowest first or last as the format says.
+  /// The pixels in a block of `rows` rows, of which the lowest comes first or last, depending on the format.
   Pixels pixelsAt(BYTE* block, int rows) const;
 };
 
-/// Reads the format from the header and colour table of a packed DIB. Nothing for a header that describes
-/// no picture: no size, an unknown depth or compression, or more than 2 GiB. Colours that the table lacks are
-/// black. May throw std::bad_alloc.
+/// Reads the format from the header and colour table of a packed DIB. Colours that the table lacks are black.
+/// May throw std::bad_alloc.
+/// \return false for a header that describes no picture: no size, an unknown depth or compression, or more
+/// than
+///     2 GiB
 bool readFormat(const BITMAPINFO* info, PictureFormat& format);
 
-/// What an HBITMAP stands for.
+/// The object behind an HBITMAP.
 class BitmapObject : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::bitmap;
@@ -38,9 +40,9 @@ class BitmapObject : public GdiObject {
   BitmapObject(PictureFormat format, bool section);
 
   Pixels pixels() const { return format.pixelsAt(bits_.get(), format.height); }
-  /// The rows as they lie in memory, which is what the owner of a section sees.
+  /// The rows in memory, which the owner of a section shares.
   BYTE* bits() const { return bits_.get(); }
-  /// Whether it is a DIB section, which has rows and colours that its owner sees and changes.
+  /// Whether it is a DIB section, whose rows and colours its owner may change.
   bool isSection() const { return section_; }
 
   int describe(int byteCount, void* out) const override;

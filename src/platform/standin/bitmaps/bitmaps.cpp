@@ -11,23 +11,23 @@ namespace dibkit::standin {
 
 namespace {
 
-constexpr std::int64_t mostBytes = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t maximumBytes = std::numeric_limits<std::int32_t>::max();
 
 bool isPossible(const PictureFormat& format) {
   return format.width > 0 && format.height > 0 && isPixelDepth(format.bitCount) &&
-         format.byteCount() <= mostBytes;
+         format.byteCount() <= maximumBytes;
 }
 
 HBITMAP newBitmap(PictureFormat&& format, bool section) {
   return handleOf<HBITMAP>(new BitmapObject(std::move(format), section));
 }
 
-/// Bitmaps that are no sections have rows of whole words.
+/// The rows of a bitmap that is not a section fill whole words.
 int wordStride(int width, int bitCount) {
   return static_cast<int>((std::int64_t{width} * bitCount + 15) / 16 * 2);
 }
 
-/// A device-dependent bitmap: colours as the system has them, rows in nobody's sight.
+/// A device-dependent bitmap: it has the system's colours, and no caller sees its rows.
 PictureFormat deviceFormat(int width, int height, int bitCount) {
   PictureFormat format{width, height, bitCount, true, false, {}};
   if (!isPixelDepth(bitCount)) return {};
@@ -74,7 +74,7 @@ bool readFormat(const BITMAPINFO* info, PictureFormat& format) {
                                 ? format.colours.size()
                                 : std::min<std::size_t>(header.biClrUsed, format.colours.size());
   std::memcpy(format.colours.data(), bytes + header.biSize, given * sizeof(Colour));
-  for (Colour& colour : format.colours) colour &= white;  // the reserved byte is no part of a colour
+  for (Colour& colour : format.colours) colour &= white;  // without the reserved byte
   return true;
 }
 
@@ -122,7 +122,7 @@ HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitCount, const vo
 HBITMAP CreateCompatibleBitmap(HDC handle, int width, int height) {
   const auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr || width < 0 || height < 0) return nullptr;
-  // A bitmap without pixels does not exist: one monochrome pixel stands for it.
+  // A bitmap always has pixels: without width or height it gets one monochrome pixel.
   const bool pixelless = width == 0 || height == 0;
   return catchOutOfMemory([&]() -> HBITMAP {
     PictureFormat format =

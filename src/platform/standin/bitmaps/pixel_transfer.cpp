@@ -12,17 +12,17 @@ bool isVerbatim(const Pixels& from, const Pixels& to) {
          std::equal(from.colours.begin(), from.colours.end(), to.colours.begin(), to.colours.end());
 }
 
-/// True colours are matched with 256 entries by their top five bits, each channel from the middle of its
-/// step.
+/// True colours are matched with 256 entries by the top five bits of each channel, taken as the middle of the
+/// values that share them.
 constexpr Colour coarse(Colour colour) { return (colour & 0xF8F8F8) + 0x040404; }
 constexpr std::size_t coarseSlot(Colour colour) {
   return (colour >> 9 & 0x7C00) | (colour >> 6 & 0x03E0) | (colour >> 3 & 0x001F);
 }
 
-/// Sixteen entries are matched with exact colours, which share places.
+/// Sixteen entries are matched with exact colours, several of which share a slot of the cache.
 constexpr std::size_t exactSlot(Colour colour) { return colour * 0x9E3779B1U >> 17; }
 
-/// Two entries are compared sooner than remembered.
+/// Comparing with two entries is faster than a cache.
 constexpr bool cachesIndexes(int bitCount) { return bitCount == 4 || bitCount == 8; }
 
 }  // namespace
@@ -34,7 +34,7 @@ PixelTransfer::PixelTransfer(const Pixels& from, const Pixels& to)
     for (const Colour colour : from.colours) indexes_.push_back(to.rawOfColour(colour));
   } else if (cachesIndexes(to.bitCount)) {
     known_.assign(std::size_t{1} << 15, 0);
-    // A place that nothing was put in looks like black's, so black is never searched for again.
+    // An empty slot looks like one with black, so black is entered from the start.
     known_[exactSlot(black)] = to.rawOfColour(black);
   }
 }

@@ -6,12 +6,12 @@
 
 namespace dibkit::standin {
 
-/// Copies pixels from one format to another in the platform's way: onto a colour table by the nearest entry,
-/// between equal formats as they are stored.
+/// Copies pixels from one format to another as the platform does: to a colour table by the nearest entry,
+/// between equal formats without a change.
 class PixelTransfer {
  public:
   PixelTransfer(const Pixels& from, const Pixels& to);
-  /// Copies `count` pixels of a row; both ranges lie inside, and apart.
+  /// Copies `count` pixels of a row. Both ranges are inside their pictures and do not overlap.
   void copy(int fromX, int fromY, int toX, int toY, int count);
 
  private:
@@ -21,8 +21,8 @@ class PixelTransfer {
   Pixels from_;
   Pixels to_;
   bool verbatim_;
-  std::vector<DWORD> indexes_;  ///< what each index of a source with a colour table becomes
-  std::vector<DWORD> known_;    ///< true colours found in the table: the colour above its index, by place
+  std::vector<DWORD> indexes_;  ///< the target's pixel for each index of a source with a colour table
+  std::vector<DWORD> known_;    ///< cache of true colours found in the table: the colour above its index
 };
 
 }  // namespace dibkit::standin

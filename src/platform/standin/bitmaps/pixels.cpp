@@ -9,8 +9,8 @@ namespace dibkit::standin {
 
 namespace {
 
-/// Calls use(index, shift) for the `count` pixels from x on of rows that pack several into a byte: the byte
-/// and how far the pixel stands from its low end.
+/// Calls use(i, byte, shift) for `count` pixels from x on of a row with several pixels in a byte: pixel i is
+/// in that byte, `shift` bits above its low end.
 template <class Use>
 void forEachPacked(int bitCount, int x, std::size_t count, Use&& use) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -19,11 +19,11 @@ void forEachPacked(int bitCount, int x, std::size_t count, Use&& use) {
   }
 }
 
-/// Five or six bits a channel, widened so that full stays full.
+/// Five or six bits of a channel as eight, so that the largest value becomes 255.
 constexpr DWORD widened(DWORD value, int bits) { return value << (8 - bits) | value >> (2 * bits - 8); }
 
-/// Calls use with the bytes of a pixel of 8 bits and more as a constant, so that a loop moves them without a
-/// call.
+/// Calls use(bytes) with the bytes of a pixel of at least 8 bits as a compile-time constant, so that loops
+/// copy pixels without a call.
 template <class Use>
 void withPixelBytes(int bitCount, Use&& use) {
   switch (bitCount) {
@@ -115,8 +115,8 @@ DWORD Pixels::rawOfColour(Colour colour) const {
   const int red = channel(colour, 16);
   const int green = channel(colour, 8);
   const int blue = channel(colour, 0);
-  // A distance takes 18 bits. With the index below it one minimum finds the nearest entry and the first of
-  // several, and no branch depends on a colour.
+  // A distance takes 18 bits. With the index in the low bits one minimum finds the nearest entry, of several
+  // the first, without a branch that depends on colours.
   int best = std::numeric_limits<int>::max() & ~0xFF;
   const int count = static_cast<int>(colours.size());
   for (int i = 0; i < count; ++i) {

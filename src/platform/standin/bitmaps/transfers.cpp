@@ -11,8 +11,8 @@ namespace dibkit::standin {
 
 namespace {
 
-/// Puts a picture's top left pixel at (x, y) of the surface and copies what then lies in `area`, on the
-/// surface and in the clip region.
+/// Copies a picture, its top left pixel at (x, y) of the bitmap, as far as it is inside `area`, the bitmap
+/// and the clip region.
 void place(const DeviceContext& context, const Pixels& picture, std::int64_t x, std::int64_t y,
            const RECT& area) {
   const RECT cover = clampedRect(x, y, x + picture.width, y + picture.height);
@@ -28,11 +28,11 @@ void place(const DeviceContext& context, const Pixels& picture, std::int64_t x, 
   });
 }
 
-/// The part of a picture that a block of scan lines holds. Scan lines count from the picture's bottom, or
+/// The rows of a picture that are in a block of scan lines. Scan lines count from the picture's bottom, or
 /// from the top of a top-down one.
 struct ScanLines {
   int count = 0;
-  int firstRow = 0;  ///< the picture's row that the highest of them is
+  int firstRow = 0;  ///< the picture's row of the highest of them
 
   ScanLines(const PictureFormat& format, UINT start, UINT lines) {
     const auto height = static_cast<UINT>(format.height);
@@ -42,7 +42,7 @@ struct ScanLines {
   }
 };
 
-/// What GetDIBits tells about a picture besides its pixels. A section read at its own depth has its own
+/// Fills in what GetDIBits gives besides the pixels. A section that is read at its own depth has its own
 /// colours, anything else the system's.
 void giveColours(const BitmapObject& bitmap, PictureFormat& format, BITMAPINFO& info) {
   info.bmiHeader.biSizeImage = static_cast<DWORD>(format.byteCount());
@@ -89,7 +89,7 @@ int GetDIBits(HDC context, HBITMAP handle, UINT start, UINT lines, void* bits, B
     const ScanLines wanted(format, start, lines);
     const Pixels from = bitmap->pixels();
     const Pixels to = format.pixelsAt(static_cast<BYTE*>(bits), wanted.count);
-    // Scan lines of both count from the same side, so that pictures of other heights meet there.
+    // Scan lines of both count from the same side, so pictures of different heights are aligned there.
     const int shift = format.topDown ? 0 : from.height - format.height;
     PixelTransfer pixels(from, to);
     int copied = 0;
@@ -112,7 +112,7 @@ int SetDIBitsToDevice(HDC handle, int x, int y, DWORD width, DWORD height, int f
     PictureFormat format;
     if (!readFormat(info, format)) return 0;
     const ScanLines given(format, start, lines);
-    // The rows are only read, whatever the type says.
+    // Not const, since the type also serves for writing; here the rows are only read.
     const Pixels picture = format.pixelsAt(const_cast<BYTE*>(static_cast<const BYTE*>(bits)), given.count);
     const std::int64_t left = std::int64_t{x} + context->origin.x;
     const std::int64_t top = std::int64_t{y} + context->origin.y;
@@ -139,7 +139,7 @@ BOOL BitBlt(HDC handle, int x, int y, int width, int height, HDC source, int fro
     if (to->bitmap() != &bitmap) {
       place(*to, bitmap.pixels(), left - sourceLeft, top - sourceTop, area);
     } else {
-      // Source and target may overlap: the pixels move by way of a copy.
+      // Source and target may overlap, so the pixels come from a copy.
       const BitmapObject copy(bitmap.format, false);
       std::memcpy(copy.bits(), bitmap.bits(), static_cast<std::size_t>(bitmap.format.byteCount()));
       place(*to, copy.pixels(), left - sourceLeft, top - sourceTop, area);

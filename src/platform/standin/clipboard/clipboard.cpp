@@ -17,7 +17,7 @@ void release(UINT format, HANDLE data) {
   }
 }
 
-/// What one process puts on its clipboard, and the formats that the platform makes of it.
+/// The clipboard of a process: what was put on it, and the formats that are synthesised from that.
 class Clipboard {
  public:
   ~Clipboard() { clear(); }
@@ -55,7 +55,7 @@ class Clipboard {
     } else {
       put_.push_back({format, data});
     }
-    releaseAll(made_);  // of what was there before
+    releaseAll(made_);  // synthesised from the former data
     return data;
   }
 
@@ -71,7 +71,7 @@ class Clipboard {
     return made;
   }
 
-  /// The formats in the order in which they were put, then those made of them.
+  /// The formats in the order in which they were put, then those that can be synthesised.
   UINT next(UINT format) {
     const std::lock_guard lock(mutex_);
     if (!mayUse()) return 0;
@@ -121,7 +121,7 @@ class Clipboard {
 
   std::mutex mutex_;
   Items put_;
-  Items made_;  ///< on demand, of what was put
+  Items made_;  ///< synthesised on demand
   bool open_ = false;
   HWND window_ = nullptr;
   std::thread::id thread_;

@@ -9,7 +9,7 @@
 namespace dibkit::standin {
 namespace {
 
-/// A picture taken apart. Blocks on the clipboard may end before their last row does: what is missing is 0.
+/// A packed DIB in two parts. A block on the clipboard may end before its last row does; missing bytes are 0.
 struct Picture {
   std::vector<BYTE> header;  ///< with masks and colour table
   std::vector<BYTE> rows;
@@ -58,7 +58,8 @@ HBITMAP makeBitmap(const Picture& picture) {
   return bitmap;
 }
 
-/// The longest header holds masks and the colour space after the fields of the shortest; the rest of it is 0.
+/// A BITMAPV5HEADER has the masks and the colour space after the fields of a BITMAPINFOHEADER; the others are
+/// 0.
 HGLOBAL makeLongHeader(const Picture& picture) {
   constexpr DWORD longSize = 124;
   constexpr std::size_t masksAt = 40;

@@ -8,35 +8,34 @@
 
 namespace dibkit::standin {
 
-/// What an HDC stands for: the bitmap that is drawn on and the tools that it is drawn with. The context of
-/// the screen has no bitmap: nothing shows there, it only says what is compatible with it.
+/// The object behind an HDC: a bitmap and the tools to draw on it. The context of the screen has no bitmap;
+/// it only determines what is compatible with it, and drawing on it has no effect.
 class DeviceContext : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::context;
 
-  /// The tools are the stock ones, the bitmap of a memory context is a single monochrome pixel.
+  /// Starts with stock tools and, in a memory context, a bitmap of a single monochrome pixel.
   enum class Target { memory, screen };
   explicit DeviceContext(Target target);
   ~DeviceContext() override;
 
-  /// The surface; without a height on the screen.
+  /// The pixels to draw on; none for the screen.
   Pixels pixels() const;
   BitmapObject* bitmap() const { return objectOf<BitmapObject>(bitmap_); }
   const PenObject& pen() const { return *objectOf<PenObject>(pen_); }
   const BrushObject& brush() const { return *objectOf<BrushObject>(brush_); }
   int bitCount() const;
 
-  /// Puts an object in the place of the one of its kind and returns that; null when it can not be selected
-  /// here.
+  /// Selects an object in place of the one of its kind.
+  /// \return the object before; null when this one cannot be selected here
   GdiObject* select(GdiObject* object);
-  /// Palettes have a way of their own to be selected.
+  /// Palettes are not selected by SelectObject.
   GdiObject* selectPalette(GdiObject* palette) { return put(palette_, palette); }
 
-  /// Paints the part of an area, in the surface's coordinates, that lies on the surface and in the clip
-  /// region.
+  /// Paints the part of an area, in the bitmap's coordinates, that is inside the bitmap and the clip region.
   void paint(const Region& area, Colour colour) const;
 
-  /// Calls use(rect) for the rectangles of the part of an area that shows.
+  /// Calls use(rect) for the rectangles of that part.
   template <class Use>
   void forEachVisible(const Region& area, Use&& use) const {
     const Region clipped = clip ? Region::combine(area, *clip, Combination::both) : Region();
@@ -47,9 +46,9 @@ class DeviceContext : public GdiObject {
     }
   }
 
-  POINT origin{};              ///< where the point (0, 0) of the drawing calls lies on the surface
-  POINT position{};            ///< where the next line starts, in the drawing calls' coordinates
-  std::optional<Region> clip;  ///< in the surface's coordinates, whatever the origin
+  POINT origin{};              ///< the bitmap's point for the point (0, 0) of the drawing calls
+  POINT position{};            ///< the start of the next line, in the coordinates of the drawing calls
+  std::optional<Region> clip;  ///< in the bitmap's coordinates, independent of the origin
 
  private:
   static GdiObject* put(GdiObject*& place, GdiObject* object);
@@ -59,5 +58,9 @@ class DeviceContext : public GdiObject {
   GdiObject* brush_;
   GdiObject* palette_;
 };
+
+/// Sets a point of a context and gives the one before, unless `before` is null; FALSE for a handle of no
+/// context.
+BOOL exchangePoint(HDC handle, POINT DeviceContext::*point, const POINT& value, POINT* before);
 
 }  // namespace dibkit::standin

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int screenBitCount = 32;
 
-/// What a memory context is drawn on until a bitmap is selected.
+/// The bitmap of a memory context until another one is selected.
 GdiObject* placeholderBitmap() {
   static BitmapObject* const bitmap = [] {
     static BitmapObject single(
@@ -25,7 +25,7 @@ HDC newContext(DeviceContext::Target target) {
   return catchOutOfMemory([&] { return handleOf<HDC>(new DeviceContext(target)); });
 }
 
-/// Where a pixel of the drawing calls lies, when it can be seen.
+/// The bitmap's pixel for a pixel of the drawing calls; nothing if it is outside the bitmap or clipped.
 std::optional<POINT> visiblePixel(const DeviceContext* context, int x, int y) {
   if (context == nullptr) return std::nullopt;
   RECT place{x, y, x, y};
@@ -63,7 +63,7 @@ GdiObject* DeviceContext::select(GdiObject* object) {
   GdiObject** place = nullptr;
   switch (object->kind()) {
     case Kind::bitmap:
-      // A bitmap is drawn on through one memory context at a time.
+      // A bitmap can be selected into one memory context at a time.
       if (bitmap_ != nullptr && (object == bitmap_ || !object->selected())) place = &bitmap_;
       break;
     case Kind::pen:
@@ -91,6 +91,14 @@ void DeviceContext::paint(const Region& area, Colour colour) const {
   forEachVisible(area, [&](const RECT& rect) { surface.fill(rect, raw); });
 }
 
+BOOL exchangePoint(HDC handle, POINT DeviceContext::*point, const POINT& value, POINT* before) {
+  auto* context = objectOf<DeviceContext>(handle);
+  if (context == nullptr) return FALSE;
+  const POINT old = std::exchange(context->*point, value);
+  if (before != nullptr) *before = old;
+  return TRUE;
+}
+
 }  // namespace dibkit::standin
 
 using namespace dibkit;
@@ -108,7 +116,7 @@ HGDIOBJ SelectObject(HDC handle, HGDIOBJ object) {
   auto* context = objectOf<DeviceContext>(handle);
   if (context == nullptr || object == nullptr) return nullptr;
   if (objectOf<RegionObject>(object) != nullptr) {
-    // Selecting a region clips, and gives its complexity in the place of a handle.
+    // A region becomes the clip region, and the result is its complexity instead of a handle.
     return reinterpret_cast<HGDIOBJ>(
         static_cast<std::uintptr_t>(SelectClipRgn(handle, static_cast<HRGN>(object))));
   }
@@ -130,11 +138,7 @@ int SelectClipRgn(HDC handle, HRGN region) {
 }
 
 BOOL SetViewportOrgEx(HDC handle, int x, int y, POINT* before) {
-  auto* context = objectOf<DeviceContext>(handle);
-  if (context == nullptr) return FALSE;
-  const POINT old = std::exchange(context->origin, POINT{x, y});
-  if (before != nullptr) *before = old;
-  return TRUE;
+  return exchangePoint(handle, &DeviceContext::origin, {x, y}, before);
 }
 
 COLORREF GetPixel(HDC handle, int x, int y) {

@@ -9,7 +9,7 @@ namespace dibkit::standin {
 
 namespace {
 
-/// The numbers 0 to 8 of the stock objects.
+/// The stock objects with the numbers 0 to 8.
 struct StockTools {
   std::array<BrushObject, 6> brushes{{{white, false},
                                       {0xC0C0C0, false},

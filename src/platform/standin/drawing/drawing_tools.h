@@ -5,7 +5,7 @@
 
 namespace dibkit::standin {
 
-/// What an HPEN stands for.
+/// The object behind an HPEN.
 class PenObject : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::pen;
@@ -19,7 +19,7 @@ class PenObject : public GdiObject {
   bool null;  ///< draws nothing
 };
 
-/// What an HBRUSH stands for.
+/// The object behind an HBRUSH.
 class BrushObject : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::brush;
@@ -30,7 +30,7 @@ class BrushObject : public GdiObject {
   bool null;  ///< fills nothing
 };
 
-/// The tools and the palette that belong to everybody; null for a number that has none.
+/// The stock pen, brush or palette of a number; null for any other number.
 GdiObject* stockObject(int number);
 
 }  // namespace dibkit::standin

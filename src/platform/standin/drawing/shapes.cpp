@@ -38,7 +38,7 @@ void fillInterior(const DeviceContext& context, const Region& interior) {
   if (!context.brush().null) context.paint(interior, context.brush().colour);
 }
 
-/// A curved shape as it is drawn: unlike the region of the same name it has its rectangle's full size.
+/// An ellipse or rounded rectangle as it is drawn: unlike the region of that shape it fills its rectangle.
 struct RoundedShape {
   RECT rect;
   int cornerWidth;
@@ -47,7 +47,7 @@ struct RoundedShape {
   Region region() const {
     return roundedRegion(rect.left, rect.top, rect.right, rect.bottom, cornerWidth, cornerHeight);
   }
-  /// The outline of all four corners, from the left side over the top.
+  /// The corners of its outline as a polygon, clockwise from the left side.
   std::vector<POINT> path() const;
 };
 
@@ -56,7 +56,7 @@ std::vector<POINT> RoundedShape::path() const {
   for (EllipseCorner curve(cornerWidth, cornerHeight); !curve.done(); curve.step()) {
     corner.push_back({curve.column(), curve.row()});
   }
-  // In a narrow box the curve meets its mirror image below the top: the rest is straight up.
+  // In a narrow box the curve meets its mirror image below the top; from there the outline is vertical.
   if (corner.back().y > 0) corner.push_back({(cornerWidth - 1) / 2, 0});
   std::vector<POINT> points;
   points.reserve(4 * corner.size());
@@ -82,8 +82,7 @@ Region edgeOf(const Region& area) {
   return Region::combine(area, inner, Combination::firstOnly);
 }
 
-/// Corners of at most two pixels are none: the shape is a rectangle, which a null pen makes one pixel
-/// narrower and lower.
+/// The shape for corners of at most two pixels. With a null pen it is one pixel narrower and lower.
 void drawRectangle(const DeviceContext& context, const RECT& rect) {
   const int rightmost = rect.right - 1;
   const int lowest = rect.bottom - 1;
@@ -131,7 +130,7 @@ int FillRect(HDC handle, const RECT* rect, HBRUSH brushHandle) {
   const auto* brush = objectOf<BrushObject>(brushHandle);
   if (context == nullptr || rect == nullptr || brush == nullptr) return 0;
   if (brush->null) return 1;
-  // Reversed sides cover the pixels that they name, the first one and the last one too.
+  // A rectangle with reversed sides includes the pixels at both of them.
   const auto ordered = [](std::int64_t low, std::int64_t high) {
     return low <= high ? std::pair{low, high} : std::pair{high + 1, low + 1};
   };
@@ -146,11 +145,7 @@ int FillRect(HDC handle, const RECT* rect, HBRUSH brushHandle) {
 }
 
 BOOL MoveToEx(HDC handle, int x, int y, POINT* before) {
-  auto* context = objectOf<DeviceContext>(handle);
-  if (context == nullptr) return FALSE;
-  const POINT old = std::exchange(context->position, POINT{x, y});
-  if (before != nullptr) *before = old;
-  return TRUE;
+  return exchangePoint(handle, &DeviceContext::position, {x, y}, before);
 }
 
 BOOL LineTo(HDC handle, int x, int y) {

@@ -28,8 +28,8 @@ int interpolated(int start, std::int64_t steps, std::int64_t rise, std::int64_t 
   return static_cast<int>(start + whole + (2 * rest > run ? 1 : 0));
 }
 
-/// A line of single pixels. Straight ones leave out the pixel where they end, slanted ones do not.
-Region thinLine(POINT from, POINT to, const RECT& bounds) {
+/// A line of single pixels. A horizontal or vertical one leaves out the pixel of its end, others do not.
+Region hairline(POINT from, POINT to, const RECT& bounds) {
   if (from.y == to.y) {
     const std::int64_t beyond = from.x <= to.x ? 0 : 1;
     return rectangle(std::min(from.x, to.x) + beyond, from.y, std::max(from.x, to.x) + beyond,
@@ -55,7 +55,7 @@ Region thinLine(POINT from, POINT to, const RECT& bounds) {
     }
     return Region(bands.take());
   }
-  // Along the columns, the pixels of a row are collected until the row is left.
+  // From column to column; the pixels of a row are added together.
   const std::int64_t nearest =
       dx > 0 ? std::int64_t{bounds.left} - from.x : std::int64_t{from.x} - bounds.right + 1;
   const std::int64_t farthest =
@@ -74,8 +74,8 @@ Region thinLine(POINT from, POINT to, const RECT& bounds) {
   return Region(bands.take());
 }
 
-/// Whether a / b <= c / d, exactly and without the products: the whole parts decide, or else the fractions
-/// that remain, both turned over.
+/// Whether a / b <= c / d, exactly and without products that overflow: compares the whole parts and, while
+/// they are equal, the reciprocals of the fractions.
 bool isAtMost(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d) {
   while (a / b == c / d) {
     a %= b;
@@ -87,13 +87,13 @@ bool isAtMost(std::uint64_t a, std::uint64_t b, std::uint64_t c, std::uint64_t d
   return a / b < c / d;
 }
 
-/// floor(width * side / length), exactly, for a segment that goes `side` one way and `other` across it.
+/// floor(width side / sqrt(side^2 + other^2)), exactly.
 std::int64_t projected(std::int64_t width, std::int64_t side, std::int64_t other) {
-  // Unsigned, as a segment of 32 bits has a square of 64.
+  // Unsigned, since the squares need 64 bits.
   const auto square = [](std::int64_t value) {
     return static_cast<std::uint64_t>(value) * static_cast<std::uint64_t>(value);
   };
-  // value <= width * side / length, squared and solved for side / other.
+  // value <= width side / length, squared: value^2 / (width^2 - value^2) <= side^2 / other^2.
   const auto fits = [&](std::int64_t value) {
     return value < width &&
            isAtMost(square(value), square(width) - square(value), square(side), square(other));
@@ -105,8 +105,8 @@ std::int64_t projected(std::int64_t width, std::int64_t side, std::int64_t other
   return result;
 }
 
-/// The four corners around a slanted segment. Half the pen stands off to either side, rounded so that the
-/// right and lower side get the larger half; square caps push the ends out by the same halves.
+/// The polygon of a slanted segment. Half the pen is on either side, rounded so that the right and lower side
+/// get the larger half; square caps extend the ends by the same halves.
 Region slantedBody(POINT from, POINT to, const Nib& nib, const RECT& bounds) {
   if (from.y > to.y) std::swap(from, to);
   const std::int64_t dx = std::int64_t{to.x} - from.x;
@@ -146,7 +146,7 @@ Region body(const POINT& from, const POINT& to, const Nib& nib, const RECT& boun
   return slantedBody(from, to, nib, bounds);
 }
 
-/// Whether any of a segment can lie in the bounds. Long outlines are mostly out of sight.
+/// Whether a segment may have pixels in the bounds. Of a long outline most segments have none.
 bool reaches(const POINT& from, const POINT& to, const Nib& nib, const RECT& bounds) {
   const std::int64_t around = std::int64_t{std::max(nib.width, 1)} + 2;
   const auto overlaps = [around](std::int64_t a, std::int64_t b, std::int64_t low, std::int64_t high) {
@@ -160,7 +160,7 @@ Region dot(const POINT& centre, int width) {
   const std::int64_t left = std::int64_t{centre.x} - width / 2;
   const std::int64_t top = std::int64_t{centre.y} - width / 2;
   const RECT box = clampedRect(left, top, left + width, top + width);
-  // A dot cut by the end of the coordinates would not be round any more, and nobody could see it.
+  // A dot that exceeds the range of coordinates cannot be visible.
   if (box.right - std::int64_t{box.left} != width || box.bottom - std::int64_t{box.top} != width) return {};
   return roundedRegion(box.left, box.top, box.right, box.bottom, width, width);
 }
@@ -170,7 +170,7 @@ Region dot(const POINT& centre, int width) {
 Region segmentRegion(const POINT& from, const POINT& to, const Nib& nib, const RECT& bounds) {
   if (!reaches(from, to, nib, bounds)) return {};
   const bool single = from.x == to.x && from.y == to.y;
-  if (nib.width <= 1) return single ? Region() : thinLine(from, to, bounds);
+  if (nib.width <= 1) return single ? Region() : hairline(from, to, bounds);
   if (nib.squareCaps) return single ? Region() : body(from, to, nib, bounds);
   const Region ends = Region::combine(dot(from, nib.width), dot(to, nib.width), Combination::either);
   return single ? ends : Region::combine(body(from, to, nib, bounds), ends, Combination::either);

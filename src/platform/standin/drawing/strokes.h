@@ -4,14 +4,14 @@
 
 namespace dibkit::standin {
 
-/// What a pen draws with.
+/// The shape of a pen's tip.
 struct Nib {
-  int width = 1;  ///< up to 1 a thin line
+  int width = 1;  ///< up to 1 for hairlines
   bool squareCaps = false;
 };
 
-/// The pixels of one segment, as far as they can lie in `bounds`. A wide one is a polygon, with a dot at both
-/// ends where the caps are round. The larger half of an odd width lies to the right and below.
+/// The pixels of one segment; those outside `bounds` may be missing. A wide one is a polygon, with a dot at
+/// both ends if the caps are round. The larger half of an odd width is on the right and below.
 Region segmentRegion(const POINT& from, const POINT& to, const Nib& nib, const RECT& bounds);
 
 }  // namespace dibkit::standin

@@ -6,7 +6,7 @@
 namespace dibkit::standin {
 namespace {
 
-/// Lies before the bytes of a block; keeps them aligned as the platform does.
+/// Precedes the bytes of a block, which it aligns as the platform does.
 struct alignas(16) BlockHeader {
   SIZE_T bytes;
   UINT locks;
@@ -34,7 +34,7 @@ void* GlobalLock(HGLOBAL block) {
   return block;
 }
 
-/// FALSE when the block is not locked any more.
+// FALSE when the block is no longer locked.
 BOOL GlobalUnlock(HGLOBAL block) {
   if (block == nullptr || headerOf(block)->locks == 0) return FALSE;
   return --headerOf(block)->locks != 0 ? TRUE : FALSE;

@@ -7,7 +7,7 @@
 
 namespace dibkit::standin {
 
-/// What an HPALETTE stands for.
+/// The object behind an HPALETTE.
 class PaletteObject : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::palette;
@@ -20,7 +20,7 @@ class PaletteObject : public GdiObject {
   std::vector<PALETTEENTRY> entries;
 };
 
-/// The stock palette that every context starts with: the twenty colours that the system keeps for itself.
+/// The stock palette that every context starts with: the system's twenty reserved colours.
 PaletteObject* defaultPalette();
 
 }  // namespace dibkit::standin

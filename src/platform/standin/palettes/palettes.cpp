@@ -20,8 +20,8 @@ std::vector<PALETTEENTRY> reservedColours() {
   return entries;
 }
 
-/// The colour table of the section that a context has selected, from entry `first` on and at most `count` of
-/// them; empty when there is none.
+/// Up to `count` entries, from `first` on, of the colour table of the section selected into a context; empty
+/// when there is none.
 std::span<Colour> colourTable(HDC handle, UINT first, UINT count) {
   const auto* context = objectOf<DeviceContext>(handle);
   BitmapObject* bitmap = context != nullptr ? context->bitmap() : nullptr;
@@ -87,8 +87,8 @@ UINT SetDIBColorTable(HDC context, UINT first, UINT count, const RGBQUAD* colour
   const std::span<Colour> table = colourTable(context, first, count);
   if (colours == nullptr) return 0;
   for (Colour& colour : table) {
-    colour =
-        RGB(colours->rgbBlue, colours->rgbGreen, colours->rgbRed);  // red in the high byte, as tables have it
+    // Tables have red in the high byte, so red and blue are exchanged.
+    colour = RGB(colours->rgbBlue, colours->rgbGreen, colours->rgbRed);
     ++colours;
   }
   return static_cast<UINT>(table.size());

@@ -9,8 +9,8 @@ namespace {
 
 constexpr int unreached = -1;
 
-/// How far the ellipse's rows are set in from both sides, for its upper half. The curve of a narrow, tall
-/// box meets itself before the top: such rows get what is left in the middle.
+/// The insets of the ellipse's rows from both sides, for its upper half. In a narrow, tall box the curve ends
+/// before the top; the rows above it get the middle of the box.
 std::vector<int> insetsOf(int width, int height, std::int64_t shapeWidth) {
   EllipseCorner corner(width, height);
   std::vector<int> insets((static_cast<std::size_t>(height) + 1) / 2, unreached);
@@ -40,7 +40,7 @@ EllipseCorner::EllipseCorner(int width, int height) : left_(0), right_(width - 1
 }
 
 bool EllipseCorner::step() {
-  // Both tests look at the error before either step.
+  // Both tests use the error as it is before either step.
   const std::int64_t twice = 2 * error_;
   const bool reachesRow = twice <= dy_;
   if (reachesRow) {

@@ -5,7 +5,7 @@
 namespace dibkit::standin {
 namespace {
 
-/// Sums wrap around, as the platform's do.
+/// Sums that wrap around on overflow, as the platform's do.
 LONG wrappingSum(LONG a, int b) {
   return static_cast<LONG>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }

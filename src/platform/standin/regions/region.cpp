@@ -16,14 +16,14 @@ using Rectangles = std::span<const RECT>;
 
 bool isEmpty(const RECT& rect) { return rect.left >= rect.right || rect.top >= rect.bottom; }
 
-/// The band that a list starts with.
+/// The first band of a list.
 Rectangles firstBand(Rectangles list) {
   std::size_t count = 0;
   while (count < list.size() && list[count].top == list.front().top) ++count;
   return list.first(count);
 }
 
-/// Whether a list is the one that BandBuilder would make of it.
+/// Whether BandBuilder would make this same list of its rectangles.
 bool isCanonical(Rectangles list) {
   Rectangles above;
   while (!list.empty()) {
@@ -57,11 +57,11 @@ void copyBand(Rectangles band, int top, int bottom, BandBuilder& out) {
   for (const RECT& span : band) out.add(top, bottom, span.left, span.right);
 }
 
-/// The left and right ends of a band's spans, one by one.
+/// Iterates over the left and right ends of a band's spans.
 class EndsOfSpans {
  public:
   explicit EndsOfSpans(Rectangles band) : band_(band) {}
-  /// Whether x lies in a span, once every end up to it has been passed.
+  /// Whether x is in a span, after pass() of every end up to it.
   bool inside() const { return inside_; }
   std::int64_t next() const {
     if (band_.empty()) return std::numeric_limits<std::int64_t>::max();
@@ -78,11 +78,11 @@ class EndsOfSpans {
   bool inside_ = false;
 };
 
-/// Rows that both regions have spans on: one sweep over the ends of both.
+/// Combines rows on which both regions have spans, in one sweep over the ends of both.
 void combineBands(Rectangles a, Rectangles b, Combination combination, int top, int bottom,
                   BandBuilder& out) {
   if (combination == Combination::both) {
-    // A narrow region cuts a little out of a wide one without a look at the rest of it.
+    // Only the spans in the common columns count, so the rest of a wide region costs nothing.
     const int left = std::max(a.front().left, b.front().left);
     const int right = std::min(a.back().right, b.back().right);
     if (left >= right) return;
@@ -108,7 +108,7 @@ void combineBands(Rectangles a, Rectangles b, Combination combination, int top, 
   }
 }
 
-/// Iterates over the bands of a list, split where the caller says.
+/// Iterates over the bands of a list, split at rows of the caller's choice.
 class BandCursor {
  public:
   explicit BandCursor(Rectangles list) : rest_(list) { load(); }
@@ -116,7 +116,7 @@ class BandCursor {
   Rectangles spans() const { return band_; }
   std::int64_t top() const { return done() ? std::numeric_limits<std::int64_t>::max() : top_; }
   std::int64_t bottom() const { return done() ? std::numeric_limits<std::int64_t>::max() : band_[0].bottom; }
-  /// Leaves all rows above y behind; y lies within the band or at its end.
+  /// Goes on to row y, which is in the current band or at its end.
   void advanceTo(std::int64_t y) {
     if (done()) return;
     if (y >= band_[0].bottom) {
@@ -138,8 +138,8 @@ class BandCursor {
   std::int64_t top_ = 0;
 };
 
-/// The union of rectangles in any order, halves first: every step is a linear union, so the whole costs
-/// little more than a sort.
+/// The union of sorted rectangles, by halves: each step is linear, so the whole costs about as much as a
+/// sort.
 Region unionOf(Rectangles list) {
   if (list.empty()) return {};
   if (list.size() == 1) return Region::ofRectangle(list[0].left, list[0].top, list[0].right, list[0].bottom);
@@ -169,7 +169,7 @@ Region Region::ofRectangles(std::span<const RECT> list) {
 }
 
 bool Region::contains(int x, int y) const {
-  // The rectangles that lie before a pixel come first in the list: rows above it, then spans left of it.
+  // Rectangles above the pixel, and those to its left in its row, come before it in the list.
   const auto found = std::partition_point(rectangles_.begin(), rectangles_.end(), [x, y](const RECT& rect) {
     return rect.bottom <= y || (rect.top <= y && rect.right <= x);
   });
@@ -201,7 +201,7 @@ bool Region::offset(int dx, int dy) {
 }
 
 Region Region::combine(const Region& a, const Region& b, Combination combination) {
-  // What an operation has no reason to touch is handed on as it is, its mark included.
+  // A region that the operation does not change is returned as it is, also as to markCurved().
   RECT common;
   const bool apart = !IntersectRect(&common, &a.box_, &b.box_);
   if (b.empty() && keeps(combination, true, false)) return a;

@@ -7,36 +7,35 @@
 
 namespace dibkit::standin {
 
-/// How the pixels of two regions make those of a third. Bit inA * 2 + inB of the value tells whether a
-/// pixel that is in a and in b as said belongs to the result.
+/// How two regions a and b are combined. Bit 2 inA + inB of the value is set if the result has the pixels for
+/// which inA is 1 in a and 0 outside, and inB likewise for b.
 enum class Combination : unsigned { both = 0b1000, either = 0b1110, one = 0b0110, firstOnly = 0b0100 };
 
-/// A set of pixels, held as the canonical rectangles of BandBuilder.
+/// A set of pixels, stored as the canonical rectangles of BandBuilder.
 class Region {
  public:
   Region() = default;
-  /// The pixels of a list that BandBuilder has made.
+  /// \param canonical a list from a BandBuilder
   explicit Region(std::vector<RECT>&& canonical);
-  /// The pixels of one rectangle, whose sides may come in either order.
+  /// One rectangle, whose sides may be in either order.
   static Region ofRectangle(int left, int top, int right, int bottom);
-  /// The union of any rectangles; empty and reversed ones count for nothing. Linear for a list that is in
-  /// canonical order already.
+  /// The union of any rectangles; empty and reversed ones are ignored. Linear for a canonical list.
   static Region ofRectangles(std::span<const RECT> list);
 
-  /// The rectangles from the top, those of a band from the left.
+  /// The rectangles in order from the top, those of a band from the left.
   std::span<const RECT> rectangles() const { return rectangles_; }
   bool empty() const { return rectangles_.empty(); }
-  /// The smallest rectangle around all pixels, all zeros for an empty region. Linear in the rectangles.
+  /// The bounding box, all zeros for an empty region.
   const RECT& box() const { return box_; }
   bool contains(int x, int y) const;
   bool operator==(const Region& other) const;
 
   /// NULLREGION, SIMPLEREGION or COMPLEXREGION.
   int complexity() const;
-  /// Makes the region count as a complex one even if it is a single rectangle.
+  /// Makes complexity() report the region as complex even if it is a single rectangle.
   void markCurved() { curved_ = !empty(); }
 
-  /// Moves every pixel. False, and no change, when a coordinate would leave the range of a LONG.
+  /// Moves the region. False, and no change, when a coordinate would leave the range of a LONG.
   bool offset(int dx, int dy);
 
   /// Linear in the rectangles of both and of the result.
@@ -45,8 +44,8 @@ class Region {
  private:
   std::vector<RECT> rectangles_;
   RECT box_{};
-  /// Shapes with round corners are reported as complex even when their pixels form a rectangle, until an
-  /// operation really puts pixels together anew.
+  /// Shapes with round corners are reported as complex even if they are a rectangle, until an operation that
+  /// computes new rectangles.
   bool curved_ = false;
 };
 

@@ -7,7 +7,7 @@
 
 namespace dibkit::standin {
 
-/// What an HRGN stands for.
+/// The object behind an HRGN.
 class RegionObject : public GdiObject {
  public:
   static constexpr Kind ownKind = Kind::region;

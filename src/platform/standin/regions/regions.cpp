@@ -19,14 +19,14 @@ namespace {
 
 HRGN newRegion(Region&& region) { return handleOf<HRGN>(new RegionObject(std::move(region))); }
 
-/// Runs what makes a region and gives it a handle, null when memory runs out.
+/// The handle of the region that make() gives; null when memory runs out.
 template <class Make>
 HRGN regionFrom(Make&& make) {
   return catchOutOfMemory([&] { return newRegion(make()); });
 }
 
-/// Ellipses and rounded rectangles as regions come out one pixel narrower and lower than their rectangle; a
-/// rectangle without width or height turns over in the process.
+/// Elliptic and rounded regions are one pixel narrower and lower than their rectangle. For a rectangle
+/// without width or height that gives reversed sides.
 Region curvedRegion(const RECT& rect, std::int64_t ellipseWidth, std::int64_t ellipseHeight) {
   const std::int64_t left = std::min(rect.left, rect.right);
   const std::int64_t top = std::min(rect.top, rect.bottom);
@@ -97,7 +97,7 @@ HRGN ExtCreateRegion(const XFORM* transform, DWORD byteCount, const RGNDATA* dat
   if (header.dwSize < sizeof(RGNDATAHEADER) || header.iType != RDH_RECTANGLES || byteCount < needed) {
     return nullptr;
   }
-  // The header's bound is not looked at: it may be anything, even reversed.
+  // The header's bounding box is ignored: it may have any value, even a reversed one.
   return regionFrom([&] {
     return Region::ofRectangles({reinterpret_cast<const RECT*>(data->Buffer), header.nCount});
   });

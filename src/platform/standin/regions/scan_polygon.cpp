@@ -10,13 +10,13 @@ namespace dibkit::standin {
 
 namespace {
 
-constexpr std::uint64_t mostCrossings = 1 << 25;
+constexpr std::uint64_t maximumCrossings = 1 << 25;
 
-/// An edge that is not horizontal, followed from row to row: its exact crossing with the row, rounded up.
-/// Whole and fraction are kept apart, so that no product needs more than 64 bits.
+/// An edge that is not horizontal and its crossing with a row: computed exactly from row to row, rounded up.
+/// Whole part and fraction are separate, so that no product needs more than 64 bits.
 class Edge {
  public:
-  /// `upper` lies above `lower`.
+  /// `upper` has to be above `lower`.
   Edge(const POINT& upper, const POINT& lower) : top_(upper.y), bottom_(lower.y), x_(upper.x) {
     const std::int64_t dx = std::int64_t{lower.x} - upper.x;
     const std::int64_t dy = bottom_ - top_;
@@ -79,15 +79,15 @@ Region polygonRegion(std::span<const POINT> corners, RowRange rows) {
   if (rows.first >= rows.end) return {};
   std::vector<Edge> edges = edgesOf(corners, rows);
 
-  // Every row gets room for its crossings, found by counting where edges begin and end, so that each edge can
-  // then be followed in one go.
+  // The crossings of a row are stored together. Their places are found by counting where edges begin and end,
+  // so that each edge can then be followed in one pass.
   const auto rowCount = static_cast<std::size_t>(rows.end - rows.first);
   const auto indexOf = [&](int y) { return static_cast<std::size_t>(y - rows.first); };
   std::uint64_t total = 0;
   std::vector<std::int32_t> change(rowCount + 1);
   for (const Edge& edge : edges) {
     total += static_cast<std::uint64_t>(edge.endRow(rows) - edge.firstRow(rows));
-    if (total > mostCrossings) throw std::length_error("polygon of too many rows");
+    if (total > maximumCrossings) throw std::length_error("polygon of too many rows");
     ++change[indexOf(edge.firstRow(rows))];
     --change[indexOf(edge.endRow(rows))];
   }
