@@ -6,7 +6,7 @@
 
 namespace dibkit {
 
-/// A frame of any depth with its mask, as the frame operations read it.
+/// A frame of any depth with its mask, for reading.
 class Cel {
  public:
   Cel(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask)
@@ -21,8 +21,8 @@ class Cel {
   int height() const { return view_.height(); }
   int bitCount() const { return view_.bitCount(); }
 
-  /// Pixels [x, x + count) of line y as blue, green, red bytes: in place in a 24-bit frame, else decoded to
-  /// `buffer`.
+  /// Pixels [x, x + count) of line y as blue, green, red bytes: the row itself in a 24-bit frame, otherwise
+  /// `buffer`, to which they are decoded.
   const BYTE* bgr(int y, int x, int count, BYTE* buffer) const {
     if (bitCount() == Bgr24::bits) return view_.row(y) + std::ptrdiff_t{x} * 3;
     decodeBgrRow(bitCount(), view_.row(y), x, count, palette_, buffer);

@@ -4,9 +4,9 @@ namespace dibkit {
 
 PlacedCel::PlacedCel(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, const POINT& position)
     : cel_(dib, mask), box_(placedBox(cel_.width(), cel_.height(), position)) {
-  // An image without lines is never read, however wide it claims to be.
+  // An image without lines needs no buffers, whatever its width.
   const auto width = static_cast<std::size_t>(cel_.height() > 0 ? cel_.width() : 0);
-  // Frames of 24 bits are read in place.
+  // Pixels of 24 bits are read in the frame itself.
   if (cel_.bitCount() != Bgr24::bits) buffer_.resize(width * 3);
   if (cel_.mask().present()) {
     maskPiece_.resize((width + 7) / 8);

@@ -8,7 +8,7 @@
 
 namespace dibkit {
 
-/// A cel at its place on the canvas. Coordinates are the canvas's; lines may be outside the cel.
+/// A cel with its place on the canvas. Coordinates are those of the canvas; lines may be outside the cel.
 class PlacedCel {
  public:
   PlacedCel(const BITMAPINFOHEADER* dib, const BITMAPINFOHEADER* mask, const POINT& position);
@@ -17,8 +17,8 @@ class PlacedCel {
   const Box& box() const { return box_; }
   const Cel& cel() const { return cel_; }
 
-  /// Marks where the cel shows on line y between the left and right edge of `area`: bit x of `bits` is 1
-  /// where it has an opaque pixel at area.left + x.
+  /// Gives the opaque pixels on line y in the columns of `area`: bit x of `bits` is 1 where the cel has an
+  /// opaque pixel at area.left + x.
   void opaqueBits(std::int64_t y, const Box& area, std::uint64_t* bits);
 
   /// `count` pixels to the right of (x, y), all inside the cel, as blue, green, red bytes; valid until the

@@ -24,8 +24,8 @@ void makePalette(const BITMAPINFOHEADER* dib, CPalette& palette) {
 }
 
 /// The number of bytes that are copied to the clipboard. The colour table of 1 and 4 bits and the masks of
-/// bit fields are deliberately not counted, so that the copy of such an image ends that much short: hosts
-/// have always pasted blocks of this size.
+/// bit fields are deliberately not counted, so the copy of such an image is that much shorter: hosts have
+/// always pasted blocks of this size.
 std::size_t copiedBytes(const BITMAPINFOHEADER* dib) {
   const DWORD colours = dib->biBitCount == 8 ? GetDIBPaletteSize(dib) : 0;
   const std::int64_t rows = strideOf(dib->biWidth, dib->biBitCount) * dib->biHeight;
@@ -49,7 +49,7 @@ int copyToClipboard(const BITMAPINFOHEADER* dib, HWND owner) {
   if (block == nullptr) return FALSE;
   OpenClipboard(owner);
   EmptyClipboard();
-  // The clipboard owns what it accepts; what it refuses is still ours to release.
+  // The clipboard owns what it accepts; what it refuses has to be released here.
   if (palette.GetSafeHandle() != nullptr &&
       SetClipboardData(CF_PALETTE, palette.GetSafeHandle()) != nullptr) {
     palette.Detach();

@@ -11,8 +11,8 @@ namespace dibkit {
 namespace {
 
 /// The palette of an image under construction, as 256 entries from its start. Entries beyond its size
-/// overwrite the rows that follow it, as the interface promises; those outside the block are kept in a
-/// separate array.
+/// overwrite the rows that follow it, as the interface promises; those beyond the block are in a separate
+/// array.
 class UnboundedPalette {
  public:
   explicit UnboundedPalette(BITMAPINFOHEADER* dib)
@@ -21,7 +21,7 @@ class UnboundedPalette {
         start_(dib->biSize) {}
 
   Rgb operator[](int index) { return {byte(index, 2), byte(index, 1), byte(index, 0)}; }
-  /// The reserved byte keeps what is there.
+  /// The reserved byte is unchanged.
   void set(int index, Rgb colour) {
     byte(index, 0) = colour.blue;
     byte(index, 1) = colour.green;
@@ -42,8 +42,8 @@ class UnboundedPalette {
 };
 
 /// Converts rows to indexes of a palette that grows with them. After the 256th entry the count wraps to 0,
-/// and the palette is emptied and written again from its start. That is deliberate: hosts rely on the bytes
-/// that images at the limit have always had.
+/// and the palette is cleared and written again from its start. Deliberate: hosts rely on the bytes that
+/// images at this limit have always had.
 template <class Format>
 class ExactReducer {
  public:
@@ -89,8 +89,8 @@ class ExactReducer {
     return index;
   }
 
-  /// From line y on, palette entries are written over rows and rows over palette entries. So colours are
-  /// compared with the `found_` entries as memory has them by then.
+  /// From line y on, palette entries are written over rows and rows over palette entries, so colours are
+  /// compared with the first `found_` entries as they are in memory at that time.
   void leavePalette(int y, int count) {
     found_ = count;
     BYTE* lowest = target_.row(target_.height() - 1);
@@ -105,7 +105,7 @@ class ExactReducer {
       if constexpr (Format::bits == 8) {
         byte = stored;
       } else {
-        // Only sets bits, on top of those that the palette may have set here.
+        // Only sets bits; the palette may have set others here.
         byte = static_cast<BYTE>(byte | stored << (8 - Format::bits - x % pixelsPerByte * Format::bits));
       }
     }

@@ -40,7 +40,7 @@ OwnedDib convertToGraysInTwoStages(BITMAPINFOHEADER* dib, CQorCommonProgress* pr
     const HalfOfProgress stage(progress);
     colours.reset(CBitmapConverter::ConvertDIBTo24Bits(dib, progress));
   }
-  // The second stage opens and closes even when there is nothing left to do.
+  // The second stage is reported even if the first one gave no image.
   const HalfOfProgress stage(progress);
   return convertToGrays(colours.get(), progress);
 }
@@ -48,9 +48,9 @@ OwnedDib convertToGraysInTwoStages(BITMAPINFOHEADER* dib, CQorCommonProgress* pr
 OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Index8::bits);
   if (!source) return nullptr;
-  OwnedDib result = createMask(source.width(), source.height());  // has the palette wanted here
+  OwnedDib result = createMask(source.width(), source.height());  // with the palette that is needed here
   if (!result) return nullptr;
-  const bool reachable = threshold <= 255;  // by a byte; else the rows stay black
+  const bool reachable = threshold <= 255;  // by a byte; otherwise the rows are black
   const BYTE level = lowByte(std::clamp(threshold, 0, 255));
   return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
     if (reachable) packBits(from, source.width(), to, level);

@@ -20,8 +20,8 @@ RemapTable extendPalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
   return table;
 }
 
-/// Each distinct entry once. An entry that repeats an earlier one is given the number of the next new entry,
-/// not that of its equal. That is deliberate: hosts hold pictures that were made so.
+/// Each distinct entry once. An entry that repeats an earlier one gets the number of the next new entry, not
+/// that of its equal. Deliberate: hosts rely on it.
 template <class To>
 RemapTable mergePalette(const PaletteEntries& old, BITMAPINFOHEADER* result) {
   RemapTable table;

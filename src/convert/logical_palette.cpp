@@ -6,8 +6,8 @@
 namespace dibkit {
 namespace {
 
-/// A header with room for every colour table.
-struct Format {
+/// The header of an image with room for any colour table.
+struct FormatHeader {
   BITMAPINFOHEADER header{};
   RGBQUAD colours[256]{};
 
@@ -17,7 +17,8 @@ struct Format {
   }
 };
 
-/// The entries of a palette that `bitCount` bits can index; 0 when the handle is no palette.
+/// Reads the entries of a palette that `bitCount` bits can index.
+/// \return their number; 0 when the handle is not a palette
 int readPalette(HPALETTE palette, int bitCount, RGBQUAD* colours) {
   PALETTEENTRY entries[256];
   const UINT read = GetPaletteEntries(palette, 0, 1U << bitCount, entries);
@@ -25,10 +26,10 @@ int readPalette(HPALETTE palette, int bitCount, RGBQUAD* colours) {
   return static_cast<int>(read);
 }
 
-/// The format to convert to; nothing for a depth that no image has, and when a palette is needed and missing.
-std::optional<Format> formatOf(const ConstView& source, UINT bitCount, HPALETTE palette) {
+/// The format to convert to; nothing for a depth that no image has, and without a palette that is needed.
+std::optional<FormatHeader> formatOf(const ConstView& source, UINT bitCount, HPALETTE palette) {
   if (bitCount == 0 || bitCount > 32) return std::nullopt;
-  Format format;
+  FormatHeader format;
   format.header.biSize = sizeof(BITMAPINFOHEADER);
   format.header.biWidth = source.width();
   format.header.biHeight = source.height();
@@ -36,7 +37,7 @@ std::optional<Format> formatOf(const ConstView& source, UINT bitCount, HPALETTE 
   format.header.biBitCount = static_cast<WORD>(bitCount);
   const std::int64_t bytes = strideOf(source.width(), bitCount) * source.height();
   if (bytes > maximumDibBytes) return std::nullopt;
-  // Set here, unlike in all other new images: this image has been read back from the platform.
+  // Set here, unlike in other new images, as in every image that is read from the platform.
   format.header.biSizeImage = static_cast<DWORD>(bytes);
   if (bitCount > 8) return format;
   const int count = readPalette(palette, static_cast<int>(bitCount), format.colours);
@@ -45,13 +46,13 @@ std::optional<Format> formatOf(const ConstView& source, UINT bitCount, HPALETTE 
   return format;
 }
 
-/// A section and a context to draw on it or from it.
-class Surface {
+/// A DIB section, selected into a context of its own.
+class SectionContext {
  public:
-  Surface(HDC screen, const BITMAPINFO* info)
+  SectionContext(HDC screen, const BITMAPINFO* info)
       : bitmap_(CreateDIBSection(screen, info, DIB_RGB_COLORS, &bits_, nullptr, 0)),
         context_(CreateCompatibleDC(screen)),
-        selection_(context_.get(), bitmap_.get()) {}
+        selected_(context_.get(), bitmap_.get()) {}
 
   explicit operator bool() const { return bitmap_ != nullptr && bits_ != nullptr && context_ != nullptr; }
   BYTE* bits() const { return static_cast<BYTE*>(bits_); }
@@ -61,11 +62,11 @@ class Surface {
   void* bits_ = nullptr;
   OwnedBitmap bitmap_;
   MemoryContext context_;
-  SelectedObject selection_;
+  SelectedObject selected_;
 };
 
-/// The image that a section of this format holds.
-OwnedDib imageFrom(const Format& format, const BYTE* bits) {
+/// The image in the rows of a section of this format.
+OwnedDib imageFrom(const FormatHeader& format, const BYTE* bits) {
   const BITMAPINFOHEADER& header = format.header;
   OwnedDib result = createDib(header.biWidth, header.biHeight, header.biBitCount,
                               static_cast<int>(header.biClrUsed), InitialPixels::unwritten);
@@ -80,12 +81,12 @@ OwnedDib imageFrom(const Format& format, const BYTE* bits) {
 OwnedDib convertFormat(const BITMAPINFOHEADER* dib, UINT bitCount, HPALETTE palette) {
   const ConstView source(dib);
   if (!source) return nullptr;
-  const std::optional<Format> format = formatOf(source, bitCount, palette);
+  const std::optional<FormatHeader> format = formatOf(source, bitCount, palette);
   if (!format) return nullptr;
 
   const ScreenContext screen(GetDC(nullptr));
-  const Surface to(screen.get(), format->info());
-  const Surface from(screen.get(), reinterpret_cast<const BITMAPINFO*>(dib));
+  const SectionContext to(screen.get(), format->info());
+  const SectionContext from(screen.get(), reinterpret_cast<const BITMAPINFO*>(dib));
   if (!to || !from) return nullptr;
   std::memcpy(from.bits(), GetDIBBits(dib), static_cast<std::size_t>(source.stride() * source.height()));
   BitBlt(to.context(), 0, 0, source.width(), source.height(), from.context(), 0, 0, SRCCOPY);

@@ -5,16 +5,17 @@
 
 namespace dibkit {
 
-/// How the operations on animation frames end. They work in 24 bits, note each colour that they write, and
-/// return an image with a palette if there were at most 256 colours, because frames end up in a GIF:
+/// The last step of the operations on animation frames. They work in 24 bits, note each colour that they
+/// write, and give an image with a palette if there were at most 256 colours, since frames are stored in
+/// GIFs:
 ///
 ///     FrameColours colours;
 ///     for each row: write the pixels; colours.note(row, left, right) for each stretch that was written
 ///     return colours.finish(std::move(work));
 class FrameColours {
  public:
-  /// Adds the colours of pixels [left, right) of a 24-bit row, in order of first appearance. Callers do not
-  /// note pixels that they left out. After the 257th colour nothing more is added.
+  /// Adds the colours of pixels [left, right) of a 24-bit row, in order of first appearance; none after the
+  /// 257th. Callers do not note pixels that they left out.
   void note(const BYTE* row, int left, int right) {
     if (overflowed_) return;
     overflowed_ = !forEachColour<Bgr24>(

@@ -13,7 +13,7 @@ struct RowKernels {
   Row rgb555ToBgr24;
   Row bgr24ToRgb555;
   Row bgra32ToRgb555;
-  /// To the bytes 0, red, green, blue: the reverse of what images to be composited hold.
+  /// To the bytes 0, red, green, blue: the reverse of the order in images with alpha.
   Row bgr24ToReversed32;
   /// 0.299 red + 0.587 green + 0.114 blue in doubles, added in this order and truncated.
   Row bgr24ToGray;

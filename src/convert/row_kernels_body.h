@@ -80,8 +80,8 @@ BYTE grayInDoubles(ConstBytes pixel) {
 }
 
 /// With n = 299 red + 587 green + 114 blue the gray is n / 1000. Only where 1000 divides n may the doubles
-/// round to just below a whole number. So integers compute a block, and a block with such a pixel, one in a
-/// thousand, is computed again in doubles. In 16 bits: with n = 8 m + rest, n / 1000 = m 33555 / 2^22,
+/// round to just below a whole number. So a block is computed in integers, and again in doubles if it has
+/// such a pixel, which one in a thousand is. In 16 bits: with n = 8 m + rest, n / 1000 = m 33555 / 2^22,
 /// truncated, for every n here, and the remainder is small enough to be compared modulo 2^16.
 void bgr24ToGray(ConstBytes from, int width, Bytes to) {
   constexpr std::ptrdiff_t block = 64;

@@ -9,9 +9,8 @@
 namespace dibkit {
 namespace {
 
-/// Where a conversion finds its source's palette. Conversions to 24 bits use the offset at which a plain
-/// header ends, those to 16 bits the offset that the header gives. Hosts rely on both, so the difference is
-/// deliberate; it shows only in images with longer headers.
+/// The source's palette. Conversions to 24 bits read it where a BITMAPINFOHEADER ends, those to 16 bits where
+/// the header says. Deliberate, since hosts rely on both; the difference shows only with longer headers.
 template <class Target>
 PaletteTable paletteFor(const BITMAPINFOHEADER* source) {
   return Target::bits == 24 ? PaletteTable(source, sizeof(BITMAPINFOHEADER)) : PaletteTable(source);

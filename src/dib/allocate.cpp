@@ -17,7 +17,7 @@ void preferLargePages(BYTE* block, std::int64_t bytes) {
   const auto begin = (reinterpret_cast<std::uintptr_t>(block) + largePage - 1) & ~(largePage - 1);
   const auto end =
       (reinterpret_cast<std::uintptr_t>(block) + static_cast<std::uintptr_t>(bytes)) & ~(largePage - 1);
-  // Only advice: if the system refuses it, nothing but the speed changes.
+  // Only advice: if the system does not take it, only the speed differs.
   if (begin < end) static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
 #else
   static_cast<void>(block);
@@ -26,7 +26,7 @@ void preferLargePages(BYTE* block, std::int64_t bytes) {
 }
 
 void clearPadding(const View& view) {
-  // The last byte of a row may hold both pixels and padding, so it is cleared with the padding.
+  // A byte with both pixels and padding is cleared too.
   const auto whole = static_cast<std::ptrdiff_t>(std::int64_t{view.width()} * view.bitCount() / 8);
   if (whole == view.stride()) return;
   for (int y = 0; y < view.height(); ++y) {

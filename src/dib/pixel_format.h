@@ -30,8 +30,8 @@ constexpr DWORD packRgb(Rgb colour) {
 }
 
 /// \name Pixel formats
-/// Each says how a row holds its pixels: `get` and `put` read and write the raw value of pixel x, `colour`
-/// gives the colour of a raw value, `encode` (formats without palette) the raw value of a colour.
+/// Each says how pixels are stored in a row: `get` and `put` read and write the raw value of pixel x,
+/// `colour` gives the colour of a raw value, `encode` (formats without palette) the raw value of a colour.
 /// @{
 
 /// An index into the palette.

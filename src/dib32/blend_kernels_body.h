@@ -78,7 +78,7 @@ int sumOf(const PixelLanes& alphas) {
 }
 constexpr int opaqueSum = 255 * blockPixels;
 
-// Rules. block() computes a block by the rule's formula. keeps() tells whether a block with all a = 0 is
+// Rules. block() computes a block by the rule's formula. keeps() says whether a block with all a = 0 is
 // unchanged; copiesOpaque whether a = 255 gives the source pixel.
 
 struct LinearMix {

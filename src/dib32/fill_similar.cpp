@@ -44,7 +44,7 @@ BOOL fillSimilarUnderMask(BITMAPINFOHEADER* dib, const PixelBox& box, Paint pain
   return TRUE;
 }
 
-/// Paints the part of a rectangle that lies inside the image.
+/// Paints the part of a rectangle that is inside the image.
 template <class Paint>
 void fillRectangle(const View& image, const RECT& rect, Paint paint) {
   const Box area = intersection(toBox(rect), {0, 0, image.width(), image.height()});

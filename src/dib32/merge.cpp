@@ -22,7 +22,7 @@ struct Canvas {
 
   Placed<BYTE> placed() const { return {View(dib.get()), origin}; }
 
-  /// Calls row(to, from, count) for every row of the part that the image covers.
+  /// Calls row(to, from, count) for every row of the part under the image.
   template <class Row>
   void forEachRowUnder(const Placed<BYTE>& image, Row&& row) const {
     forEachCommonRow([&](int count, BYTE* to, const BYTE* from) { row(pixelsOf(to), pixelsOf(from), count); },
@@ -85,8 +85,8 @@ void pasteVisible(const Canvas& canvas, const Placed<BYTE>& image) {
   });
 }
 
-/// What the operations share that write their out parameters in every case and refuse an empty union. They
-/// differ in what draw(canvas) draws.
+/// The operations that write their out parameters in every case and refuse an empty union. They differ in
+/// draw(canvas).
 template <class Draw>
 BOOL mergeInto(bool usable, const Box& box, BITMAPINFOHEADER** out, POINT* outOrigin, Draw&& draw) {
   if (out == nullptr || outOrigin == nullptr) return FALSE;

@@ -14,7 +14,7 @@ namespace dibkit {
 ///     weight centre + floor(L / divisor), limited to a byte.
 ///
 /// The quotient is to be truncated towards zero, but where that differs from the floor it is negative and
-/// ends as 0 either way. L lies in [-2040, 2040], so everything fits 16 bits, and a multiplication does the
+/// ends as 0 either way. L is in [-2040, 2040], so everything fits 16 bits, and a multiplication does the
 /// division.
 struct SharpenRule {
   explicit SharpenRule(int k);

@@ -5,26 +5,20 @@
 #include "platform/win32.h"
 
 /// \file
-/// Owners for what the drawing calls need.
+/// Owners of the objects that the drawing calls use.
 
 namespace dibkit {
 
-struct GraphicsObjectDeleter {
-  using pointer = HGDIOBJ;
-  void operator()(HGDIOBJ object) const noexcept { DeleteObject(object); }
+template <class Handle>
+struct ObjectDeleter {
+  using pointer = Handle;
+  void operator()(Handle object) const noexcept { DeleteObject(object); }
 };
 
-/// Sole owner of a pen, a brush or any other graphics object, which must not be selected any more when the
-/// owner goes. Stock objects may be owned too: releasing them does nothing.
-using OwnedGraphicsObject = std::unique_ptr<void, GraphicsObjectDeleter>;
-
-struct BitmapDeleter {
-  using pointer = HBITMAP;
-  void operator()(HBITMAP bitmap) const noexcept { DeleteObject(bitmap); }
-};
-
-/// Sole owner of a bitmap, which must not be selected any more when the owner goes.
-using OwnedBitmap = std::unique_ptr<HBITMAP, BitmapDeleter>;
+/// Sole owner of a graphics object, which has to be deselected before its owner is destroyed. Stock objects
+/// may be owned too: releasing them has no effect.
+using OwnedGraphicsObject = std::unique_ptr<void, ObjectDeleter<HGDIOBJ>>;
+using OwnedBitmap = std::unique_ptr<HBITMAP, ObjectDeleter<HBITMAP>>;
 
 struct MemoryContextDeleter {
   using pointer = HDC;
@@ -42,7 +36,7 @@ struct ScreenContextDeleter {
 /// Sole owner of the screen's context from GetDC(nullptr).
 using ScreenContext = std::unique_ptr<HDC, ScreenContextDeleter>;
 
-/// Selects an object into a context for its own lifetime, then selects the previous one again.
+/// Selects an object into a context, and on destruction the previous one again.
 class SelectedObject {
  public:
   SelectedObject(HDC context, HGDIOBJ object) : context_(context), before_(SelectObject(context, object)) {}

@@ -21,7 +21,7 @@ class DrawingSurface {
   int width() const { return width_; }
   int height() const { return height_; }
 
-  /// Copies a picture to the surface's top left corner, as far as it fits.
+  /// Copies a picture to the surface's top left corner; what does not fit is cut off.
   void put(const BITMAPINFOHEADER* picture) const;
   /// Draws a line through the points, each segment by itself, with round or square caps.
   void drawLine(const POINT* points, int count, int penWidth, bool roundEnds, COLORREF colour) const;

@@ -29,7 +29,7 @@ Histogram countLevels(const ConstView& view) {
 }
 
 /// The rounded mean of five neighbours, the ends repeated. In place and recursive on purpose: the two bins
-/// before the current one already hold their means.
+/// before the current one already have their means.
 void smooth(Histogram& histogram) {
   for (int level = 0; level < 256; ++level) {
     std::int64_t sum = 0;

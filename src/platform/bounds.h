@@ -7,7 +7,7 @@
 
 namespace dibkit {
 
-/// Extends a box, side by side, as far as a rectangle's sides, even if the rectangle is empty.
+/// Moves each side of a box outwards to that of a rectangle, even if the rectangle is empty.
 /// \tparam Rectangle a type with the members left, top, right and bottom
 template <class Rectangle>
 constexpr void extend(Rectangle& box, const Rectangle& rect) {

@@ -6,9 +6,10 @@
 namespace dibkit {
 namespace {
 
-/// Removes the rectangles that Wine leaves unset. Its CreateRoundRectRgn, which makes ellipses too (seen in
-/// version 8.0), allocates one rectangle a row and, in a narrow ellipse, stops before it has filled all of
-/// them, so that the rest has whatever the memory held. None of these may lead outside the region's box.
+/// Removes the rectangles that Wine leaves unset. Its CreateRoundRectRgn (of version 8.0), which makes
+/// ellipses too, allocates one rectangle for each row; in a narrow ellipse it ends before it has written all
+/// of them, and the others have the former contents of the memory. Those may be anywhere outside the region's
+/// bounding box.
 std::span<const RECT> withoutUnset(std::span<RECT> rectangles, [[maybe_unused]] const RECT& box) {
 #if defined(_WIN32)
   const auto isUnset = [&box](const RECT& rect) {

@@ -39,7 +39,7 @@ inline Box intersection(const Box& a, const Box& b) {
   return common.empty() ? Box{} : common;
 }
 
-/// The smallest box that holds both; an empty one is ignored, two empty ones give all zeros.
+/// The bounding box of both; an empty one is ignored, two empty ones give all zeros.
 inline Box unionOf(const Box& a, const Box& b) {
   if (a.empty()) return b.empty() ? Box{} : b;
   if (b.empty()) return a;
