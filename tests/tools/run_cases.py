@@ -5,7 +5,7 @@ A file of cases (cases/*.txt, each one test of CTest) has these lines:
 
     # a comment
     == Name of a case
-    picture a.png 8x6 ff0000     a PNG; its pixels repeat the colours given, rrggbb or rrggbbaa
+    picture a.png 8x6 ff0000     a PNG; its pixels repeat the colours given, rrggbb or rrggbbaa, 3*ff0000 for three
     $ dibkit info a.png          a line for bash; `dibkit` is the program under test
     > a.png                      a line expected on standard output
     ! dibkit: ...                a line expected on standard error
@@ -18,6 +18,8 @@ which * matches any characters, and a line `...` any lines. Without such lines i
 
 Commands for what bash has no short word for:
 
+    show, times, changes FILE    what a picture or an animation shows, read without the program; shown.py tells how
+    stored FILE OFFSET [COUNT]   bytes of a file, in hexadecimal
     screencast FRAMES SIZE FILE  a GIF like the recording of a screen
     photograph KIND SIZE FILE    a PNG or JPEG of a large size: png, jpeg
     poke FILE OFFSET BYTES       overwrites bytes of a file, written as for printf: '\\xff\\0'
@@ -37,30 +39,35 @@ import sys
 import tempfile
 import termios
 import time
-import zlib
+
+sys.dont_write_bytecode = True
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.append(os.path.join(HERE, "../support"))
+from picture_files import png_of
 
 TOOLS = r"""
-screencast() { "$PYTHON" "$(dirname "$DRIVER")/screencast.py" "$@"; }
-photograph() { "$PYTHON" "$(dirname "$DRIVER")/photograph.py" "$@"; }
+show() { "$PYTHON" "$HERE/shown.py" show "$1"; }
+times() { "$PYTHON" "$HERE/shown.py" times "$1"; }
+changes() { "$PYTHON" "$HERE/shown.py" changes "$1"; }
+stored() { od -An -v -tx1 -w64 -j "$2" ${3:+-N "$3"} "$1" | sed 's/^ //'; }
+screencast() { "$PYTHON" "$HERE/screencast.py" "$@"; }
+photograph() { "$PYTHON" "$HERE/photograph.py" "$@"; }
 poke() { printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none; }
-interrupted() { "$PYTHON" "$DRIVER" --interrupted "$@"; }
-on_terminal() { "$PYTHON" "$DRIVER" --on-terminal "$@"; }
+interrupted() { "$PYTHON" "$HERE/run_cases.py" --interrupted "$@"; }
+on_terminal() { "$PYTHON" "$HERE/run_cases.py" --on-terminal "$@"; }
 unprivileged() { if [ "$(id -u)" = 0 ]; then setpriv --bounding-set -all --inh-caps -all "$@"; else "$@"; fi; }
 """
 
 
-def write_picture(path, size, colours):
+def write_picture(path, size, runs):
     width, height = map(int, size.split("x"))
-    pixels = [bytes.fromhex(colour if len(colour) == 8 else colour + "ff") for colour in colours]
-    lines = b"".join(
-        b"\0" + b"".join(pixels[(y * width + x) % len(pixels)] for x in range(width)) for y in range(height)
-    )
-    chunks = (b"IHDR", struct.pack(">2I5B", width, height, 8, 6, 0, 0, 0)), (b"IDAT", zlib.compress(lines)), (b"IEND", b"")
+    colours = []
+    for run in runs:
+        count, _, colour = run.rpartition("*")
+        colours += [colour] * int(count or 1)
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with open(path, "wb") as file:
-        file.write(b"\x89PNG\r\n\x1a\n")
-        for name, data in chunks:
-            file.write(struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data)))
+        file.write(png_of(width, [colours[i % len(colours)] for i in range(width * height)]))
 
 
 class Command:
@@ -177,8 +184,7 @@ def on_terminal(columns, *command):
 
 
 def main(program, *files):
-    os.environ.update(PATH=os.path.dirname(program) + ":" + os.environ["PATH"], LC_ALL="C", PYTHON=sys.executable,
-                      DRIVER=os.path.abspath(__file__))
+    os.environ.update(PATH=os.path.dirname(program) + ":" + os.environ["PATH"], LC_ALL="C", PYTHON=sys.executable, HERE=HERE)
     count = failed = 0
     for path in files:
         for name, steps in read_cases(path):
