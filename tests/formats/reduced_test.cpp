@@ -1,15 +1,11 @@
-#include <limits>
-
 #include <gtest/gtest.h>
 
-#include "formats/shown.h"
 #include "host/errors.h"
 #include "host/formats/limits.h"
 #include "host/formats/row_sink.h"
 
 namespace {
 
-using namespace shown;
 using host::Size;
 
 TEST(Reduced, ByAsMuchAsLeavesTwiceTheSizeOrFitsTheLimit) {

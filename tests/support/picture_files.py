@@ -107,22 +107,24 @@ def gif_image(data, left, top, width, height, colours=(), interlaced=False):
 
 
 def jpeg_of(width, height, means=(), frame=0xC0, exif=b""):
-    """Flat blocks of 8 x 8, each a change of 8 times its gray from the one before; gray where there are none. The frame may
-    be progressive (0xC2), of which this is the first scan and the only one."""
+    """Flat blocks of 8 x 8, each 8 times its gray; gray where there are none. The frame may be progressive, 0xC2."""
 
     def segment(marker, data):
         return struct.pack(">BBH", 0xFF, marker, 2 + len(data)) + data
 
-    # Codes of four bits for how many bits a change has, of one for nothing beside the mean.
+    def scan(first, last, bits):
+        bits += "1" * (-len(bits) % 8)
+        data = int("0" + bits, 2).to_bytes(len(bits) // 8, "big").replace(b"\xff", b"\xff\0")
+        return segment(0xDA, bytes([1, 1, 0, first, last, 0])) + (data if means else bytes(-(-5 * blocks // 8)))
+
+    # Codes of four bits for how many bits a change of the mean has, of one for nothing beside it.
+    blocks = -(-width // 8) * -(-height // 8)
     codes, last = [], 0
     for mean in means:
         change, last = 8 * mean - last, 8 * mean
         size = abs(change).bit_length()
         codes.append(f"{size:04b}" + (f"{change if change > 0 else change + (1 << size) - 1:0{size}b}" if size else ""))
-    blocks = -(-width // 8) * -(-height // 8)
-    bits = ("" if frame == 0xC2 else "0").join(codes + [""]) if means else "0" * 5 * blocks
-    bits += "1" * (-len(bits) % 8)
-    data = int(bits, 2).to_bytes(len(bits) // 8, "big").replace(b"\xff", b"\xff\0")
+    scans = [scan(0, 0, "".join(codes)), scan(1, 63, "0" * blocks)] if frame == 0xC2 else [scan(0, 63, "0".join(codes) + "0")]
     return b"".join([
         b"\xff\xd8",
         segment(0xE1, exif) if exif else b"",
@@ -130,7 +132,6 @@ def jpeg_of(width, height, means=(), frame=0xC0, exif=b""):
         segment(frame, struct.pack(">B2H4B", 8, height, width, 1, 1, 0x11, 0)),
         segment(0xC4, bytes([0x00, 0, 0, 0, 12] + 12 * [0] + list(range(12)))),
         segment(0xC4, bytes([0x10, 1] + 15 * [0] + [0])),
-        segment(0xDA, bytes([1, 1, 0, 0, 0 if frame == 0xC2 else 63, 0])),
-        data,
+        *scans,
         b"\xff\xd9",
     ])

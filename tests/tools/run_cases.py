@@ -184,7 +184,7 @@ def on_terminal(columns, *command):
 
 
 def main(program, *files):
-    os.environ.update(PATH=os.path.dirname(program) + ":" + os.environ["PATH"], LC_ALL="C", PYTHON=sys.executable, HERE=HERE)
+    os.environ.update(PATH=os.path.dirname(os.path.abspath(program)) + ":" + os.environ["PATH"], LC_ALL="C", PYTHON=sys.executable, HERE=HERE)
     count = failed = 0
     for path in files:
         for name, steps in read_cases(path):
