@@ -10,21 +10,19 @@ using test::imageOf;
 using test::pixelsOf;
 using Pixels = std::vector<DWORD>;
 
-TEST(Create32Bits, FillsEveryPixel) {
-  EXPECT_EQ(pixelsOf(OwnedDib(CDIB32::CreateBlank32BitsDIB(3, 2))), Pixels(6, 0));
+TEST(CreateSimple32BitsDIB, FillsEveryPixel) {
   // Red in a COLORREF's lowest byte: in memory 0, 0, 255, 200.
   const OwnedDib simple(CDIB32::CreateSimple32BitsDIB(3, 2, 0x000000FF, 200));
   EXPECT_EQ(pixelsOf(simple), Pixels(6, 0xC8FF0000));
-  const BITMAPINFOHEADER header{40, 3, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  EXPECT_EQ(std::memcmp(simple.get(), &header, sizeof(header)), 0);
+  const OwnedDib blank(CDIB32::CreateBlank32BitsDIB(3, 2));
+  EXPECT_EQ(test::bytesOf(blank), test::bytesOf(test::image(3, 2, 32)));
 }
 
 TEST(ConvertTo32BitsDIB, ReadsEveryDepth) {
-  struct Case {
+  const struct {
     int bitCount;
     Pixels palette, stored, shown;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {1, {0x112233, 0xA0B0C0}, {0, 1}, {0x07112233, 0x07A0B0C0}},
       {4, {0x010203, 0x040506, 0xFF0708}, {2, 0}, {0x07FF0708, 0x07010203}},
       {8, {0x010203, 0x040506}, {1, 0}, {0x07040506, 0x07010203}},
@@ -32,7 +30,7 @@ TEST(ConvertTo32BitsDIB, ReadsEveryDepth) {
       {24, {}, {0x123456, 0xFFFFFF}, {0x07123456, 0x07FFFFFF}},
       {32, {}, {0xAA123456, 0x00FFFFFF}, {0x07123456, 0x07FFFFFF}},  // its own fourth byte never counts
   };
-  for (const Case& expected : cases) {
+  for (const auto& expected : cases) {
     const OwnedDib source = imageOf(2, 1, expected.bitCount, expected.stored, expected.palette);
     const OwnedDib result(CDIB32::ConvertTo32BitsDIB(source.get(), nullptr, 7, 9));
     EXPECT_EQ(pixelsOf(result), expected.shown) << expected.bitCount;
@@ -42,19 +40,14 @@ TEST(ConvertTo32BitsDIB, ReadsEveryDepth) {
 TEST(ConvertTo32BitsDIB, PairsTheMaskFromTheTopLeftPixel) {
   test::Random random(1);
   const OwnedDib source = test::image(9, 2, 24);
-  const POINT sizes[] = {{9, 2}, {1, 1}, {8, 1}, {40, 3}};  // lacking bits count as clear
-  for (const POINT& size : sizes) {
+  for (const POINT& size : {POINT{9, 2}, {1, 1}, {8, 1}, {40, 3}}) {  // lacking bits count as clear
     const OwnedDib mask = test::randomImage(size.x, size.y, 1, random);
     const OwnedDib result(CDIB32::ConvertTo32BitsDIB(source.get(), mask.get(), 7, 9));
-    for (int i = 0; i < 18; ++i) {
-      const int x = i % 9, y = i / 9;
+    test::forEachPixel({0, 0, 9, 2}, [&](int x, int y) {
       const bool masked = x < size.x && y < size.y && test::pixel(mask, x, y) != 0;
-      EXPECT_EQ(test::pixel(result, x, y) >> 24, masked ? 9U : 7U) << x << ", " << y << " of " << size.x;
-    }
+      EXPECT_EQ(test::pixel(result, x, y), masked ? 0x09000000U : 0x07000000U) << x << ", " << y;
+    });
   }
-  // An image of another depth is no mask.
-  const OwnedDib result(CDIB32::ConvertTo32BitsDIB(source.get(), source.get(), 7, 9));
-  EXPECT_EQ(pixelsOf(result), Pixels(18, 0x07000000));
 }
 
 /// A 16-bit image of two pixels with masks behind its header.
@@ -85,7 +78,7 @@ TEST(ConvertBitField16BitsDIB, FindsFieldsByTheirLengths) {
   const OwnedDib mask = imageOf(2, 1, 1, {1, 0});
   for (const auto& expected : cases) {
     const OwnedDib source = bitFields(expected.masks, expected.pixel);
-    // The opacities of the call are not used: 0 where masked, 255 elsewhere.
+    // The alphas of the call are not used: 0 where masked, 255 elsewhere.
     const OwnedDib result(CDIB32::ConvertTo32BitsDIB(source.get(), mask.get(), 7, 9));
     EXPECT_EQ(pixelsOf(result), (Pixels{expected.shown, 0xFF000000 | expected.shown}));
   }
@@ -95,41 +88,15 @@ TEST(CalcuMaskShift, FindsTheLowestRun) {
   const struct {
     DWORD mask;
     int shift, length;
-  } cases[] = {{0x1F, 0, 5},   {0x07E0, 5, 6}, {0x80000000, 31, 1}, {0xFFFFFFFF, 0, 32}, {0xF00FF000, 12, 8},
-               {0x0505, 0, 1}, {0, 0, 0}};
+  } cases[] = {{0x1F, 0, 5}, {0x80000000, 31, 1}, {0xFFFFFFFF, 0, 32}, {0xF00FF000, 12, 8}, {0, 0, 0}};
   for (const auto& expected : cases) {
-    int shift = -1;
-    int length = -1;
+    int shift = -1, length = -1;
     CDIB32::CalcuMaskShift(expected.mask, shift, length);
-    EXPECT_EQ(shift, expected.shift) << std::hex << expected.mask;
-    EXPECT_EQ(length, expected.length) << std::hex << expected.mask;
+    EXPECT_EQ(std::pair(shift, length), std::pair(expected.shift, expected.length)) << expected.mask;
   }
 }
 
-TEST(WholeImage, ChangesColourOrOpacityAlone) {
-  const OwnedDib image = imageOf(2, 2, 32, {0x00112233, 0x01445566, 0xFF778899, 0x80AABBCC});
-  CDIB32::Make32BitsSimpleColorDIB(image.get(), 0xFF102030);
-  EXPECT_EQ(pixelsOf(image), (Pixels{0x00302010, 0x01302010, 0xFF302010, 0x80302010}));
-  CDIB32::MakeAllPixelsSameOpacity(image.get(), 5);
-  EXPECT_EQ(pixelsOf(image), Pixels(4, 0x05302010));
-  CDIB32::Fill32DIBBackground(image.get(), 1, 2, 3);
-  EXPECT_EQ(pixelsOf(image), Pixels(4, 0xFF010203));
-}
-
-TEST(Reduce32BitsDIBOpacity, TruncatesForEveryPair) {
-  for (DWORD reduction = 0; reduction < 256; ++reduction) {
-    Pixels before, after;
-    for (DWORD alpha = 0; alpha < 256; ++alpha) {
-      before.push_back(alpha << 24 | 0x123456);
-      after.push_back((alpha * (255 - reduction) / 255) << 24 | 0x123456);
-    }
-    const OwnedDib image = imageOf(256, 1, 32, before);
-    CDIB32::Reduce32BitsDIBOpacity(image.get(), static_cast<BYTE>(reduction));
-    ASSERT_EQ(pixelsOf(image), after) << reduction;
-  }
-}
-
-TEST(WholeImage, TellsOpaqueTranslucentAndTransparentApart) {
+TEST(Alphas, AreOpaqueTranslucentOrVisible) {
   const struct {
     Pixels pixels;
     BOOL opaque, translucent;
@@ -145,24 +112,17 @@ TEST(WholeImage, TellsOpaqueTranslucentAndTransparentApart) {
       EXPECT_EQ(CDIB32::IsTranslucence32BitsImage(image.get()), expected.translucent);
     }
   }
-}
-
-TEST(IsIn32BitsDIB, AsksForAVisiblePixelInside) {
   const OwnedDib image = imageOf(2, 2, 32, {0x01000000, 0x00FFFFFF, 0xFF000000, 0x00000000});
-  for (int y = -1; y <= 2; ++y) {
-    for (int x = -1; x <= 2; ++x) {
-      EXPECT_EQ(CDIB32::IsIn32BitsDIB(image.get(), {x, y}), x == 0 && (y == 0 || y == 1)) << x << ", " << y;
-    }
-  }
+  test::forEachPixel({-1, -1, 3, 3}, [&](int x, int y) {
+    EXPECT_EQ(CDIB32::IsIn32BitsDIB(image.get(), {x, y}), x == 0 && (y == 0 || y == 1)) << x << ", " << y;
+  });
 }
 
 TEST(CompareColors, SubtractsLuminances) {
-  const BYTE black[] = {0, 0, 0}, white[] = {255, 255, 255};
-  const BYTE blue[] = {255, 0, 0}, green[] = {0, 255, 0}, red[] = {0, 0, 255};
-  EXPECT_EQ(CDIB32::CompareColors(black, white), -255);
-  EXPECT_EQ(CDIB32::CompareColors(blue, black), 29);    // 29835 / 1024
-  EXPECT_EQ(CDIB32::CompareColors(green, black), 149);  // 153255 / 1024
-  EXPECT_EQ(CDIB32::CompareColors(red, black), 76);     // 78030 / 1024
+  const BYTE black[] = {0, 0, 0}, blue[] = {255, 0, 0}, green[] = {0, 255, 0}, red[] = {0, 0, 255};
+  EXPECT_EQ(CDIB32::CompareColors(black, blue), -29);   // 255 x 117 = 29835, over 1024
+  EXPECT_EQ(CDIB32::CompareColors(green, black), 149);  // 255 x 601 = 153255
+  EXPECT_EQ(CDIB32::CompareColors(red, black), 76);     // 255 x 306 = 78030
 }
 
 }  // namespace

@@ -1,45 +1,68 @@
 #pragma once
 
 #include <algorithm>
-#include <optional>
 
 #include "support/images.h"
 
-/// Placed 32-bit images for tests that compare with a pixel-by-pixel twin.
+/// Placed images for tests that compare an operation with a rule for one pixel.
 namespace test {
 
-/// An image in the middle of a longer block, so that bytes before and after it can be watched.
-class Guarded {
+constexpr int sizes[] = {1, 4, 7, 8, 9, 15, 33, 40};
+constexpr DWORD colourBits = 0xFFFFFF;
+inline BYTE byteOf(std::int64_t value) { return static_cast<BYTE>(value); }
+inline POINT randomPoint(Random& random, int reach) {
+  return {below(random, 2 * reach + 1) - reach, below(random, 2 * reach + 1) - reach};
+}
+
+/// An image at a place of the plane, in the middle of a longer block, so that writes around it show.
+class Layer {
  public:
-  explicit Guarded(const OwnedDib& dib) : Guarded(bytesOf(dib)) {}
-  /// Random pixels, 1 to 40 in each direction.
-  Guarded(Random& random, int bitCount)
-      : Guarded(randomImage(1 + below(random, 40), 1 + below(random, 40), bitCount, random)) {}
-  /// A copy of its own, so that the twin has the same to work on.
-  Guarded(const Guarded&) = default;
+  explicit Layer(const OwnedDib& dib, const POINT& place = {}) : at(place) {
+    const std::vector<BYTE> bytes = bytesOf(dib);
+    block_.assign(bytes.size() + 2 * guard, 0xA5);
+    std::copy(bytes.begin(), bytes.end(), block_.begin() + guard);
+  }
+  /// Random pixels at a random place.
+  Layer(Random& random, int bitCount, int reach)
+      : Layer(randomImage(oneOf(random, sizes), oneOf(random, sizes), bitCount, random),
+              randomPoint(random, reach)) {}
 
   BITMAPINFOHEADER* dib() { return reinterpret_cast<BITMAPINFOHEADER*>(block_.data() + guard); }
-  /// Header, palette and pixels, and the guards.
+  RECT box() { return {at.x, at.y, at.x + dib()->biWidth, at.y + dib()->biHeight}; }
+  bool covers(int x, int y) {
+    const RECT area = box();
+    return PtInRect(&area, {x, y}) != FALSE;
+  }
+  /// The bytes of the pixel at (x, y) of the image, by the file format: rows of whole words, the lowest
+  /// first.
+  BYTE* bytesAt(int x, int y) {
+    const int stride = (dib()->biWidth * dib()->biBitCount + 31) / 32 * 4;
+    return GetDIBBits(dib()) + (dib()->biHeight - 1 - y) * stride + x * dib()->biBitCount / 8;
+  }
+  /// The pixel at a point of the plane; 0 where there is none.
+  DWORD pixelAt(int x, int y) { return covers(x, y) ? pixel(dib(), x - at.x, y - at.y) : 0; }
+  /// Header, palette, pixels and what is around them.
   const std::vector<BYTE>& block() const { return block_; }
 
-  /// The pixel at (x, y) from the top left, by its place in the file's layout.
-  BYTE* at(int x, int y) {
-    const BITMAPINFOHEADER* header = dib();
-    const int stride = (header->biWidth * header->biBitCount + 31) / 32 * 4;
-    return GetDIBBits(dib()) + (header->biHeight - 1 - y) * stride + x * header->biBitCount / 8;
-  }
-  bool has(int x, int y) { return x >= 0 && y >= 0 && x < dib()->biWidth && y < dib()->biHeight; }
+  POINT at;
 
  private:
   static constexpr std::size_t guard = 64;
-  explicit Guarded(const std::vector<BYTE>& bytes) : block_(bytes.size() + 2 * guard, 0xA5) {
-    std::copy(bytes.begin(), bytes.end(), block_.begin() + guard);
-  }
   std::vector<BYTE> block_;
 };
 
-inline POINT randomPoint(Random& random, int reach) {
-  return {below(random, 2 * reach + 1) - reach, below(random, 2 * reach + 1) - reach};
+/// The pixel d composited with s of alpha a.
+inline void over(BYTE* d, const BYTE* s, int a) {
+  const int below = d[3], alpha = 255 - (255 - below) * (255 - a) / 255;
+  for (int i = 0; i < 3; ++i) {
+    const int sum = d[i] * below * (255 - a) / 255 + s[i] * a;
+    d[i] = byteOf(std::min(alpha > 0 ? sum / alpha : sum, 255));
+  }
+  d[3] = byteOf(alpha);
+}
+inline DWORD over(DWORD below, DWORD above, int alpha) {
+  over(reinterpret_cast<BYTE*>(&below), reinterpret_cast<const BYTE*>(&above), alpha);
+  return below;
 }
 
 }  // namespace test

@@ -5,31 +5,24 @@
 
 namespace {
 
-using Rects = std::vector<std::array<int, 4>>;
+using Rects = std::vector<std::array<LONG, 4>>;
 
-RECT toRect(const std::array<int, 4>& r) { return {r[0], r[1], r[2], r[3]}; }
-
-/// The list after adding all rectangles in turn to an empty one.
+/// The list after all rectangles were added in turn to an empty one.
 Rects listOf(const Rects& added) {
   std::vector<RECT> list(added.size() + 1);
   int count = 0;
-  for (const auto& rect : added) count = CDIB32::AddRect(list.data(), count, toRect(rect));
+  for (const auto& r : added) count = CDIB32::AddRect(list.data(), count, {r[0], r[1], r[2], r[3]});
+  list.resize(static_cast<std::size_t>(count));
   Rects result;
-  for (int i = 0; i < count; ++i) {
-    const RECT& r = list[static_cast<std::size_t>(i)];
-    result.push_back({r.left, r.top, r.right, r.bottom});
-  }
+  for (const RECT& r : list) result.push_back({r.left, r.top, r.right, r.bottom});
   return result;
 }
 
 TEST(AddRect, MergesWholeEdgesInChains) {
-  struct Case {
+  const struct {
     const char* what;
-    Rects added;
-    Rects list;
-  };
-  const Case cases[] = {
-      {"the first", {{0, 0, 1, 1}}, {{0, 0, 1, 1}}},
+    Rects added, list;
+  } cases[] = {
       {"a row", {{0, 0, 1, 1}, {1, 0, 2, 1}, {2, 0, 3, 1}}, {{0, 0, 3, 1}}},
       {"a column", {{0, 0, 1, 1}, {0, 1, 1, 2}}, {{0, 0, 1, 2}}},
       {"the same again", {{0, 0, 1, 1}, {5, 5, 6, 6}, {0, 0, 1, 1}}, {{0, 0, 1, 1}, {5, 5, 6, 6}}},
@@ -47,37 +40,28 @@ TEST(AddRect, MergesWholeEdgesInChains) {
       {"empty at the end of the list", {{5, 5, 6, 6}, {0, 0, 1, 1}, {0, 0, 1, 0}}, {{5, 5, 6, 6}}},
       {"empty before the end", {{0, 0, 1, 1}, {5, 5, 6, 6}, {0, 0, 1, 0}}, {{5, 5, 6, 6}, {0, 0, 1, 1}}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(listOf(c.added), c.list);
-  }
+  for (const auto& expected : cases) EXPECT_EQ(listOf(expected.added), expected.list) << expected.what;
+  std::vector<RECT> own{{0, 0, 1, 1}, {1, 0, 2, 1}, {}};  // a rectangle of the list itself
+  EXPECT_EQ(CDIB32::AddRect(own.data() + 1, 0, own[0]), 1);
+  EXPECT_EQ(CDIB32::AddRect(own.data(), 2, own[1]), 2);
 }
 
-TEST(AddRect, KeepsThePixelsOfARegion) {
+TEST(AddRect, KeepsEachPixelOnce) {
   test::Random random(21);
   for (int round = 0; round < 300; ++round) {
-    std::vector<RECT> list(65);
-    int count = 0;
-    std::vector<int> covered(64);
-    for (int i = 0; i < 64; ++i) {
+    Rects added;
+    std::vector<int> missing(64);
+    for (LONG i = 0; i < 64; ++i) {
       if (test::below(random, 100) >= 75) continue;
-      covered[static_cast<std::size_t>(i)] = 1;
-      count = CDIB32::AddRect(list.data(), count, {i % 8, i / 8, i % 8 + 1, i / 8 + 1});
+      missing[static_cast<std::size_t>(i)] = 1;
+      added.push_back({i % 8, i / 8, i % 8 + 1, i / 8 + 1});
     }
-    for (int i = 0; i < count; ++i) {
-      const RECT& r = list[static_cast<std::size_t>(i)];
-      for (int y = r.top; y < r.bottom; ++y) {
-        for (int x = r.left; x < r.right; ++x) --covered[static_cast<std::size_t>(y * 8 + x)];
-      }
+    for (const auto& r : listOf(added)) {
+      test::forEachPixel({r[0], r[1], r[2], r[3]},
+                         [&](int x, int y) { --missing[static_cast<std::size_t>(y * 8 + x)]; });
     }
-    ASSERT_EQ(covered, std::vector<int>(64)) << "round " << round;
+    ASSERT_EQ(missing, std::vector<int>(64)) << "round " << round;
   }
-}
-
-TEST(AddRect, TakesARectangleOfTheListItself) {
-  std::vector<RECT> list{{0, 0, 1, 1}, {1, 0, 2, 1}, {}};
-  EXPECT_EQ(CDIB32::AddRect(list.data() + 1, 0, list[0]), 1);
-  EXPECT_EQ(CDIB32::AddRect(list.data(), 2, list[1]), 2);
 }
 
 }  // namespace

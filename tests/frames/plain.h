@@ -33,14 +33,6 @@ inline bool nearby(DWORD a, DWORD b, int tolerance) {
   return all;
 }
 
-/// Calls use(x, y) for the pixels of a rectangle in reading order.
-template <class Use>
-void forEachPixel(const RECT& box, Use&& use) {
-  for (int y = box.top; y < box.bottom; ++y) {
-    for (int x = box.left; x < box.right; ++x) use(x, y);
-  }
-}
-
 inline bool marked(const OwnedDib& mask, int x, int y) {
   return mask && y < mask->biHeight && pixel(mask, x, y) != 0;
 }
@@ -122,7 +114,6 @@ inline bool same(const Given& a, const Given& b) {
   return a.result == b.result && same(a.image, b.image) && same(a.mask, b.mask) &&
          a.position.x == b.position.x && a.position.y == b.position.y;
 }
-inline OwnedDib copyOf(const OwnedDib& dib) { return OwnedDib(CBitmapCreator::Clone(dib.get())); }
 
 /// A mask as the library makes one.
 inline OwnedDib newMask(int width, int height) {

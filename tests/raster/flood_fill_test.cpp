@@ -10,16 +10,15 @@ TEST(FloodFill, EqualsThePlainWalkAndVisitsEveryPixelOnce) {
   test::Random random(7);
   constexpr int widths[] = {1, 20, 63, 64, 65, 127, 128, 129, 256, 257, 700};
   for (int round = 0; round < 600; ++round) {
-    const int width = widths[test::below(random, 11)], height = 1 + test::below(random, 12);
+    const int width = test::oneOf(random, widths), height = 1 + test::below(random, 12);
     const int density = 40 + 5 * test::below(random, 13);
     const test::Bitmap open(width, height, [&](int, int) { return test::below(random, 100) < density; });
     const POINT seed{test::below(random, width), test::below(random, height)};
-
-    test::Bitmap asked(width, height), visited(width, height);
+    test::Bitmap examined(width, height), visited(width, height);
     const auto matchPiece = [&](int y, int left, int count, BYTE* flags) {
       for (int x = left; x < left + count; ++x) {
-        EXPECT_FALSE(asked.at(x, y) || visited.at(x, y));
-        asked.set(x, y, true);
+        EXPECT_FALSE(examined.at(x, y) || visited.at(x, y));
+        examined.set(x, y, true);
         *flags++ = open.at(x, y);
       }
     };
@@ -35,23 +34,22 @@ TEST(FloodFill, EqualsThePlainWalkAndVisitsEveryPixelOnce) {
     } else {
       dibkit::floodFill(width, height, seed, matchPiece, visit);
     }
-    ASSERT_TRUE(visited ==
-                test::reachedFrom(seed, width, height, [&](int x, int y) { return open.at(x, y); }))
-        << "round " << round;
+    const auto enter = [&](int x, int y) { return open.at(x, y); };
+    ASSERT_TRUE(visited == test::reachedFrom(seed, width, height, enter)) << "round " << round;
   }
 }
 
-TEST(FloodFill, AsksForNoMoreThanItNeeds) {
-  // Two pixels in the middle of a wide row, right where a piece ends.
-  int asked = 0;
+TEST(FloodFill, ExaminesNoMoreThanItNeeds) {
+  // Two pixels in the middle of a wide row, where a piece ends.
+  int examined = 0;
   dibkit::floodFill(
       100000, 1, {51199, 0},
       [&](int, int x, int count, BYTE* flags) {
-        asked += count;
+        examined += count;
         for (int i = 0; i < count; ++i) flags[i] = x + i == 51199 || x + i == 51200;
       },
-      [](int, int left, int right) { EXPECT_EQ(left * 10 + right, 51199 * 10 + 51201); });
-  EXPECT_LE(asked, 1024);
+      [](int, int left, int right) { EXPECT_EQ(std::pair(left, right), std::pair(51199, 51201)); });
+  EXPECT_LE(examined, 1024);
 }
 
 TEST(BitGrid, IsRefusedRatherThanTooSmall) {

@@ -9,23 +9,17 @@ namespace {
 
 using namespace test;
 
-/// The water as it is written down: one cell after the other, two whole pages.
+/// The water by its definition: one cell after the other, two whole pages.
 struct PlainWater {
   PlainWater(int width, int height) : w(width), h(height) {
     for (auto& page : pages) page.assign(static_cast<std::size_t>(w * h), 0);
   }
   int& at(int page, int x, int y) { return pages[page][static_cast<std::size_t>(y * w + x)]; }
-
-  /// Calls use(x, y) for every cell that is `margin` cells away from the border.
-  template <class Use>
-  void forEachInner(int margin, Use&& use) const {
-    for (int y = margin; y < h - margin; ++y) {
-      for (int x = margin; x < w - margin; ++x) use(x, y);
-    }
-  }
+  /// The cells that are `margin` cells away from the border.
+  RECT inner(int margin) const { return {margin, margin, w - margin, h - margin}; }
 
   void blob(int centreX, int centreY, int radius, int height, int page) {
-    forEachInner(1, [&](int x, int y) {
+    forEachPixel(inner(1), [&](int x, int y) {
       const int dx = x - centreX, dy = y - centreY;
       if (dx * dx + dy * dy < radius * radius) at(page, x, y) += height;
     });
@@ -38,11 +32,10 @@ struct PlainWater {
     }
   }
   void step(int page, int density = 5, int reach = 1) {
-    forEachInner(reach, [&](int x, int y) {
+    forEachPixel(inner(reach), [&](int x, int y) {
       int sums[9] = {};  // of the cells at each squared distance
-      for (int dy = -reach; dy <= reach; ++dy) {
-        for (int dx = -reach; dx <= reach; ++dx) sums[dx * dx + dy * dy] += at(1 - page, x + dx, y + dy);
-      }
+      forEachPixel({-reach, -reach, reach + 1, reach + 1},
+                   [&](int dx, int dy) { sums[dx * dx + dy * dy] += at(1 - page, x + dx, y + dy); });
       const int wave = reach == 1 ? (sums[1] + sums[2]) >> 2
                                   : (2 * sums[1] + sums[2] + (sums[4] >> 1) + (sums[5] >> 2)) >> 3;
       const int v = wave - at(page, x, y);
@@ -53,8 +46,8 @@ struct PlainWater {
     for (const int page : {0, 1, 0, 1}) step(page);
   }
   OwnedDib render(const OwnedDib& source) {
-    OwnedDib out(CBitmapCreator::Clone(source.get()));
-    forEachInner(1, [&](int x, int y) {
+    OwnedDib out = copyOf(source);
+    forEachPixel(inner(1), [&](int x, int y) {
       const int dx = at(0, x, y) - at(0, x + 1, y), dy = at(0, x, y) - at(0, x, y + 1);
       int sy = std::clamp(y + (dy >> 3), 0, h - 1), sx = std::max(x + (dx >> 3), 0);
       if (sx > w || (sx == w && sy == 0)) sx = w - 1;
@@ -114,7 +107,7 @@ TEST(Ripple, AnimationMatchesThePlainWater) {
   EXPECT_EQ(ripple.NextToRipple(), nullptr);
 }
 
-/// Water without drops, in which a test lays its own.
+/// Water without drops, in which a test sets its own.
 class Basin : public testing::Test {
  protected:
   void start(int w, int h) {
@@ -126,7 +119,7 @@ class Basin : public testing::Test {
     water = PlainWater(w, h);
   }
   void TearDown() override { ripple.EndToRipple(); }
-  void lay(int x, int y, int radius, int height, int page) {
+  void drop(int x, int y, int radius, int height, int page) {
     ripple.HeightBlob(x, y, radius, height, page);
     water.blob(x, y, radius, height, page);
   }
@@ -139,11 +132,11 @@ class Basin : public testing::Test {
   PlainWater water{0, 0};
 };
 
-TEST_F(Basin, StepsWriteThePageTheyAreTold) {
+TEST_F(Basin, StepsWriteTheGivenPage) {
   start(60, 40);
   for (const int page : {0, 1}) {
-    lay(20, 15, 9, 3001, page);
-    lay(40, 20, 9, -3001, page);
+    drop(20, 15, 9, 3001, page);
+    drop(40, 20, 9, -3001, page);
   }
   for (const int page : {1, 0, 0, 1, 1, 0}) {
     ripple.CalcWater(page, 5);
@@ -160,10 +153,10 @@ TEST_F(Basin, SteepWaterReadsOverTheEdgesWithoutLeavingThePicture) {
   // Steps down to the right send the source column far beyond the width, or just onto it; those to the bottom
   // to the last line.
   for (const auto& [x, rise] : {std::pair{29, 8}, {28, 16}, {20, 88}, {25, 100000}, {3, -90}, {9, -100000}}) {
-    lay(x, 8, 4, rise, 0);
+    drop(x, 8, 4, rise, 0);
     expectSame();
   }
-  lay(28, 1, 3, -24, 0);
+  drop(28, 1, 3, -24, 0);
   expectSame();
 }
 

@@ -6,12 +6,22 @@
 
 #include "dib/view.h"
 
-/// Small images for tests, and a way to look at single pixels. Coordinates count from the top-left pixel.
+/// Small images for tests, and access to single pixels. Coordinates count from the top-left pixel. An image
+/// is passed as a pointer or as its owner.
 namespace test {
 
 using dibkit::OwnedDib;
 
-/// An image of the library's own making; fails the test program loudly when it cannot be had.
+/// Calls use(x, y) for the pixels of a rectangle in reading order.
+template <class Use>
+void forEachPixel(const RECT& box, Use&& use) {
+  for (int y = box.top; y < box.bottom; ++y) {
+    for (int x = box.left; x < box.right; ++x) use(x, y);
+  }
+}
+inline RECT boundsOf(const auto& dib) { return {0, 0, dib->biWidth, dib->biHeight}; }
+
+/// An image as the library makes it; ends the test program when there is no memory.
 inline OwnedDib image(int width, int height, int bitCount, const std::vector<DWORD>& palette = {}) {
   OwnedDib dib(CBitmapCreator::CreateDibImage(width, height, bitCount, static_cast<int>(palette.size())));
   if (!dib) throw std::bad_alloc();
@@ -19,91 +29,92 @@ inline OwnedDib image(int width, int height, int bitCount, const std::vector<DWO
     std::memcpy(dibkit::paletteOf(dib.get()), palette.data(), palette.size() * sizeof(DWORD));
   return dib;
 }
+inline OwnedDib copyOf(const auto& dib) { return OwnedDib(dib ? CBitmapCreator::Clone(&*dib) : nullptr); }
 
 inline BYTE* rowOf(BITMAPINFOHEADER* dib, int y) { return dibkit::View(dib).row(y); }
 inline const BYTE* rowOf(const BITMAPINFOHEADER* dib, int y) { return dibkit::ConstView(dib).row(y); }
 
-/// A pixel as it is stored: an index, a 16-bit word, 0xRRGGBB, or 0xAARRGGBB.
-inline DWORD pixel(const BITMAPINFOHEADER* dib, int x, int y) {
-  const BYTE* row = rowOf(dib, y);
-  if (!dibkit::hasFormat(dib->biBitCount)) return 0xDEAD;
-  return dibkit::withFormat(dib->biBitCount, [&](auto format) -> DWORD {
-    const auto raw = decltype(format)::get(row, x);
-    if constexpr (std::is_same_v<std::remove_const_t<decltype(raw)>, dibkit::Rgb>) {
-      return dibkit::packRgb(raw);
-    } else {
-      return raw;
-    }
-  });
+/// A pixel as it is stored, by the file format: an index, a 16-bit word, 0xRRGGBB, or 0xAARRGGBB.
+inline DWORD pixel(const auto& dib, int x, int y) {
+  const int bits = dib->biBitCount;
+  const BYTE* first = rowOf(&*dib, y) + x * bits / 8;
+  if (bits < 8) return DWORD{*first} >> (8 - bits - x * bits % 8) & ((1U << bits) - 1);
+  DWORD value = 0;
+  std::memcpy(&value, first, static_cast<std::size_t>(bits) / 8);
+  return value;
 }
-inline DWORD pixel(const OwnedDib& dib, int x, int y) { return pixel(dib.get(), x, y); }
 
-inline void setPixel(BITMAPINFOHEADER* dib, int x, int y, DWORD value) {
-  BYTE* row = rowOf(dib, y);
-  dibkit::withFormat(dib->biBitCount, [&](auto format) {
-    using Format = decltype(format);
-    if constexpr (std::is_same_v<typename Format::Raw, dibkit::Rgb>) {
-      Format::put(row, x, dibkit::Rgb{BYTE(value >> 16 & 255), BYTE(value >> 8 & 255), BYTE(value & 255)});
-    } else {
-      Format::put(row, x, static_cast<typename Format::Raw>(value));
-    }
-  });
+/// Any value but 0 sets a pixel of one bit.
+inline void setPixel(const auto& dib, int x, int y, DWORD value) {
+  const int bits = dib->biBitCount;
+  BYTE* first = rowOf(&*dib, y) + x * bits / 8;
+  if (bits >= 8) {
+    std::memcpy(first, &value, static_cast<std::size_t>(bits) / 8);
+  } else {
+    const int shift = 8 - bits - x * bits % 8;
+    const DWORD mask = ((1U << bits) - 1) << shift, stored = bits == 1 ? DWORD{value != 0} : value;
+    *first = static_cast<BYTE>((*first & ~mask) | (stored << shift & mask));
+  }
 }
-inline void setPixel(const OwnedDib& dib, int x, int y, DWORD value) { setPixel(dib.get(), x, y, value); }
+
+/// An image whose pixel at (x, y) is stored as rule(x, y), called in reading order.
+template <class Rule>
+OwnedDib drawn(int width, int height, int bitCount, Rule&& rule, const std::vector<DWORD>& palette = {}) {
+  OwnedDib dib = image(width, height, bitCount, palette);
+  forEachPixel(boundsOf(dib), [&](int x, int y) { setPixel(dib, x, y, rule(x, y)); });
+  return dib;
+}
 
 /// An image from its stored pixels, top row first.
 inline OwnedDib imageOf(int width, int height, int bitCount, const std::vector<DWORD>& pixels,
                         const std::vector<DWORD>& palette = {}) {
-  OwnedDib dib = image(width, height, bitCount, palette);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) setPixel(dib, x, y, pixels.at(static_cast<std::size_t>(y * width + x)));
-  }
-  return dib;
+  const auto rule = [&](int x, int y) { return pixels.at(static_cast<std::size_t>(y * width + x)); };
+  return drawn(width, height, bitCount, rule, palette);
 }
 
 /// The stored pixels, top row first.
-inline std::vector<DWORD> pixelsOf(const BITMAPINFOHEADER* dib) {
+inline std::vector<DWORD> pixelsOf(const auto& dib) {
   std::vector<DWORD> pixels;
-  for (int y = 0; y < dib->biHeight; ++y) {
-    for (int x = 0; x < dib->biWidth; ++x) pixels.push_back(pixel(dib, x, y));
-  }
+  forEachPixel(boundsOf(dib), [&](int x, int y) { pixels.push_back(pixel(dib, x, y)); });
   return pixels;
 }
-inline std::vector<DWORD> pixelsOf(const OwnedDib& dib) { return pixelsOf(dib.get()); }
 
-/// Bytes of a whole block, for comparing images to the byte.
-inline std::vector<BYTE> bytesOf(const BITMAPINFOHEADER* dib) {
-  const auto* bytes = reinterpret_cast<const BYTE*>(dib);
-  return {bytes, bytes + dibkit::layoutOf(dib)->total};
+/// Bytes of a whole block, for comparing images to the byte. None for no image.
+inline std::vector<BYTE> bytesOf(const auto& dib) {
+  if (!dib) return {};
+  const auto* bytes = reinterpret_cast<const BYTE*>(&*dib);
+  return {bytes, bytes + dibkit::layoutOf(&*dib)->total};
 }
-inline std::vector<BYTE> bytesOf(const OwnedDib& dib) { return bytesOf(dib.get()); }
 
 using Random = std::mt19937;
 inline int below(Random& random, int limit) {
   return static_cast<int>(random() % static_cast<unsigned>(limit));
 }
+/// One of the values of an array or list.
+template <class Values>
+auto oneOf(Random& random, const Values& values) {
+  return *(std::begin(values) + below(random, static_cast<int>(std::size(values))));
+}
+template <class Value>
+Value oneOf(Random& random, std::initializer_list<Value> values) {
+  return *(values.begin() + below(random, static_cast<int>(values.size())));
+}
 
-/// Fills rows with random pixels, bytes biased to 0 and 255 where arithmetic breaks; padding stays 0.
-inline void fillRandom(BITMAPINFOHEADER* dib, Random& random) {
+/// Random pixels, with bytes biased to 0 and 255, where arithmetic breaks; padding stays 0.
+inline OwnedDib randomImage(int width, int height, int bitCount, Random& random,
+                            const std::vector<DWORD>& palette = {}) {
   const auto byte = [&]() -> DWORD {
     const auto draw = random();
     return draw % 4 == 0 ? 0 : draw % 4 == 1 ? 255 : draw >> 8 & 255;
   };
-  for (int y = 0; y < dib->biHeight; ++y) {
-    for (int x = 0; x < dib->biWidth; ++x) {
-      const DWORD value = byte() << 24 | byte() << 16 | byte() << 8 | byte();
-      setPixel(dib, x, y, dib->biBitCount == 4 ? value & 15 : value);
-    }
-  }
-}
-inline OwnedDib randomImage(int width, int height, int bitCount, Random& random,
-                            const std::vector<DWORD>& palette = {}) {
-  OwnedDib dib = image(width, height, bitCount, palette);
-  fillRandom(dib.get(), random);
-  return dib;
+  const auto rule = [&](int, int) {
+    const DWORD value = byte() << 24 | byte() << 16 | byte() << 8 | byte();
+    return bitCount == 4 ? value & 15 : value;
+  };
+  return drawn(width, height, bitCount, rule, palette);
 }
 
-/// Keeps every fraction that it is told; cancels during the report with the given number (0 for the first).
+/// Keeps every reported fraction; cancels during the report with the given number (0 for the first).
 class Progress : public CQorCommonProgress {
  public:
   explicit Progress(int cancelAt = -1) : cancelAt_(cancelAt) {}
