@@ -15,7 +15,7 @@ constexpr int stripWidth = stages * (thumbWidth + gap) + 3 * gap,
               stripHeight = thumbHeight + labelHeight + 2 * gap;
 constexpr DWORD paper = 0xFFF4F1EA, ink = 0xFF3A3630;
 
-/// A picture from a rule that gives the colour at 0..1, 0..1.
+/// A picture whose rule gives the colour at x and y from 0 to 1.
 template <class Rule>
 dibkit::OwnedDib paint(int width, int height, Rule&& rule) {
   dibkit::OwnedDib dib(CBitmapCreator::CreateDibImage(width, height, 32, 0));
@@ -72,12 +72,16 @@ void write(const dibkit::OwnedDib& sheet, int left, int top, const std::string& 
 }
 
 bool save(const dibkit::OwnedDib& sheet, const char* file) {
+  std::vector<png_byte> bytes;
+  dibkit::forEachPixel(sheet.get(), [&](int, int, dibkit::Rgb colour) {
+    bytes.insert(bytes.end(), {colour.red, colour.green, colour.blue});
+  });
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(sheet->biWidth);
   image.height = static_cast<png_uint_32>(sheet->biHeight);
-  image.format = PNG_FORMAT_BGRA;
-  return png_image_write_to_file(&image, file, 0, GetDIBBits(sheet.get()), -sheet->biWidth * 4, nullptr) != 0;
+  image.format = PNG_FORMAT_RGB;
+  return png_image_write_to_file(&image, file, 0, bytes.data(), 0, nullptr) != 0;
 }
 
 }  // namespace

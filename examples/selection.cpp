@@ -1,7 +1,5 @@
 // A selection with marching dashes over a checkerboard, a few strokes and shapes in it, as an animated GIF.
 #include <cstdio>
-#include <functional>
-#include <vector>
 
 #include <dibkit.h>
 #include <gif_lib.h>
@@ -11,20 +9,14 @@ namespace {
 using dibkit::OwnedDib;
 constexpr int width = 320, height = 200;
 
-/// The palette index of a pixel of 4 or 8 bits.
-BYTE indexAt(const dibkit::ConstView& picture, int x, int y) {
-  const BYTE* row = picture.row(y);
-  return picture.bitCount() == 4 ? Get4BitPixel(row, x) : Get8BitPixel(row, x);
-}
-
-/// Opaque pixels on the canvas, where a picture's index has a colour.
-void stamp(BITMAPINFOHEADER* canvas, const BITMAPINFOHEADER* picture, const POINT& at,
-           const std::function<const COLORREF*(int index)>& colourOf) {
+/// Draws a palette picture on the canvas, opaque, in the colours that colourOf(index) gives; null for none.
+template <class Format, class ColourOf>
+void stamp(BITMAPINFOHEADER* canvas, const OwnedDib& picture, const POINT& at, ColourOf&& colourOf) {
   const dibkit::View target(canvas);
-  const dibkit::ConstView source(picture);
+  const dibkit::View source(picture.get());
   for (int y = 0; y < source.lines(); ++y) {
     for (int x = 0; x < source.width(); ++x) {
-      const COLORREF* colour = colourOf(indexAt(source, x, y));
+      const COLORREF* colour = colourOf(Format::get(source.row(y), x));
       if (colour == nullptr || !target.contains(at.x + x, at.y + y)) continue;
       const DWORD opaque = 0xFF000000 | dibkit::packRgb(dibkit::fromColorRef(*colour));
       dibkit::Bgra32::put(target.row(static_cast<int>(at.y + y)), static_cast<int>(at.x + x), opaque);
@@ -32,17 +24,18 @@ void stamp(BITMAPINFOHEADER* canvas, const BITMAPINFOHEADER* picture, const POIN
   }
 }
 
-void stampShape(BITMAPINFOHEADER* canvas, BITMAPINFOHEADER* shape, const POINT& at, COLORREF line,
+void stampShape(BITMAPINFOHEADER* canvas, const OwnedDib& shape, const POINT& at, COLORREF line,
                 COLORREF fill) {
-  const OwnedDib owned(shape);
-  stamp(canvas, shape, at, [&](int index) { return index == 0 ? &line : index == 1 ? &fill : nullptr; });
+  stamp<dibkit::Index4>(canvas, shape, at, [&](int index) {
+    return index == 0 ? &line : index == 1 ? &fill : nullptr;
+  });
 }
 
 void stampLine(BITMAPINFOHEADER* canvas, const POINT& from, const POINT& to, int pen, bool round,
                COLORREF colour) {
   POINT at;
   const OwnedDib line(CDIB32::GenerateLine({0, 0, width, height}, from, to, pen, 0, round, nullptr, &at));
-  stamp(canvas, line.get(), at, [&](int coverage) { return coverage != 0 ? &colour : nullptr; });
+  stamp<dibkit::Index8>(canvas, line, at, [&](int coverage) { return coverage != 0 ? &colour : nullptr; });
 }
 
 OwnedDib scene() {
@@ -50,12 +43,12 @@ OwnedDib scene() {
   CDIB32::MakeAllPixelsSameOpacity(canvas.get(), 255);
   CDIB32::Init32DIBBackground(canvas.get(), 250, 250, 250, 214, 218, 224, 0, 0);
   POINT at;
-  BITMAPINFOHEADER* sun = PaintShapeOnPic({196, 24, 276, 104}, 5, 1, 1, {0, 0}, &at);
+  const OwnedDib sun(PaintShapeOnPic({196, 24, 276, 104}, 5, 1, 1, {0, 0}, &at));
   stampShape(canvas.get(), sun, at, RGB(196, 90, 20), RGB(252, 196, 60));
-  BITMAPINFOHEADER* card = PaintShapeOnPic({34, 36, 154, 112}, 3, 0, 1, {32, 32}, &at);
+  const OwnedDib card(PaintShapeOnPic({34, 36, 154, 112}, 3, 0, 1, {32, 32}, &at));
   stampShape(canvas.get(), card, at, RGB(30, 60, 110), RGB(150, 190, 235));
   POINT star[] = {{94, 40}, {114, 101}, {62, 63}, {126, 63}, {74, 101}};
-  BITMAPINFOHEADER* points = PaintPolygonOnPic(star, 5, 2, 1, &at);
+  const OwnedDib points(PaintPolygonOnPic(star, 5, 2, 1, &at));
   stampShape(canvas.get(), points, at, RGB(30, 60, 110), RGB(255, 255, 255));
   stampLine(canvas.get(), {40, 168}, {150, 140}, 14, true, RGB(40, 140, 90));
   stampLine(canvas.get(), {176, 146}, {284, 168}, 10, false, RGB(190, 50, 70));
@@ -66,11 +59,11 @@ OwnedDib scene() {
 /// A frame with its own colours, which are few enough for any GIF.
 bool putFrame(GifFileType* gif, BITMAPINFOHEADER* canvas, int hundredths) {
   const OwnedDib trueColour(CBitmapConverter::Convert32BitsTo24Bits(canvas, nullptr));
-  const OwnedDib frame(CBitmapConverter::ConvertTrueDibToLowBitsDib(trueColour.get(), nullptr));
-  if (!frame || frame->biBitCount == 1) return false;
-  const RGBQUAD* palette = dibkit::paletteOf(frame.get());
+  const OwnedDib frame(CBitmapConverter::ConvertTrueDibTo8BitsDib(trueColour.get(), 0, nullptr));
+  if (!frame) return false;
+  const dibkit::PaletteTable palette(frame.get());
   ColorMapObject* colours = GifMakeMapObject(256, nullptr);
-  for (DWORD i = 0; i < GetDIBPaletteSize(frame.get()); ++i) {
+  for (std::size_t i = 0; i < 256; ++i) {
     colours->Colors[i] = {palette[i].rgbRed, palette[i].rgbGreen, palette[i].rgbBlue};
   }
   const GraphicsControlBlock control{DISPOSE_DO_NOT, false, hundredths, NO_TRANSPARENT_COLOR};
@@ -78,12 +71,8 @@ bool putFrame(GifFileType* gif, BITMAPINFOHEADER* canvas, int hundredths) {
   EGifGCBToExtension(&control, block);
   bool done = EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, 4, block) != GIF_ERROR &&
               EGifPutImageDesc(gif, 0, 0, width, height, false, colours) != GIF_ERROR;
-  const dibkit::ConstView pixels(frame.get());
-  std::vector<GifPixelType> line(width);
-  for (int y = 0; done && y < height; ++y) {
-    for (int x = 0; x < width; ++x) line[static_cast<std::size_t>(x)] = indexAt(pixels, x, y);
-    done = EGifPutLine(gif, line.data(), width) != GIF_ERROR;
-  }
+  const dibkit::View pixels(frame.get());
+  for (int y = 0; done && y < height; ++y) done = EGifPutLine(gif, pixels.row(y), width) != GIF_ERROR;
   GifFreeMapObject(colours);
   return done;
 }

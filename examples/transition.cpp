@@ -10,12 +10,11 @@ int main() {
 
   constexpr int grow = 13, diamond = 4;
   for (int percent = 0; percent <= 100; percent += 25) {
-    BITMAPINFOHEADER* piece = nullptr;
+    dibkit::OwnedDib piece;
     RECT place{};
-    if (GeneralEffectFrame(grow, incoming.get(), diamond, percent, &piece, &place) == 0) return 1;
-    const dibkit::OwnedDib visible(piece);
+    if (GeneralEffectFrame(grow, incoming.get(), diamond, percent, out(piece), &place) == 0) return 1;
     const dibkit::OwnedDib frame(CBitmapCreator::Clone(outgoing.get()));
-    CDIB32::CombineBlock(frame.get(), {0, 0}, visible.get(), {place.left, place.top}, 0);
+    CDIB32::CombineBlock(frame.get(), {0, 0}, piece.get(), {place.left, place.top}, 0);
     std::printf("%3d %%: the piece covers columns %d to %d, rows %d to %d\n", percent, int(place.left),
                 int(place.right), int(place.top), int(place.bottom));
   }

@@ -82,7 +82,7 @@ class Out : public Parameter {
   Verdict verdict(std::size_t value) const override { return value == 0 ? V::right : nullIs; }
   void choose(std::size_t value) override {
     given_ = value == 0 ? &cell_ : nullptr;
-    std::memset(&cell_, 0x44, sizeof(T));
+    std::memset(static_cast<void*>(&cell_), 0x44, sizeof(T));
     untouched_ = cell_;
   }
   std::string settle(Verdict call) override {
