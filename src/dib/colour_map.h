@@ -7,8 +7,8 @@
 struct MapPosition;
 using POSITION = MapPosition*;
 
-/// The framework's hash map, on a standard container. The library uses it as colour map (colour key to
-/// palette index) and never depends on the order of enumeration.
+/// The framework's hash map, on a standard container. The operations use it as a colour map, colour key to
+/// palette index; CPaletteFuns describes the keys. No result depends on the order of enumeration.
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 class CMap {
  public:
@@ -24,7 +24,9 @@ class CMap {
     if (allocateNow) entries_.reserve(size);
   }
 
-  /// Copies the key's value to `value` when the map has the key; otherwise `value` is unchanged.
+  /// Copies the key's value to `value` if the map has the key; else `value` is unchanged.
+
+  /// \return 1 if the map has the key, else 0
   int Lookup(ARG_KEY key, VALUE& value) const {
     const auto found = entries_.find(key);
     if (found == entries_.end()) return 0;
@@ -32,15 +34,19 @@ class CMap {
     return 1;
   }
 
-  /// The key's value; a default value is added when the map lacks the key.
+  /// The key's value, added as VALUE() if the map lacks the key.
   VALUE& operator[](ARG_KEY key) { return entries_[key]; }
+  /// Adds the key, or replaces its value.
   void SetAt(ARG_KEY key, ARG_VALUE value) { entries_[key] = value; }
+  /// \return whether the map had the key
   int RemoveKey(ARG_KEY key) { return entries_.erase(key) != 0; }
   void RemoveAll() { entries_.clear(); }
 
+  /// Where an enumeration starts; null for an empty map.
   POSITION GetStartPosition() const { return positionOf(entries_.begin()); }
 
-  /// Gives the association at `position` and advances the position, to null after the last one.
+  /// Gives the association at `position`, which must not be null, and moves the position to the next one, to
+  /// null after the last.
   void GetNextAssoc(POSITION& position, KEY& key, VALUE& value) const {
     const auto* entry = reinterpret_cast<const Entry*>(position);
     key = entry->first;

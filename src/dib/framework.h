@@ -3,8 +3,10 @@
 #include "platform/win32.h"
 
 /// \file
-/// The few classes of the host's application framework that cross the library's boundary. A host that is
-/// built with the framework uses the framework's own; elsewhere these have just the members that are used.
+/// The three classes of the host's application framework that the interface uses: CMap, CPoint and CPalette.
+/// A host that is built with the framework uses the framework's own. Everywhere else these stand in for them,
+/// with the members that are needed here. As with standard containers, one thread at a time may change an
+/// object.
 
 #if defined(__AFX_H__)
 #include <afxtempl.h>
@@ -23,7 +25,7 @@ class CPoint : public POINT {
   bool operator!=(const POINT& other) const { return !(*this == other); }
 };
 
-/// A logical palette and its owner.
+/// A logical palette that it owns.
 class CPalette {
  public:
   CPalette() = default;
@@ -31,11 +33,14 @@ class CPalette {
   CPalette(const CPalette&) = delete;
   CPalette& operator=(const CPalette&) = delete;
 
+  /// Makes the palette, after the release of an earlier one.
+  /// \return FALSE when it could not be made
   BOOL CreatePalette(LOGPALETTE* description) {
     DeleteObject();
     palette_ = ::CreatePalette(description);
     return palette_ != nullptr ? TRUE : FALSE;
   }
+  /// The palette, or null.
   HGDIOBJ GetSafeHandle() const { return palette_; }
   /// Transfers the palette to the caller.
   HGDIOBJ Detach() {
@@ -43,6 +48,8 @@ class CPalette {
     palette_ = nullptr;
     return palette;
   }
+  /// Releases the palette.
+  /// \return FALSE when there was none
   BOOL DeleteObject() { return palette_ != nullptr ? ::DeleteObject(Detach()) : FALSE; }
 
  private:

@@ -10,7 +10,7 @@
 
 namespace dibkit {
 
-/// The largest block that a packed DIB may be: its size has to fit the header's signed arithmetic.
+/// The largest block that a packed DIB may be.
 constexpr std::int64_t maximumDibBytes = INT32_MAX;
 
 /// Bytes from one row to the next. Both factors are at most 32 bits wide, so nothing overflows.
@@ -24,8 +24,10 @@ struct Layout {
   std::int64_t total = 0;  ///< size of the whole block
 };
 
-/// The layout that a header describes; nothing for a null pointer or a header that describes no possible
-/// block: one shorter than a BITMAPINFOHEADER, a size below 0, or more bytes than a packed DIB may have.
+/// The layout that a header describes. Every operation of the library takes an image only if it has one.
+
+/// \return nothing for a null pointer, a header shorter than a BITMAPINFOHEADER, a negative width or height,
+///     or more than maximumDibBytes
 inline std::optional<Layout> layoutOf(const BITMAPINFOHEADER* dib) {
   if (dib == nullptr || dib->biSize < sizeof(BITMAPINFOHEADER) || dib->biWidth < 0 || dib->biHeight < 0) {
     return std::nullopt;

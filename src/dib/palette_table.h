@@ -9,9 +9,13 @@
 
 #include "dib/layout.h"
 
+/// \file
+/// The palette of a packed DIB.
+
 namespace dibkit {
 
-/// The first palette entry, which follows the header at its own size (biSize).
+/// The first palette entry, biSize bytes from the start of the block.
+/// \param dib not null
 inline RGBQUAD* paletteOf(BITMAPINFOHEADER* dib) {
   return reinterpret_cast<RGBQUAD*>(reinterpret_cast<BYTE*>(dib) + dib->biSize);
 }
@@ -19,13 +23,13 @@ inline const RGBQUAD* paletteOf(const BITMAPINFOHEADER* dib) {
   return paletteOf(const_cast<BITMAPINFOHEADER*>(dib));
 }
 
-/// A copy of an image's palette with 256 entries, so that no index needs a check. An entry beyond the palette
-/// is read from the bytes that follow it, pixel rows included, as the interface promises; one outside the
-/// block is black.
+/// A copy of an image's palette with 256 entries, so that no index needs a check. Entries beyond the palette
+/// are the bytes that follow it in the block, pixel rows included: operations give these colours, and hosts
+/// rely on them. Entries outside the block are black.
 class PaletteTable {
  public:
   PaletteTable() = default;
-  /// The palette that starts `offset` bytes from the start of a block with a usable header.
+  /// The palette that starts `offset` bytes from the start of the block; black for an unusable header.
   PaletteTable(const BITMAPINFOHEADER* dib, std::int64_t offset) {
     const std::optional<Layout> layout = layoutOf(dib);
     if (!layout || offset < 0 || offset >= layout->total) return;

@@ -3,13 +3,25 @@
 #include "dib/framework.h"
 #include "platform/export.h"
 
-/// The toolkit for 32-bit images: packed DIBs of 32 bits without palette or masks, whose pixels hold blue,
-/// green, red and opacity in this order. Opacity 0 is transparent, 255 opaque; colour is straight, never
-/// multiplied by opacity, so a transparent pixel may have any colour. Points count from the top-left pixel.
+/// \file
+/// 32-bit images with alpha: create, composite, merge, fill, magic wand, scale, median, sharpen, soft
+/// brushes, trim, editor overlays (checkerboard, marching ants). No blur, gradient or averaging scaler.
 ///
-/// Unless an operation says otherwise, images that it returns are new and belong to the caller, who releases
-/// them with `delete[] reinterpret_cast<BYTE*>(image)`; a null image, one of another depth or one with an
-/// unusable header gets a null result, FALSE or nothing done, and so does memory that ran out.
+/// \code
+/// const OwnedRegion selected(CDIB32::MagicWandRegion(picture, seed, tolerance));
+/// CDIB32::Fill32DIBOpacityArea(picture, selected.get(), 0);
+/// \endcode
+
+/// Operations on 32-bit images: packed DIBs without palette or masks, bytes blue, green, red, alpha (0
+/// transparent, 255 opaque). Colour is straight, not premultiplied. Points count from the top-left pixel.
+/// Unless an operation says otherwise, a returned image is new and belongs to the caller, and an image that
+/// is null, of another depth or with an unusable header gives null, FALSE or no change, as does a lack of
+/// memory.
+///
+/// Threads: an image that a call writes (the first argument, and the source of BitBlt32DIB, Stretch32DIB,
+/// ZoomIn32DIB and ZoomOut32DIB) must not be used by another. Aliasing: source and destination may be one
+/// image; drawn pixels are then read again. Sizes: as in dibkit.h. Cost: one pass over the pixels, if not
+/// given.
 class DIBKIT_API CDIB32 {
  public:
   CDIB32() {}
@@ -24,51 +36,48 @@ class DIBKIT_API CDIB32 {
   /// \param width,height in pixels, 0 or more
   static BITMAPINFOHEADER* CreateBlank32BitsDIB(int width, int height);
 
-  /// A new image with every pixel the colour at the given opacity.
+  /// A new image of one colour.
   /// \param width,height in pixels, 0 or more
   static BITMAPINFOHEADER* CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha);
 
   /// A 32-bit image of a picture of 1, 4, 8, 16, 24 or 32 bits. 16 bits are 5-5-5 (full white becomes 248);
   /// the fourth byte of a 32-bit picture is ignored.
-  /// \param mask 1-bit image, paired with the picture from the top-left pixel of both, or null for none;
-  /// pixels that it does not cover count as clear
-  /// \param normalAlpha opacity of pixels whose mask bit is clear
-  /// \param maskedAlpha opacity of pixels whose mask bit is set
-  /// \note a 16-bit picture with bit fields goes to ConvertBitField16BitsDIBTo32BitsDIB, both opacities
-  /// unused
+  /// \param mask 1-bit image with the same top-left pixel; pixels beside it are clear; null for none
+  /// \param normalAlpha,maskedAlpha alpha of pixels whose mask bit is clear, and set
+  /// \note converts a 16-bit picture with bit fields by ConvertBitField16BitsDIBTo32BitsDIB: alpha 255 and 0
   static BITMAPINFOHEADER* ConvertTo32BitsDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask,
                                               BYTE normalAlpha, BYTE maskedAlpha);
 
-  /// A 32-bit image of a 16-bit BI_BITFIELDS picture; red must lie right above green and green right above
-  /// blue, as in 5-6-5 and 5-5-5. A field of more than 8 bits reads as 0.
-  /// \param mask as in ConvertTo32BitsDIB: opacity 0 where its bit is set, 255 elsewhere
+  /// A 32-bit image of a 16-bit BI_BITFIELDS picture with adjacent fields, red above green above blue, as in
+  /// 5-6-5 and 5-5-5. A field of more than 8 bits reads as 0.
+  /// \param mask as in ConvertTo32BitsDIB: alpha 0 where its bit is set, 255 elsewhere
   static BITMAPINFOHEADER* ConvertBitField16BitsDIBTo32BitsDIB(BITMAPINFOHEADER* source,
                                                                BITMAPINFOHEADER* mask);
 
-  /// Where the lowest run of set bits in a colour mask lies; both results are 0 for a mask of 0.
+  /// The lowest run of set bits in a colour mask; both results are 0 for a mask of 0.
   /// \param[out] shift number of clear bits below the run
   /// \param[out] length number of bits in the run
   static void CalcuMaskShift(DWORD mask, int& shift, int& length);
 
-  /// Gives every pixel the colour and leaves it its opacity.
+  /// Sets the colour of every pixel; alpha is unchanged.
   static void Make32BitsSimpleColorDIB(BITMAPINFOHEADER* image, COLORREF colour);
 
-  /// Gives every pixel the opacity and leaves it its colour.
+  /// Sets the alpha of every pixel; colours are unchanged.
   static void MakeAllPixelsSameOpacity(BITMAPINFOHEADER* image, BYTE alpha);
 
-  /// Scales every opacity by (255 - reduction) / 255, truncated.
+  /// Scales the alpha of every pixel by (255 - reduction) / 255, truncated.
   static void Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction);
 
-  /// Makes every pixel the opaque colour.
+  /// Sets every pixel to the colour, opaque.
   static void Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue);
 
-  /// TRUE when no pixel has an opacity below 255.
+  /// TRUE if every pixel is opaque.
   static BOOL IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image);
 
-  /// TRUE when some pixel has an opacity of 1 to 254.
+  /// TRUE if some pixel is translucent: alpha 1 to 254.
   static BOOL IsTranslucence32BitsImage(BITMAPINFOHEADER* const image);
 
-  /// TRUE when the point lies in the image and its pixel is not transparent.
+  /// TRUE if the point is inside the image and its pixel is not transparent.
   static BOOL IsIn32BitsDIB(BITMAPINFOHEADER* image, const POINT& point);
 
   /// Luminance of pixel a less that of pixel b, a comparator from dark to bright. The luminance of a pixel is
@@ -77,47 +86,44 @@ class DIBKIT_API CDIB32 {
   static int CompareColors(const void* a, const void* b);
   /// @}
 
-  /// \name Opacity and blitting
-  /// Block operations lay a source over a destination, each with the point where its top-left pixel lies in a
-  /// common space, and touch the pixels that both cover, from the top row, each row from the left; source and
-  /// destination may be one image. A mask is an 8-bit image placed in the same space, which limits the
-  /// operation to the pixels that it covers with a byte other than 0.
+  /// \name Composite and copy
+  /// A source is combined with a destination. The origins are the places of their top-left pixels in a common
+  /// space; the pixels that both cover are processed from the top row, each row from the left. Source and
+  /// destination may be one image. A mask is an 8-bit image in the same space: only pixels under its non-zero
+  /// bytes are processed.
   ///
-  /// The last byte has one of three senses. A reduction is taken off every source opacity, down to 0, and 0
-  /// means full strength. A transparency t scales source opacities by (255 - t) / 255, 0 again meaning full
-  /// strength. A strength s scales them by s / 255, and 0 does nothing. All divisions truncate.
+  /// The last byte has one of three meanings. A reduction is subtracted from every source alpha, down to 0; 0
+  /// is full strength. A transparency t scales source alpha by (255 - t) / 255; 0 is full strength. A
+  /// strength s scales it by s / 255; 0 does nothing. All divisions truncate.
   /// @{
 
-  /// Opacity of a layer laid over another: 255 - (255 - a)(255 - b) / 255.
+  /// Alpha of one layer over another: 255 - (255 - a)(255 - b) / 255.
   static BYTE CalcuOpacity(BYTE a, BYTE b);
 
-  /// One colour channel of a layer laid over another, as straight colour.
-  /// \param dstAlpha,srcAlpha opacities of the lower and the upper layer
-  /// \param dstColour,srcColour their channels
-  /// \param outAlpha opacity of the result, from CalcuOpacity; 0 leaves the sum undivided
+  /// One channel of a layer over another, straight colour.
+  /// \param dstAlpha,srcAlpha alpha of the lower and the upper layer; dstColour,srcColour their channels
+  /// \param outAlpha alpha of the result, from CalcuOpacity; 0 leaves the sum undivided
   /// \return ((dstColour dstAlpha (255 - srcAlpha)) / 255 + srcColour srcAlpha) / outAlpha, at most 255
   static BYTE CalcuRGBValue(BYTE dstAlpha, BYTE srcAlpha, BYTE dstColour, BYTE srcColour, BYTE outAlpha);
 
-  /// Composes the source over the destination, exactly: opacity by CalcuOpacity, colours by CalcuRGBValue.
-  /// Where both opacities are 0 the destination becomes transparent black.
+  /// Composites the source over the destination (straight alpha "over"), exactly: alpha by CalcuOpacity,
+  /// colours by CalcuRGBValue. Where both are transparent, the result is transparent black.
   static void CombineBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
-  /// Composes the source over the destination in steps of 1/256. With d and a the two opacities and
-  /// A = 256 (d + a) - d a, the opacity becomes A / 256 and each channel c under a source channel s
-  /// (256 c d + (256 s - c d) a) / A. Pixels with a = 0 stay as they are.
+  /// Composites the source over the destination in steps of 1/256. With d and a the alpha of destination and
+  /// source and A = 256 (d + a) - d a, alpha becomes A / 256 and each channel c under a source channel s
+  /// becomes (256 c d + (256 s - c d) a) / A. Pixels with a = 0 are unchanged.
   static void BitBlt32DIBPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
-  /// Mixes all four bytes with the reduced source opacity a as weight: (byte (256 - a) + source byte a) /
-  /// 256, the source byte for a = 255. The opacity byte that is mixed in is the source's own, not the reduced
-  /// one.
+  /// Mixes all four bytes with the reduced source alpha a as weight: (byte (256 - a) + source byte a) / 256,
+  /// the source byte for a = 255. The alpha byte that is mixed in is the source's own, not the reduced one.
   static void BitBlt32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
-  /// Copies the pixels whose reduced opacity is 255. Translucent ones change the source, not the destination:
-  /// with f = 256 a / 255 each of their channels becomes (256 s + (d - s) f) / 256. Callers that want to
-  /// blend use one of the other operations.
+  /// Copies the pixels whose reduced alpha is 255. Translucent ones change the source, not the destination:
+  /// with f = 256 a / 255 each of their channels becomes (256 s + (d - s) f) / 256.
   static void BitBlt32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
@@ -126,18 +132,18 @@ class DIBKIT_API CDIB32 {
   static void Mix32BitsDIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency);
 
-  /// Mix32BitsDIBMMX with the opacities, after the transparency, scaled by mask byte / 255.
+  /// Mix32BitsDIBMMX with alpha, after the transparency, scaled by mask byte / 255.
   static void Mix32BitsDIBMMX_Mask(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                    BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency,
                                    BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
 
-  /// Composes opacity alone: with a the reduced source opacity, the last byte d of a destination pixel
-  /// becomes (256 (a + d) - d a) / 256.
+  /// Composites alpha alone: with a the reduced source alpha, the last byte d of a destination pixel becomes
+  /// (256 (a + d) - d a) / 256.
   /// \param destination of 8, 16, 24 or 32 bits
   static void BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
-  /// Takes the scaled source opacity off the destination's opacity, down to 0. Colours stay.
+  /// Eraser: subtracts the scaled source alpha from the destination's, down to 0. Colours are unchanged.
   static void Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength);
 
@@ -146,7 +152,7 @@ class DIBKIT_API CDIB32 {
                                BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE strength,
                                BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
 
-  /// Copies colours, and opacities less the reduction.
+  /// Copies colours, and alpha less the reduction.
   static void CopyBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                         BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction);
 
@@ -154,33 +160,31 @@ class DIBKIT_API CDIB32 {
   static void TransformBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin);
 
-  /// Copies opacities alone.
+  /// Copies alpha alone.
   static void TransformAlphaChannelBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                          BITMAPINFOHEADER* source, const POINT& sourceOrigin);
   /// @}
 
-  /// \name Merging
-  /// Each makes a new image that covers all placed images and rectangles given, rules over the empty space
-  /// between them included: result pixel (i, j) lies at (outOrigin->x + i, outOrigin->y + j) of the common
-  /// space. The new image belongs to the caller; the inputs stay as they are.
-  /// \return TRUE when the image was made
+  /// \name Merge
+  /// Each makes a new image, the bounding box of its inputs: result pixel (i, j) is at (outOrigin->x + i,
+  /// outOrigin->y + j) of the common space. The inputs are unchanged.
+  /// \return TRUE if the image was made
   /// @{
 
-  /// Composes `top` over `bottom` as CombineBlock does, after taking its reduction off each one's opacities.
-  /// What neither covers is transparent black. On failure the out parameters are left alone.
+  /// Composites `top` over `bottom` as CombineBlock does, after the subtraction of its reduction from the
+  /// alpha of each. What neither covers is transparent black. On failure the out parameters are unchanged.
   static BOOL CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BYTE bottomReduction,
                           BITMAPINFOHEADER* top, const POINT& topOrigin, BYTE topReduction,
                           BITMAPINFOHEADER** out, POINT* outOrigin);
 
-  /// Colours of `second` where it is visible, of `first` where only that is; every opacity is 0. In each row
-  /// with a visible pixel byte 12 (the blue byte of its fourth pixel) is 255; in a row of fewer than four
-  /// pixels that is a byte of a row further up the picture, and nothing above the top. On failure the out
-  /// parameters are left alone.
+  /// Colours of `second` where it is visible, of `first` where only that is; every alpha is 0. In each row
+  /// with a visible pixel, byte 12 (blue of the fourth pixel) is 255; in a row of fewer than four pixels that
+  /// is a byte of a row further up, none above the top. On failure the out parameters are unchanged.
   static BOOL Merge32DIBs(BITMAPINFOHEADER* first, const POINT& firstOrigin, BITMAPINFOHEADER* second,
                           const POINT& secondOrigin, BITMAPINFOHEADER** out, POINT* outOrigin);
 
-  /// The pixels of `top` that are not transparent, elsewhere those of `bottom`, without blending. Failure, an
-  /// empty result among it, gives a null image; the out parameters are written in every case.
+  /// The pixels of `top` that are not transparent, elsewhere those of `bottom`, without blending. On failure,
+  /// and for an empty result, the image is null and outOrigin is written too.
   static BOOL Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMAPINFOHEADER* top,
                              POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin);
 
@@ -188,53 +192,50 @@ class DIBKIT_API CDIB32 {
   static BOOL Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
                              POINT* outOrigin);
 
-  /// The image, and around it the opaque colour as far as `rect` reaches. The image's transparent pixels are
-  /// kept, so the colour never shows through them. Failure as for two images.
+  /// The image on a background: the opaque colour as far as `rect` reaches. The image's transparent pixels
+  /// replace it, so the colour does not show through them. Failure as for two images.
   static BOOL Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
                              BITMAPINFOHEADER** out, POINT* outOrigin);
   /// @}
 
-  /// \name Fills
-  /// A fill takes pixels by a box around a target: their opacity is exactly the target's, and each colour
-  /// channel lies at most `tolerance` away from the target's. A negative tolerance takes nothing. The target
-  /// is a pixel value, 0xAARRGGBB; the colour laid down is a COLORREF. Opacities are given as int and count
-  /// by their low byte. Laying a colour is composing it over the pixel as CombineBlock does.
+  /// \name Fill
+  /// A pixel matches a target if its alpha is the target's and each colour channel differs by at most
+  /// `tolerance`; none matches if that is negative. The target is a pixel value, 0xAARRGGBB; the fill is a
+  /// COLORREF, composited as by CombineBlock. Of its opacity or alpha the low byte counts.
   ///
-  /// The variants for transparent pixels take pixels of opacity 0, and replace them. The connected fills
-  /// start at a seed, which is filled whatever it holds, and spread to pixels left, right, above and below.
+  /// The variants for transparent pixels match alpha 0 and replace the pixels. The connected fills (flood
+  /// fill) start at a seed, which is always filled, and spread to pixels left, right, above and below.
   ///
-  /// The mask of a `_Mask` variant is an 8-bit image whose top-left pixel lies at `maskOrigin` in the image.
-  /// Only pixels that it covers with a byte other than 0 are taken, and the byte scales the opacity: opacity
-  /// byte / 255, truncated. (For a seed that the mask does not cover, the byte is whatever lies at its
-  /// address in the mask's block, 0 outside of it.)
+  /// The mask of a `_Mask` variant is an 8-bit image with its top-left pixel at `maskOrigin` in the image.
+  /// Only pixels under its non-zero bytes match, and the byte scales the opacity: opacity x byte / 255,
+  /// truncated. (For a seed beside the mask: the byte at that address, 0 outside the mask's block.)
   ///
-  /// The result is TRUE when the fill is complete and FALSE when memory ran out, which may leave it half
-  /// done, for a null or unfit image or mask, and for a seed outside the image.
+  /// Cost: the pixels reached and their neighbours; up to a bit of memory per pixel.
+  /// \return TRUE; FALSE for a null or unfit image or mask, a seed outside the image, and when memory runs
+  ///     out, which may leave the fill half done
   /// @{
 
-  /// Fills the area connected with the seed.
-  /// \param erase other than 0: the pixels become transparent and keep their colour; `fill` and `opacity` are
-  /// unused
+  /// Flood fill: fills the matching area connected with the seed.
+  /// \param erase not 0: the pixels become transparent and keep their colour; `fill` and `opacity` are unused
   /// \param bounds receives the bounding rectangle of the filled pixels; may be null
   static BOOL ExtFillConnectedPixels(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int erase,
                                      int opacity, int tolerance, const POINT& seed, RECT* bounds);
-  /// Fills the area connected with the seed, under a mask. A seed whose mask byte is 0 gets a layer of
-  /// opacity 0, which turns it black if it is transparent.
+  /// The same under a mask. A seed whose mask byte is 0 is composited at opacity 0: black if transparent.
   static BOOL ExtFillConnectedPixels_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                                           int tolerance, const POINT& seed, BITMAPINFOHEADER* mask,
                                           const CPoint& maskOrigin);
 
-  /// Fills all pixels like the target, connected or not.
+  /// Fills all matching pixels, connected or not (replace colour).
   static BOOL ExtFill32BitsDIB(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                                int tolerance);
-  /// Fills all pixels like the target under a mask, connected or not.
+  /// The same under a mask.
   static BOOL ExtFill32BitsDIB_Mask(BITMAPINFOHEADER* image, DWORD target, COLORREF fill, int opacity,
                                     int tolerance, BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
 
   /// Fills the transparent area connected with the seed.
   static BOOL ExtFillConnectedTransPixels(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                           const POINT& seed);
-  /// Fills the transparent area connected with the seed, under a mask. A seed whose mask byte is 0 stays.
+  /// The same under a mask. A seed whose mask byte is 0 is unchanged.
   static BOOL ExtFillConnectedTransPixels_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                                const POINT& seed, BITMAPINFOHEADER* mask,
                                                const CPoint& maskOrigin);
@@ -245,45 +246,46 @@ class DIBKIT_API CDIB32 {
   static BOOL ExtFillTransBlock_Mask(BITMAPINFOHEADER* image, COLORREF colour, int alpha,
                                      BITMAPINFOHEADER* mask, const CPoint& maskOrigin);
 
-  /// Sets the opacity of a rectangle, as far as it lies in the image; colours stay.
+  /// Sets the alpha of a rectangle, as far as it is inside the image; colours are unchanged.
   static BOOL Fill32DIBOpacityArea(BITMAPINFOHEADER* image, const RECT& area, BYTE alpha);
-  /// Sets the opacity of a region, as far as it lies in the image; colours stay.
+  /// Sets the alpha of a region, as far as it is inside the image; colours are unchanged.
+  /// \return FALSE also for a null region
   static BOOL Fill32DIBOpacityArea(BITMAPINFOHEADER* image, HRGN region, BYTE alpha);
   /// @}
 
-  /// \name Selection
-  /// A magic wand selects the pixels similar to a seed: each colour channel lies at most `tolerance` away
-  /// from the seed's, and both are opaque (opacity 128 and above) or both transparent. A seed outside the
-  /// image moves to the nearest edge. The region belongs to the caller, who releases it with DeleteObject; it
-  /// is null for an unfit image and when memory runs out.
+  /// \name Select
+  /// The magic wand selects the pixels similar to a seed: each colour channel differs by at most `tolerance`,
+  /// and both are opaque (alpha 128 and above) or both transparent. A seed outside the image moves to the
+  /// nearest edge. The region belongs to the caller (dibkit::OwnedRegion); it is null for an unfit image and
+  /// when memory runs out.
   /// @{
 
-  /// The similar pixels that are connected with the seed from left, right, above and below.
+  /// The similar pixels connected with the seed from left, right, above and below.
   static HRGN MagicWandRegion(BITMAPINFOHEADER* image, POINT seed, int tolerance);
-  /// All similar pixels, connected or not; null for a negative tolerance, to which nothing is similar. Each
-  /// call keeps a working block of 1632 bytes for good.
+  /// All similar pixels, connected or not; null for a negative tolerance. Each call keeps 1632 bytes for
+  /// good.
   static HRGN MagicWandRegion2(BITMAPINFOHEADER* image, POINT seed, int tolerance);
 
-  /// Adds a rectangle to a list of disjoint ones. A rectangle that shares a whole edge with one of the list
-  /// is merged with it, and the result again, as long as there is something to merge.
+  /// Adds a rectangle to a list of disjoint ones. If it shares a whole edge with one of the list, the two are
+  /// merged, and the result again. Cost: one pass over the list for each merge.
   /// \param list room for count + 1 rectangles
   /// \return the new number of rectangles; 0 for a null list or a negative count
   static int AddRect(RECT* list, int count, const RECT& rect);
   /// @}
 
-  /// \name Scaling
-  /// Draws a source over a destination, enlarged or reduced by taking the nearest pixel. The two ways of
-  /// drawing are those of BitBlt32DIB (opaque pixels are copied, translucent ones change the source, so an
-  /// enlarged pixel sees its own earlier changes, from the top, each row from the left) and, in the
-  /// operations that end in MMX, of Mix32BitsDIBMMX. A reduction is taken off the source opacities, as
-  /// weights only: the opacity byte that is copied or mixed in is the source's own.
+  /// \name Scale
+  /// Draws a source over a destination, enlarged or reduced by the nearest pixel (no averaging). The
+  /// operations that end in MMX draw as Mix32BitsDIBMMX. The others draw as BitBlt32DIB: opaque pixels are
+  /// copied, translucent ones change the source, so an enlarged pixel shows its own earlier changes. A
+  /// reduction is subtracted from the source alpha as a weight only: the alpha byte that is copied or mixed
+  /// in is the source's own. Cost: the pixels drawn.
   /// @{
 
-  /// Stretches to scale / 32768 of the size; the destination has no origin of its own.
-  /// \param sourceOrigin where the source's top-left pixel lies before scaling, which scales it too
-  /// \param scale 32768 is the size as it is; 0 does nothing
-  /// \note the edges of the area are products of 32 bits, which wrap; positions that fall exactly between two
-  /// source pixels take the left or upper one
+  /// Stretches to scale / 32768 of the size; the destination is at (0, 0).
+  /// \param sourceOrigin place of the source's top-left pixel before scaling; it is scaled too
+  /// \param scale 32768 is the same size; 0 does nothing
+  /// \note the edges of the area are products of 32 bits, which wrap; a position exactly between two source
+  ///     pixels takes the left or upper one
   static void Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
                            DWORD scale);
   static void Stretch32DIB(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* source, const POINT& sourceOrigin,
@@ -300,20 +302,20 @@ class DIBKIT_API CDIB32 {
   static void ZoomIn32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
 
-  /// Draws the top-left pixel of each block of factor x factor source pixels; the source's placed rectangle
+  /// Draws the top-left pixel of each block of factor x factor source pixels. The source's placed rectangle
   /// is divided, towards zero.
   /// \param factor 1 or more; anything else does nothing
-  /// \note ZoomOut32DIB takes the destination's width and height for its right and bottom edge wherever its
-  /// origin lies, so it draws on less of a destination at a positive origin
+  /// \note ZoomOut32DIB takes the destination's width and height for its right and bottom edge, also at
+  ///     another origin than (0, 0), so it draws on less of a destination at a positive one
   static void ZoomOut32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                            BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor, BYTE reduction);
   static void ZoomOut32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, int factor,
                               BYTE reduction);
 
-  /// Draws the colours of an 8-bit picture on a 32-bit destination, which keeps its opacities.
-  /// \param mask 1-bit image of the source's size whose set bits hide pixels, or null; bits that it lacks
-  /// count as clear
+  /// Draws the colours of an 8-bit picture on a 32-bit destination, whose alpha is unchanged.
+  /// \param mask 1-bit image of the source's size whose set bits hide pixels, or null; bits that it lacks are
+  ///     clear
   static void BitBlt8BitsDIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask, const POINT& sourceOrigin);
 
@@ -328,49 +330,50 @@ class DIBKIT_API CDIB32 {
                               int factor);
   /// @}
 
-  /// \name Filters
+  /// \name Filters and soft brushes
   /// @{
 
-  /// Replaces each pixel by the median of its n x n neighbourhood, ordered by the luminance of
-  /// CompareColors: of the pixels there, from dark to bright, the one at index count / 2, with its opacity.
-  /// The neighbourhood starts n / 2 to the left of and above the pixel; what lies outside the image does not
-  /// count. Among pixels of the median luminance any may be taken. (A histogram slides along the row, after
-  /// T. S. Huang, G. J. Yang, G. Y. Tang, "A fast two-dimensional median filtering algorithm", 1979.)
-  /// \param n side of the neighbourhood in pixels; below 1 nothing is done
+  /// Median filter: each pixel becomes the median of its n x n neighbourhood by the luminance of
+  /// CompareColors: of count pixels, from dark to bright, the one at index count / 2, with its alpha. The
+  /// neighbourhood starts n / 2 to the left of and above the pixel and ends at the edges of the image. Of
+  /// pixels of one luminance any may be taken. Cost: pixels times n; n rows of memory. (T. S. Huang, G. J.
+  /// Yang, G. Y. Tang, "A fast two-dimensional median filtering algorithm", 1979.)
+  /// \param n side of the neighbourhood in pixels; up to 1 nothing is done
   static void MedianFilter32BitsImage(BITMAPINFOHEADER* image, int n);
 
-  /// Sharpens the colours by a 3 x 3 kernel with -1 around a centre of k + 8; edge pixels repeat outside the
-  /// image, opacity stays. The sum is divided by k, towards zero.
-  /// \param k 1 sharpens most, larger values less. Below 1 nothing is divided, which makes it find edges.
+  /// Sharpens the colours by a 3 x 3 kernel with -1 around a centre of k + 8, divided by k, towards zero.
+  /// Edge pixels repeat outside the image; alpha is unchanged.
+  /// \param k 1 sharpens most, larger values less; below 1 there is no division, which finds edges
   static void Sharpen32BitsImage(BITMAPINFOHEADER* image, int k);
 
-  /// A soft eraser: takes amount x c / n^2 off the opacity of each pixel under the brush, down to 0. n is the
-  /// least of `size` and the brush's width and height; c counts the brush's non-zero bytes in the box of n x
-  /// n that starts n / 2 to the left of and above the pixel. The box is cut off at the brush's edges, the
-  /// divisor stays.
+  /// A soft eraser: subtracts amount x c / n^2 from the alpha of each pixel under the brush, down to 0. n is
+  /// the least of `size` and the brush's width and height, so at most 46,340, and n^2 fits 32 bits. c counts
+  /// the brush's non-zero bytes in the box of n x n that starts n / 2 to the left of and above the pixel (a
+  /// box blur). Cost: one pass over the brush, whatever n.
   /// \param brush an 8-bit image
-  /// \param position where the brush's top-left pixel lies in the destination
-  /// \param amount 0 to 255. Other values follow the formula in 32-bit arithmetic that wraps.
-  /// \param size of the feathered edge in pixels; below 1 nothing is done
-  /// \param clip pixels outside this region stay; null for no limit
+  /// \param position place of the brush's top-left pixel in the destination
+  /// \param amount 0 to 255; other values follow the formula in 32-bit arithmetic that wraps
+  /// \param size width of the feathered edge in pixels; below 1 nothing is done
+  /// \param clip pixels outside this region are unchanged; null for no limit
   static void SmoothBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                           int amount, int size, HRGN clip);
-  /// A soft brush: adds (255 - amount) x c / n^2 to the opacity of each pixel under the brush, up to 255.
-  /// Everything else is as in SmoothBlock; amount 0 is the strongest.
+  /// A soft brush: adds (255 - amount) x c / n^2 to the alpha of each pixel under the brush, up to 255;
+  /// amount 0 is the strongest. Everything else is as in SmoothBlock.
   static void SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush, const POINT& position,
                               int amount, int size, HRGN clip);
-  /// The soft brush, where the pixel of `reference` at the same place is not transparent.
-  /// \param reference a 32-bit image as wide as the destination; where it has no row nothing is done
+  /// The soft brush where the pixel of `reference` at the same place is not transparent.
+  /// \param reference a 32-bit image as wide as the destination, which it may be; rows that it lacks are
+  ///     unchanged
   static void SmoothFillBlock(BITMAPINFOHEADER* destination, BITMAPINFOHEADER* brush,
                               BITMAPINFOHEADER* reference, const POINT& position, int amount, int size,
                               HRGN clip);
   /// @}
 
-  /// \name Borders, trimming and masks
+  /// \name Trim and mask
   /// @{
 
-  /// Measures the margins that are wholly transparent, in pixels. An image without a visible pixel sets `top`
-  /// to its height and leaves the other three as they are.
+  /// Measures the transparent margins, in pixels. An image without a visible pixel sets `top` to its height
+  /// and leaves the other three unchanged.
   static void CheckBlankBorder(BITMAPINFOHEADER* image, int* left, int* top, int* right, int* bottom);
 
   /// A new image without the given margins.
@@ -381,34 +384,34 @@ class DIBKIT_API CDIB32 {
   /// Both palette entries are black.
   static BITMAPINFOHEADER* CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image);
 
-  /// A new image with every pixel the colour, at the image's own opacity: its silhouette.
+  /// A new image of one colour with the image's own alpha: its silhouette, for a shadow.
   static BITMAPINFOHEADER* CreateParaShadowDIB(BITMAPINFOHEADER* const image, COLORREF colour);
   /// @}
 
   /// \name Editor overlays
-  /// What the editor draws on its canvas, a 32-bit image. Colours change, opacities never do.
+  /// What an editor draws on its canvas, a 32-bit image: transparency and the outline of a selection. Colours
+  /// change, alpha never does.
   /// @{
 
-  /// Shows transparency: a checkerboard of squares of 8 x 8 pixels, the first of colour 1.
-  /// \param xOffset,yOffset where in the pattern the canvas's top-left pixel lies, 0 or more. Below 0 the
-  /// squares next to the origin grow together and colour 2 prevails.
+  /// Draws a checkerboard of squares of 8 x 8 pixels, the first of colour 1.
+  /// \param xOffset,yOffset place of the canvas's top-left pixel in the pattern, 0 or more. (Below 0 the
+  ///     squares next to the origin are joined and colour 2 prevails.)
   static void Init32DIBBackground(BITMAPINFOHEADER* canvas, BYTE red1, BYTE green1, BYTE blue1, BYTE red2,
                                   BYTE green2, BYTE blue2, int xOffset, int yOffset);
 
-  /// Hatches with both diagonals, every 8 pixels; pixels between the lines stay.
-  /// \param offset where in the pattern the canvas's top-left pixel lies
+  /// Hatches with both diagonals, every 8 pixels; pixels between the lines are unchanged.
+  /// \param offset place of the canvas's top-left pixel in the pattern
   static void Init32DIBWithHatedLines(BITMAPINFOHEADER* canvas, const CPoint& offset, COLORREF colour);
 
-  /// One side of a dashed outline: three pixels of colour 2, three of colour 1 and so on. The sides go round
-  /// in the order top, right, bottom, left, each from the corner that the one before has drawn.
-  /// \param canvasOrigin where the canvas's top-left pixel lies in the space of the coordinates
-  /// \param a,b left and right of the outlined rectangle for the top and bottom sides, else its top and
-  /// bottom; both inclusive
+  /// One side of a dashed outline: three pixels of colour 2, three of colour 1 and so on. Draw the sides in
+  /// the order top, right, bottom, left: each starts at the corner that the one before has drawn.
+  /// \param canvasOrigin place of the canvas's top-left pixel in the space of the coordinates
+  /// \param a,b left and right of the rectangle for top and bottom sides, else its top and bottom; inclusive
   /// \param fixed the row or column of the side
   /// \param phase 0 to 5 where the dashes begin, or what the side before returned; a negative one gives
-  /// colour 2 for the pixels before its zero
+  ///     colour 2 for the pixels before its zero
   /// \return the phase for the next side: the pattern position of the last pixel drawn; the position before
-  /// `phase` when the side lies outside the canvas, 0 when the canvas cuts off all of it
+  ///     `phase` if the side is outside the canvas, 0 if the canvas cuts off all of it
   /// @{
   static int DrawTopHatchedLine(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, int a, int b, int fixed,
                                 BYTE red1, BYTE green1, BYTE blue1, BYTE red2, BYTE green2, BYTE blue2,
@@ -424,21 +427,23 @@ class DIBKIT_API CDIB32 {
                                  int phase);
   /// @}
 
-  /// Outlines a selection with black and white dashes. Phases 0 to 5, one after the other, let them march.
-  /// \param canvasOrigin where the canvas's top-left pixel lies in the space of the selection
+  /// Outlines a selection with black and white dashes (marching ants, with phases 0 to 5 one after the
+  /// other).
+  /// \param canvasOrigin place of the canvas's top-left pixel in the space of the selection
   static void DrawSelectedFlag(BITMAPINFOHEADER* canvas, const POINT& canvasOrigin, const RECT& selection,
                                int phase);
 
-  /// The stroke of a line tool, as coverage: 0 or 255, without smoothing.
+  /// The stroke of a line tool, as coverage: 0 or 255, not anti-aliased.
   /// \param area what the result is cut to; its corner is the origin of the out point
   /// \param from,to ends, in the space of the area
   /// \param penWidth in pixels; up to 1 a line of single pixels
-  /// \param margin pixels around the stroke; never less than 2 on each side
+  /// \param margin pixels around the stroke, at least 2 on each side
   /// \param roundedCaps 0 for square ends
-  /// \param clip pixels outside this region stay 0; in the space of the area, unchanged, null for no limit
-  /// \param[out] origin where the result's top-left pixel lies, from the area's corner; (0, 0) for null
-  /// \return a new 8-bit gray image, all 0 when its box misses the line; null when nothing of the box lies in
-  /// the area and the clip region's box
+  /// \param clip pixels outside this region are 0; in the space of the area; null for no limit
+  /// \param[out] origin place of the result's top-left pixel, from the area's corner; (0, 0) with a null
+  ///     result
+  /// \return a new 8-bit gray image, all 0 if its box misses the line; null if the box has no pixel in the
+  ///     area and the clip region's box
   static BITMAPINFOHEADER* GenerateLine(const RECT& area, const POINT& from, const POINT& to, int penWidth,
                                         int margin, int roundedCaps, HRGN clip, POINT* origin);
   /// @}

@@ -1,7 +1,7 @@
 #pragma once
 
-/// DIBKIT_API marks what the shared library shows; everything else stays hidden. A static build defines
-/// DIBKIT_STATIC for itself and for its users, and the mark then means nothing.
+/// DIBKIT_API marks what the shared library exports; all other symbols are hidden. A static build defines
+/// DIBKIT_STATIC for itself and for its users, and the mark is then empty.
 #if defined(DIBKIT_STATIC)
 #define DIBKIT_API
 #elif defined(_WIN32)

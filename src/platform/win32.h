@@ -1,7 +1,7 @@
 #pragma once
 
-/// The Win32 types and calls that the library stands on, and the only place that knows whether they are the
-/// real ones. Include this, never <windows.h>.
+/// The Win32 types and calls that the library uses: on Windows those of <windows.h>, elsewhere a stand-in
+/// with the same names and results. Include this header instead of <windows.h>.
 #if defined(_WIN32)
 #ifndef NOMINMAX
 #define NOMINMAX

@@ -2,72 +2,84 @@
 
 #include "dib/dib.h"
 
-/// Cuts out of a new frame the rectangle in which it differs from a reference frame, so that an animation
-/// stores only what changed. For 8-bit frames: the piece has the new frame's palette and indexes. The calls
-/// are Reset, IsEqual, then one of the two split operations, any number of times. A host may derive from it.
+/// \file
+/// The difference between two frames: the rectangle that changed, so that an animation stores only that.
 ///
-/// The frames and masks (null for a wholly opaque frame) are borrowed: they have to outlive all calls after
-/// Reset. The caller owns the pieces and masks and releases them with
-/// `delete[] reinterpret_cast<BYTE*>(image)`.
+/// \code
+/// CSpiltEmbededDIBEx splitter;
+/// splitter.Reset(before, nullptr, {0, 0}, after, nullptr, {0, 0});
+/// if (splitter.IsEqual() == 0)
+///   splitter.SplitTransparency(out(change.image), out(change.mask), &change.position, nullptr);
+/// \endcode
 ///
-/// Two pixels are the same when both are transparent, or both opaque and of one colour.
+/// Threads: const operations of one object may run at once, and those of different objects. Aliasing: both
+/// frames may be the same image; they are only read. Sizes: as in dibkit.h. Cost: Reset reads the frames from
+/// the edges up to what changed, a split operation the changed rectangle.
+
+/// Finds the rectangle in which a new frame differs from a reference frame, and cuts it out. For new frames
+/// of 8 bits: the piece keeps palette and indexes. Call Reset, then IsEqual, then one of the two split
+/// operations, any number of times. A host may derive from it.
+///
+/// Frames and masks (null for an opaque frame) are not copied: they have to live through every call after
+/// Reset. Returned pieces and masks belong to the caller.
+///
+/// Two pixels are the same if both are transparent, or both are opaque and have one colour.
 class DIBKIT_API CSpiltEmbededDIB {
  public:
   CSpiltEmbededDIB();
   /// Copies share the frames.
   CSpiltEmbededDIB(const CSpiltEmbededDIB& other);
   CSpiltEmbededDIB& operator=(const CSpiltEmbededDIB& other);
-  /// Releases nothing. Not virtual, on purpose: hosts expect a single slot in the table of virtual functions.
+  /// Releases nothing. Not virtual, on purpose: the table of virtual operations has one slot.
   ~CSpiltEmbededDIB();
 
-  /// Sets the two frames and counts the equal rows and columns at their edges.
+  /// Sets the two frames and counts the rows and columns at their edges that are the same.
   /// \param refMask,newMask may be null
   /// \param ref,next canvas coordinates of the frames' top-left pixels
   void Reset(BITMAPINFOHEADER* refDib, BITMAPINFOHEADER* refMask, const POINT& ref, BITMAPINFOHEADER* newDib,
              BITMAPINFOHEADER* newMask, const POINT& next);
 
-  /// \return 1 when both frames end at the same corner of the canvas and have one width or one height, else 0
+  /// \return 1 if both frames end at the same corner of the canvas and have one width or one height, else 0
   int IsCanSpilt() const;
-  /// \return 1 when the equal columns at the left or the equal rows at the top are the whole new frame, so
-  /// that
-  ///     there is no piece to cut; else 0
+  /// \return 1 if nothing changed: the same columns at the left or the same rows at the top are the whole new
+  ///     frame; else 0
   int IsEqual() const;
 
   /// Cuts the changed rectangle.
-  /// \param outMask receives the piece's mask, or null when it is wholly opaque
+  /// \param outImage receives the piece
+  /// \param outMask receives the piece's mask, or null if it is opaque
   /// \param outPosition receives the canvas coordinates of the piece's top-left pixel
-  /// \param outSameFound set to 1 when a pixel of the piece has the reference frame's colour, else left
-  ///     alone: the caller clears it first; may be null
-  /// \return 1; 0 with nothing written when a pixel turned from opaque to transparent, which no piece over
-  /// the
-  ///     reference frame can show, when the piece has no width or height, when the frame is not of the
+  /// \param outSameFound set to 1 if a pixel of the piece has the reference frame's colour, else unchanged,
+  ///     so set it to 0 first; may be null
+  /// \return 1; 0 with nothing written if a pixel turned from opaque to transparent, which no piece over the
+  ///     reference frame can show, if the piece has no width or height, if the frame does not have the
   ///     splitter's depth, or when memory runs out
   int SplitOpacity(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                    int* outSameFound) const;
-  /// The same with the pixels that have the reference frame's colour made transparent.
-  /// \param ignored never written; it gives both operations the same parameters
+  /// The same, with the pixels that have the reference frame's colour made transparent.
+  /// \param ignored not used; the two operations have the same parameters
   int SplitTransparency(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                         int* ignored) const;
 
  protected:
-  /// Counts the equal rows at the top, then the equal columns at the left, compared in the other rows. Rows
-  /// are counted only for frames of one position and width, columns for one position and height. \return 1
-  /// when there are any; 0 when not, or when a point of the reference frame is outside the new one,
-  ///     which ends the count; the counts so far are written
+  /// Counts the same columns and rows at the left and top edges: rows first, then columns over the other
+  /// rows. Rows are counted only for frames of one position and width, columns for one position and height.
+  /// \return 1 if there are any; 0 if not, or if a point of the reference frame is outside the new one, which
+  ///     ends the count
   int CalcBoundaryTopLeftInfo(int* left, int* top) const;
-  /// Counts the equal columns at the right, then the equal rows at the bottom, compared without the rows and
-  /// columns already counted. Columns are counted only for frames of one right edge, top and height, rows for
-  /// one position and width.
+  /// Counts the same columns and rows at the right and bottom edges, in the rest that left and top leave:
+  /// columns first. Columns are counted only for frames of one right edge, top and height, rows for one
+  /// position and width.
   /// \return as for CalcBoundaryTopLeftInfo
   int CalcBoundaryBottomRightInfo(int left, int top, int* right, int* bottom);
 
  public:
-  /// Cuts the piece; see the split operations.
+  /// Cuts the piece, as the split operations describe.
   /// \param makeSameTransparent not 0 to make the pixels with the reference frame's colour transparent
   virtual int CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,
                              int makeSameTransparent, int* outSameFound) const;
 
-  /// \name State; hosts rely on this order in memory
+  /// \name State, in this order in memory
   /// @{
   BITMAPINFOHEADER* m_pRefDIB = nullptr;
   BITMAPINFOHEADER* m_pRefMask = nullptr;
@@ -82,8 +94,8 @@ class DIBKIT_API CSpiltEmbededDIB {
   /// @}
 };
 
-/// The splitter for frames of any depth: the piece is made in 24 bits and reduced to a palette image when it
-/// has at most 256 colours. Pixels made transparent take no part in the palette.
+/// The splitter for frames of any depth. The piece becomes a palette image if it has at most 256 colours,
+/// else a 24-bit one. Transparent pixels are not in the palette.
 class DIBKIT_API CSpiltEmbededDIBEx : public CSpiltEmbededDIB {
  public:
   int CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition,

@@ -3,8 +3,10 @@
 #include "platform/export.h"
 #include "platform/standin/types.h"
 
-/// The Win32 calls that the library and its hosts use, for platforms that have none of their own. Names,
-/// arguments and observable results are the platform's.
+/// \file
+/// The Win32 calls that the library and its hosts use, for platforms without Win32. Names, arguments and
+/// observable results are those of Windows. Calls on different objects may run at the same time; an object
+/// that one call changes must not be used by another. The clipboard is locked, so every call on it is safe.
 
 extern "C" {
 
@@ -66,8 +68,8 @@ DIBKIT_API BOOL DeleteDC(HDC context);
 /// The screen's context, for a null window only: nothing can be drawn on it.
 DIBKIT_API HDC GetDC(HWND window);
 DIBKIT_API int ReleaseDC(HWND window, HDC context);
-/// \return the object that was selected before, null when this one can not be selected; for a region its
-///     complexity in the place of a handle
+/// \return the object that was selected before, null when this one cannot be selected; for a region its
+///     complexity instead of a handle
 DIBKIT_API HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
 DIBKIT_API int SelectClipRgn(HDC context, HRGN region);
 DIBKIT_API BOOL SetViewportOrgEx(HDC context, int x, int y, POINT* before);
@@ -88,7 +90,7 @@ DIBKIT_API HBRUSH CreateSolidBrush(COLORREF colour);
 /// @}
 
 /// \name Drawing
-/// All of it is clipped by the region that is selected, which does not follow the viewport origin.
+/// Clipped by the selected region, which does not follow the viewport origin.
 /// @{
 DIBKIT_API int FillRect(HDC context, const RECT* rect, HBRUSH brush);
 DIBKIT_API BOOL MoveToEx(HDC context, int x, int y, POINT* before);
@@ -100,11 +102,12 @@ DIBKIT_API BOOL RoundRect(HDC context, int left, int top, int right, int bottom,
 /// @}
 
 /// \name Palettes
-/// Logical palettes are made here and released with DeleteObject; none is ever realised, since the screen
+/// Logical palettes are made here and released with DeleteObject. None is ever realised, since the screen
 /// shows true colours. Colour tables are those of the DIB section that a context has selected.
 /// @{
 DIBKIT_API HPALETTE CreatePalette(const LOGPALETTE* description);
-/// Copies entries from `first` on, as many as there are; their number alone when `out` is null.
+/// Copies up to `count` entries from `first` on.
+/// \return how many were copied; how many entries there are if `out` is null
 DIBKIT_API UINT GetPaletteEntries(HPALETTE palette, UINT first, UINT count, PALETTEENTRY* out);
 /// \return the palette that was selected before
 DIBKIT_API HPALETTE SelectPalette(HDC context, HPALETTE palette, BOOL background);
@@ -126,8 +129,8 @@ DIBKIT_API HGLOBAL GlobalFree(HGLOBAL block);
 /// @}
 
 /// \name Clipboard
-/// One for the process. It owns what was put on it: palettes and bitmaps are released with DeleteObject, all
-/// else with GlobalFree. What GetClipboardData gives stays the clipboard's.
+/// One for the process. It owns what was put on it, and releases palettes and bitmaps with DeleteObject,
+/// everything else with GlobalFree. What GetClipboardData returns belongs to the clipboard.
 /// @{
 DIBKIT_API BOOL OpenClipboard(HWND owner);
 DIBKIT_API BOOL CloseClipboard(void);
@@ -139,8 +142,9 @@ DIBKIT_API BOOL IsClipboardFormatAvailable(UINT format);
 /// @}
 
 /// Describes a bitmap (a BITMAP), a palette (a WORD, the number of its entries) or another graphics object.
+
 /// \return the size of the description; 0 for failure
 DIBKIT_API int GetObjectW(HANDLE object, int byteCount, void* out);
-/// Releases a region or any other graphics object. One that is selected goes when it is deselected.
+/// Releases a region or any other graphics object. One that is selected is released when it is deselected.
 DIBKIT_API BOOL DeleteObject(HGDIOBJ object);
 }

@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The Win32 types, structures and constants, for platforms that have none of their own. Sizes and layouts
-/// are the platform's: a LONG has 32 bits whatever the compiler's long has.
+/// \file
+/// The Win32 types, structures and constants, for platforms without Win32. Sizes and layouts are those of
+/// Windows: a LONG has 32 bits, also where the compiler's long has 64.
 
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
