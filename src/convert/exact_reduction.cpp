@@ -50,13 +50,13 @@ class ExactReducer {
   ExactReducer(const ConstView& source, BITMAPINFOHEADER* result)
       : source_(source), target_(result), result_(result), palette_(result) {}
 
-  void row(int y) {
+  void row(BYTE* to, int y) {
     if (!overflowed_) {
       const int count = colours_.size();
-      overflowed_ = !indexRow(source_.row(y), target_.row(y));
+      overflowed_ = !indexRow(source_.row(y), to);
       if (overflowed_) leavePalette(y, count);
     }
-    if (overflowed_) indexRowInMemory(source_.row(y), target_.row(y));
+    if (overflowed_) indexRowInMemory(source_.row(y), to);
   }
 
  private:
@@ -138,8 +138,7 @@ OwnedDib reduceExactly(const BITMAPINFOHEADER* dib, int colourCount, CQorCommonP
       createDib(source.width(), source.height(), Format::bits, colourCount, InitialPixels::unwritten);
   if (!result) return nullptr;
   ExactReducer<Format> reducer(source, result.get());
-  const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) { reducer.row(y); });
-  return finished ? std::move(result) : nullptr;
+  return fillRows(std::move(result), progress, [&](BYTE* to, int y) { reducer.row(to, y); });
 }
 
 }  // namespace

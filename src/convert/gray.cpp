@@ -14,8 +14,8 @@ OwnedDib convertToGrays(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   OwnedDib result = createDib(source.width(), source.height(), Index8::bits, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   CPaletteFuns::MakeGrayPalette(paletteOf(result.get()), 256);
-  return fillRows(source, std::move(result), progress,
-                  [&](const BYTE* from, BYTE* to) { rowKernels().bgr24ToGray(from, source.width(), to); });
+  return fillRows(std::move(result), progress,
+                  [&](BYTE* to, int y) { rowKernels().bgr24ToGray(source.row(y), source.width(), to); });
 }
 
 /// A stage that is half of the whole operation's progress.
@@ -52,8 +52,8 @@ OwnedDib convertToBlackAndWhite(const BITMAPINFOHEADER* dib, int threshold, CQor
   if (!result) return nullptr;
   const bool reachable = threshold <= 255;  // by a byte; otherwise the rows are black
   const BYTE level = lowByte(std::clamp(threshold, 0, 255));
-  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
-    if (reachable) packBits(from, source.width(), to, level);
+  return fillRows(std::move(result), progress, [&](BYTE* to, int y) {
+    if (reachable) packBits(source.row(y), source.width(), to, level);
   });
 }
 

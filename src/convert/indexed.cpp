@@ -54,8 +54,8 @@ OwnedDib changeDepth(const BITMAPINFOHEADER* dib, const ColourMap* map, CQorComm
                               InitialPixels::unwritten);
   if (!result) return nullptr;
   RemapTable table = makePalette<From, To>(dib, map, result.get());
-  return fillRows(source, std::move(result), progress,
-                  [&](const BYTE* from, BYTE* to) { table.row<From, To>(from, source.width(), to); });
+  return fillRows(std::move(result), progress,
+                  [&](BYTE* to, int y) { table.row<From, To>(source.row(y), source.width(), to); });
 }
 
 template <class From, class To>

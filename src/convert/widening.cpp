@@ -52,10 +52,10 @@ OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   if (!source) return nullptr;
   const Pixels256<Target> pixels = pixelsOf<Target>(paletteFor<Target>(dib));
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
-  return fillRows(source, std::move(result), progress, [&](const BYTE* from, BYTE* to) {
+  return fillRows(std::move(result), progress, [&](BYTE* to, int y) {
     BYTE buffer[indexChunk];
     forEachChunk(source.width(), [&](int left, int count) {
-      const BYTE* indexes = indexesAt<Source>(from, left, count, buffer);
+      const BYTE* indexes = indexesAt<Source>(source.row(y), left, count, buffer);
       lookUp(indexes, count, pixels, to + std::ptrdiff_t{left} * (Target::bits / 8));
     });
   });
@@ -78,8 +78,8 @@ OwnedDib convertDirect(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress
   if (!source) return nullptr;
   const RowKernels::Row kernel = kernelFor<Source, Target>();
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
-  return fillRows(source, std::move(result), progress,
-                  [&](const BYTE* from, BYTE* to) { kernel(from, source.width(), to); });
+  return fillRows(std::move(result), progress,
+                  [&](BYTE* to, int y) { kernel(source.row(y), source.width(), to); });
 }
 
 template <class Source, class Target>
@@ -110,13 +110,9 @@ OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonP
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
   if (!source) return nullptr;
   OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, InitialPixels::unwritten);
-  if (!result) return nullptr;
-  const View target(result.get());
-  const bool finished = forEachRowReporting(source.lines(), progress, [&](int y) {
-    const BYTE* from = source.row(flip ? source.height() - 1 - y : y);
-    rowKernels().bgr24ToReversed32(from, source.width(), target.row(y));
+  return fillRows(std::move(result), progress, [&](BYTE* to, int y) {
+    rowKernels().bgr24ToReversed32(source.row(flip ? source.height() - 1 - y : y), source.width(), to);
   });
-  return finished ? std::move(result) : nullptr;
 }
 
 }  // namespace

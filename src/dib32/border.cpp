@@ -42,14 +42,9 @@ OwnedDib trimmed(const BITMAPINFOHEADER* dib, int left, int top, int right, int 
   const std::int64_t width = std::int64_t{source.width()} - left - right;
   const std::int64_t height = std::int64_t{source.height()} - top - bottom;
   if (width < 0 || height < 0) return nullptr;
-  OwnedDib result =
-      createDib(static_cast<int>(width), static_cast<int>(height), 32, 0, InitialPixels::unwritten);
-  if (!result) return nullptr;
-  const View view(result.get());
-  for (int y = 0; y < view.lines(); ++y) {
-    std::copy_n(pixelsOf(source.row(top + y)) + left, view.width(), pixelsOf(view.row(y)));
-  }
-  return result;
+  return makeImage(static_cast<int>(width), static_cast<int>(height), 32, [&](BYTE* row, int y) {
+    std::copy_n(pixelsOf(source.row(top + y)) + left, width, pixelsOf(row));
+  });
 }
 
 /// Eight pixels of a row from x on as mask bits, 1 where they are transparent.
@@ -97,29 +92,22 @@ BITMAPINFOHEADER* CDIB32::Trim32BitsDIB(BITMAPINFOHEADER* image, int left, int t
 BITMAPINFOHEADER* CDIB32::CreateIconMaskFromAlphaChannel(BITMAPINFOHEADER* image) {
   const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  OwnedDib mask = createDib(source.width(), source.height(), 1, 0, InitialPixels::unwritten);
-  if (!mask) return nullptr;
-  const View bits(mask.get());
-  for (int y = 0; y < source.lines(); ++y) {
+  const auto transparency = [&](BYTE* bits, int y) {
     const Bgra* row = pixelsOf(source.row(y));
-    for (int x = 0; x < source.width(); x += 8) {
-      bits.row(y)[x / 8] = transparencyBits(row, x, source.width());
-    }
-  }
-  return mask.release();
+    for (int x = 0; x < source.width(); x += 8) bits[x / 8] = transparencyBits(row, x, source.width());
+  };
+  return makeImage(source.width(), source.height(), 1, transparency).release();
 }
 
 BITMAPINFOHEADER* CDIB32::CreateParaShadowDIB(BITMAPINFOHEADER* const image, COLORREF colour) {
   const View source = viewOfDepth(image, 32);
   if (!source) return nullptr;
-  OwnedDib shadow = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
-  if (!shadow) return nullptr;
-  const View view(shadow.get());
   const DWORD shade = packRgb(fromColorRef(colour));
-  for (int y = 0; y < source.lines(); ++y) {
+  const auto silhouette = [&](BYTE* row, int y) {
     const Bgra* from = pixelsOf(source.row(y));
-    Bgra* to = pixelsOf(view.row(y));
-    for (int x = 0; x < source.width(); ++x) putWord(to, x, (wordAt(from, x) & ~colourBits) | shade);
-  }
-  return shadow.release();
+    for (int x = 0; x < source.width(); ++x) {
+      putWord(pixelsOf(row), x, (wordAt(from, x) & ~colourBits) | shade);
+    }
+  };
+  return makeImage(source.width(), source.height(), 32, silhouette).release();
 }

@@ -10,10 +10,6 @@
 namespace dibkit {
 namespace {
 
-void fillImage(const View& image, const Bgra& pixel) {
-  for (int y = 0; y < image.lines(); ++y) std::fill_n(pixelsOf(image.row(y)), image.width(), pixel);
-}
-
 /// Replaces every pixel of a 32-bit image by rule(pixel), as numbers 0xAARRGGBB. Does nothing for any other
 /// image.
 template <class Rule>
@@ -73,25 +69,21 @@ struct Field {
 OwnedDib fromBitFields(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask) {
   const ConstView source = viewOfDepth(sourceDib, 16);
   if (!source || sourceDib->biCompression != BI_BITFIELDS) return nullptr;
-  OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
-  if (!result) return nullptr;
-
   DWORD masks[3];
   std::memcpy(masks, reinterpret_cast<const BYTE*>(sourceDib) + sourceDib->biSize, sizeof(masks));
   const int blueLength = Field::lengthOf(masks[2]);
   const Field red(masks[0], Field::lengthOf(masks[1]) + blueLength);
   const Field green(masks[1], blueLength);
   const Field blue(masks[2], 0);
-  const View image(result.get());
-  for (int y = 0; y < image.lines(); ++y) {
-    const BYTE* from = source.row(y);
-    Bgra* to = pixelsOf(image.row(y));
-    for (int x = 0; x < image.width(); ++x) {
+  OwnedDib result = makeImage(source.width(), source.height(), 32, [&](BYTE* row, int y) {
+    Bgra* const to = pixelsOf(row);
+    const BYTE* const from = source.row(y);
+    for (int x = 0; x < source.width(); ++x) {
       const WORD pixel = Rgb555::get(from, x);
       to[x] = {blue.of(pixel), green.of(pixel), red.of(pixel), 255};
     }
-  }
-  setMaskedAlpha(image, mask, 0);
+  });
+  setMaskedAlpha(View(result.get()), mask, 0);
   return result;
 }
 
@@ -101,19 +93,15 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
   if (!source) return nullptr;
   const PaletteTable palette(sourceDib);
   const DWORD top = DWORD{normalAlpha} << 24;
-  return withFormat(source.bitCount(), [&](auto format) -> OwnedDib {
+  return withFormat(source.bitCount(), [&](auto format) {
     using Format = decltype(format);
-    OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
-    if (!result) return nullptr;
-    const View image(result.get());
-    for (int y = 0; y < image.lines(); ++y) {
-      const BYTE* from = source.row(y);
-      Bgra* to = pixelsOf(image.row(y));
-      for (int x = 0; x < image.width(); ++x) {
-        putWord(to, x, packRgb(Format::colour(Format::get(from, x), palette)) | top);
+    OwnedDib result = makeImage(source.width(), source.height(), 32, [&](BYTE* row, int y) {
+      const BYTE* const from = source.row(y);
+      for (int x = 0; x < source.width(); ++x) {
+        Bgra32::put(row, x, packRgb(Format::colour(Format::get(from, x), palette)) | top);
       }
-    }
-    setMaskedAlpha(image, mask, maskedAlpha);
+    });
+    setMaskedAlpha(View(result.get()), mask, maskedAlpha);
     return result;
   });
 }
@@ -130,9 +118,9 @@ BITMAPINFOHEADER* CDIB32::CreateBlank32BitsDIB(int width, int height) {
 }
 
 BITMAPINFOHEADER* CDIB32::CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha) {
-  OwnedDib result = createDib(width, height, 32, 0, InitialPixels::unwritten);
-  if (result) fillImage(View(result.get()), withAlpha(fromColorRef(colour), alpha));
-  return result.release();
+  const Bgra pixel = withAlpha(fromColorRef(colour), alpha);
+  return makeImage(width, height, 32, [&](BYTE* row, int) { std::fill_n(pixelsOf(row), width, pixel); })
+      .release();
 }
 
 BITMAPINFOHEADER* CDIB32::ConvertTo32BitsDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask,
@@ -172,7 +160,8 @@ void CDIB32::Reduce32BitsDIBOpacity(BITMAPINFOHEADER* image, BYTE reduction) {
 }
 
 void CDIB32::Fill32DIBBackground(BITMAPINFOHEADER* image, BYTE red, BYTE green, BYTE blue) {
-  fillImage(viewOfDepth(image, 32), {blue, green, red, 255});
+  const DWORD colour = 0xFF000000 | packRgb({red, green, blue});
+  changePixels(image, [colour](DWORD) { return colour; });
 }
 
 BOOL CDIB32::IsFullOpacity32BitsImage(BITMAPINFOHEADER* const image) {
