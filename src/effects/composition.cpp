@@ -93,7 +93,7 @@ OwnedDib composeFade(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int
 }
 
 OwnedDib composeRipple(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  return orOutOfMemory<OwnedDib>(nullptr, [&] { return rippleFade(incoming, outgoing, progress); });
+  return catchOutOfMemory([&] { return rippleFade(incoming, outgoing, progress); });
 }
 
 OwnedDib composeDiamonds(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
@@ -112,8 +112,8 @@ OwnedDib composePush(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int
 }
 
 OwnedDib composeThaw(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int, double progress) {
-  return orOutOfMemory<OwnedDib>(
-      nullptr, [&] { return fadedIn(thawed(incoming, percentAt(1.0 - progress)), outgoing, progress); });
+  return catchOutOfMemory(
+      [&] { return fadedIn(thawed(incoming, percentAt(1.0 - progress)), outgoing, progress); });
 }
 
 OwnedDib composeFilm(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) {

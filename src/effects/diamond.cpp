@@ -139,7 +139,7 @@ using namespace dibkit;
 
 BITMAPINFOHEADER* DiamondEffectDIB(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
                                    unsigned long colour, int useColour, int percent) {
-  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
+  return catchOutOfMemory([&] {
     const ConstView in = viewOfDepth(static_cast<const BITMAPINFOHEADER*>(incoming), 32);
     const ConstView out = viewOfDepth(static_cast<const BITMAPINFOHEADER*>(outgoing), 32);
     return diamondFrame(in,

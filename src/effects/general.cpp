@@ -15,7 +15,7 @@ int GeneralEffectFrame(int effect, BITMAPINFOHEADER* source, long a, long b, BIT
   const TabledEffect* found = findNumbered(effect);
   if (found == nullptr || outImage == nullptr || outRect == nullptr) return 0;
   const bool styled = !found->effect.styles.empty();
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     EffectOutput output{};
     if (found->render(source, styled ? a : 0, styled ? b : a, output) == FALSE) return 0;
     *outImage = output.image;

@@ -33,11 +33,7 @@ double diagonalOf(const SIZE& picture);
 /// A new 32-bit image of a picture's size; putRow(row, y) writes each row. Null when memory runs out.
 template <class PutRow>
 OwnedDib makeRows(const ConstView& picture, PutRow&& putRow) {
-  OwnedDib made = createDib(picture.width(), picture.height(), 32, 0, InitialPixels::unwritten);
-  if (!made) return nullptr;
-  const View rows(made.get());
-  for (int y = 0; y < rows.lines(); ++y) putRow(rows.row(y), y);
-  return made;
+  return makeImage(picture.width(), picture.height(), 32, putRow);
 }
 
 /// The picture's pixels as a new 32-bit image; null when memory runs out.

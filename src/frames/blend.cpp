@@ -101,7 +101,7 @@ using namespace dibkit;
 
 int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD colour, BYTE opacity,
                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PlacedCel upper(frame, mask, POINT{0, 0});
     if (!upper || outImage == nullptr || outMask == nullptr) return 0;
     return fadeUpper(upper, mask, nullptr, colour, opacity, outImage, outMask);
@@ -111,7 +111,7 @@ int AlphaBlendByColor(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD col
 int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
                       BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB, DWORD colour,
                       BYTE opacity, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PlacedCel upper(frameA, maskA, positionA);
     PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr) return 0;
@@ -122,7 +122,7 @@ int AlphaBlendByFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const P
 int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& positionA,
                 BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
                 BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PlacedCel upper(frameA, maskA, positionA);
     PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
@@ -138,7 +138,7 @@ int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const 
                        BITMAPINFOHEADER* frameB, BITMAPINFOHEADER* maskB, const POINT& positionB,
                        DWORD colour, WORD opacity, const SIZE& canvas, BITMAPINFOHEADER** outImage,
                        BITMAPINFOHEADER** outMask, POINT* outPosition) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     PlacedCel upper(frameA, maskA, positionA);
     PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;

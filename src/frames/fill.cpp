@@ -70,7 +70,7 @@ using namespace dibkit;
 
 int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill, int percent,
                  int tolerance, BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     FillWork work(frame, mask);
     if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
     const ColourRange range(fromColorRef(target), tolerance);
@@ -97,7 +97,7 @@ int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, 
 int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, DWORD fill,
                         int percent, int tolerance, const POINT& seed, BITMAPINFOHEADER** outImage,
                         BITMAPINFOHEADER** outMask) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     FillWork work(frame, mask);
     if (!work.usable() || outImage == nullptr || outMask == nullptr) return 0;
     if (seed.x < 0 || seed.x >= work.width() || seed.y < 0 || seed.y >= work.height()) return 0;

@@ -83,7 +83,7 @@ using namespace dibkit;
 
 BITMAPINFOHEADER* InflateDib(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD fill, int left, int top,
                              int right, int bottom) {
-  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&] {
+  return catchOutOfMemory([&] {
     return flattenOnto(frame, mask, fromColorRef(fill), {left, top, right, bottom}).release();
   });
 }
@@ -104,7 +104,7 @@ int ExtFillBkgnd(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& p
                  DWORD fill, int percent, int reserved, const POINT& seed, BITMAPINFOHEADER** outImage,
                  BITMAPINFOHEADER** outMask, POINT* outPosition) {
   static_cast<void>(reserved);
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     const Cel source(frame, mask);
     if (!source || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     if (!placedBox(canvas.cx, canvas.cy, POINT{0, 0}).contains(seed.x, seed.y)) return 0;

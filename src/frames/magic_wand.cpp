@@ -64,7 +64,7 @@ using namespace dibkit;
 
 HRGN MagicWandRegion(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, const POINT& position,
                      const POINT& seed, int tolerance, const SIZE& canvas) {
-  return orOutOfMemory<HRGN>(nullptr, [&] {
+  return catchOutOfMemory([&] {
     PlacedCel placed(frame, mask, position);
     return selectOnCanvas(placed, seed, tolerance, canvas).release();
   });

@@ -103,6 +103,5 @@ OwnedDib mosaic32(const ConstView& source, int blockSize) {
 using namespace dibkit;
 
 BITMAPINFOHEADER* Mosaic32BitsDIB(BITMAPINFOHEADER* image, int blockSize) {
-  return orOutOfMemory<BITMAPINFOHEADER*>(
-      nullptr, [&] { return mosaic32(ConstView(image, 32), blockSize).release(); });
+  return catchOutOfMemory([&] { return mosaic32(ConstView(image, 32), blockSize).release(); });
 }

@@ -80,7 +80,7 @@ OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& positio
 template <class Paint>
 BITMAPINFOHEADER* withPosition(POINT* outPosition, Paint&& paint) {
   POINT position{};
-  OwnedDib picture = orOutOfMemory(OwnedDib(), [&] { return paint(position); });
+  OwnedDib picture = catchOutOfMemory([&] { return paint(position); });
   if (outPosition != nullptr) *outPosition = position;
   return picture.release();
 }

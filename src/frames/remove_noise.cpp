@@ -134,6 +134,5 @@ using namespace dibkit;
 
 BITMAPINFOHEADER* RemoveNoiseDIB(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
                                  CQorCommonProgress* progress) {
-  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr,
-                                          [&] { return removeNoise(frame, mask, progress).release(); });
+  return catchOutOfMemory([&] { return removeNoise(frame, mask, progress).release(); });
 }

@@ -83,18 +83,17 @@ int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const Tra
 using namespace dibkit;
 
 HRGN CalcOpacityAreaRgn(BITMAPINFOHEADER* mask) {
-  return orOutOfMemory<HRGN>(nullptr, [&] { return opaqueRegion(viewOfMask(mask)).release(); });
+  return catchOutOfMemory([&] { return opaqueRegion(viewOfMask(mask)).release(); });
 }
 
 void CaclOpaqueBoundary(BITMAPINFOHEADER* mask, int* left, int* top, int* right, int* bottom) {
   const ConstView view = viewOfMask(mask);
   if (!view || left == nullptr || top == nullptr || right == nullptr || bottom == nullptr) return;
-  orOutOfMemory<int>(0, [&] {
+  catchOutOfMemory([&] {
     const TransparentEdges edges = transparentEdges(view);
     *left = edges.left;
     *top = edges.top;
     *right = edges.right;
     *bottom = edges.bottom;
-    return 1;
   });
 }

@@ -120,7 +120,7 @@ using namespace dibkit;
 
 BITMAPINFOHEADER* CMaskedBitmapTransform::OutputDIBStream(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask,
                                                           DWORD transparent) {
-  return orOutOfMemory<BITMAPINFOHEADER*>(nullptr, [&]() -> BITMAPINFOHEADER* {
+  return catchOutOfMemory([&]() -> BITMAPINFOHEADER* {
     if (mask == nullptr) return nullptr;
     return flattenOnto(frame, mask, fromColorRef(transparent), {}).release();
   });

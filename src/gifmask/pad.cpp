@@ -49,7 +49,7 @@ using namespace dibkit;
 int CMaskedBitmapTransform::ExpandDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* sourceMask,
                                       BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask, int left,
                                       int top, int right, int bottom) {
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     if (outImage == nullptr || outMask == nullptr) return 0;
     Padded padded = pad(source, sourceMask, {left, top, right, bottom});
     if (!padded.image) return 0;

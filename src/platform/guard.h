@@ -19,16 +19,4 @@ std::invoke_result_t<Body> catchOutOfMemory(Body&& body) noexcept {
   return std::invoke_result_t<Body>();
 }
 
-/// The same with a result to give instead.
-template <class Result, class Body>
-Result orOutOfMemory(Result failure, Body&& body) noexcept {
-  try {
-    return std::forward<Body>(body)();
-  } catch (const std::bad_alloc&) {
-    return failure;
-  } catch (const std::length_error&) {
-    return failure;
-  }
-}
-
 }  // namespace dibkit

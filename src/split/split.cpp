@@ -154,7 +154,7 @@ int CSpiltEmbededDIB::SplitTransparency(BITMAPINFOHEADER** outImage, BITMAPINFOH
 int CSpiltEmbededDIB::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                                      POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
   const Outputs outputs{outImage, outMask, outPosition, outSameFound};
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     if (!outputs.usable() || m_pNewDIB == nullptr || m_pNewDIB->biBitCount != Index8::bits) return 0;
     ChangedPiece piece(*this);
     if (!piece.usable()) return 0;
@@ -176,7 +176,7 @@ int CSpiltEmbededDIB::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEAD
 int CSpiltEmbededDIBEx::CropEmbededDIB(BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask,
                                        POINT* outPosition, int makeSameTransparent, int* outSameFound) const {
   const Outputs outputs{outImage, outMask, outPosition, outSameFound};
-  return orOutOfMemory(0, [&] {
+  return catchOutOfMemory([&] {
     if (!outputs.usable()) return 0;
     ChangedPiece piece(*this);
     if (!piece.usable()) return 0;
