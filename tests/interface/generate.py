@@ -26,6 +26,10 @@ def image_kind(name, depths, rule):
             f"{{.depths = {{{depths}}}, {rule.removeprefix(' | ')}}}) {{}} }};")
 
 
+def image_variants(verdict, headers):
+    return "\n".join(f"{{&ImageRule::{verdict}, {', '.join(header.split())}}}," for header in headers.split("|"))
+
+
 def operation(protected, result, name, kinds):
     door = "Open" if protected else ""
     return f'[] {{ return operation<{result}({kinds})>("{name}", &{door}{name}); }},'
@@ -34,6 +38,7 @@ def operation(protected, result, name, kinds):
 records = {
     "kinds": written(r"(extent )?(\w+) = ([^|{(]+): ([^|]+?)((?: \| \w+: [^|]+)*)", kind),
     "image_kinds": written(r"(\w+): (\d+(?:, \d+)*)( \| .*)?", image_kind),
+    "image_variants": written(r"(\w+): (.*)", image_variants),
     "operations": written(r"(protected )?(\w+) ([\w:]+)\((.*)\)", operation),
     "layout": written(r"(.*) = (.*)", "EXPECT_EQ({}, {});".format),
 }

@@ -1,5 +1,7 @@
 #include "image_parameter.h"
 
+#include <sstream>
+
 namespace interface_test {
 namespace {
 
@@ -22,36 +24,9 @@ struct Variant {
   LONG width = 5, height = 4;
   DWORD size = 40, coloursUsed = 0, compression = BI_RGB;
 };
-using R = ImageRule;
-constexpr Variant variants[] = {{&R::other, 1, 1},
-                                {&R::other, 2, 3},
-                                {&R::other, 9, 9},
-                                {&R::noPixels, 0, 0},
-                                {&R::noPixels, 5, 0},
-                                {&R::noPixels, 0, 4},
-                                {&R::noPixels, INT_MAX, 0},
-                                {&R::noPixels, 0, INT_MAX},
-                                {&R::negative, -5, 4},
-                                {&R::negative, 5, -4},
-                                {&R::negative, -5, -4},
-                                {&R::broken, INT_MIN, INT_MIN},
-                                {&R::broken, INT_MIN, 4},
-                                {&R::broken, 5, INT_MIN},
-                                {&R::broken, 700000, 700000},
-                                {&R::broken, INT_MAX, INT_MAX},
-                                {&R::broken, 5, 4, 0},
-                                {&R::broken, 5, 4, 12},
-                                {&R::broken, 5, 4, 39},
-                                {&R::broken, 5, 4, UINT_MAX},
-                                {&R::other, 5, 4, 41},
-                                {&R::other, 5, 4, 108},
-                                {&R::other, 5, 4, 124},
-                                {&R::other, 5, 4, 40, 2},
-                                {&R::other, 5, 4, 40, 100000},
-                                {&R::broken, 5, 4, 40, UINT_MAX},
-                                {&R::other, 5, 4, 40, 0, 1},
-                                {&R::other, 5, 4, 40, 0, BI_BITFIELDS},
-                                {&R::other, 5, 4, 40, 0, UINT_MAX}};
+constexpr Variant variants[] = {
+#include "image_variants.inc"
+};
 
 }  // namespace
 
@@ -96,13 +71,10 @@ ImageParameter::ImageParameter(const ImageRule& rule) : changes_(rule.changed) {
 std::string ImageParameter::name(std::size_t value) const {
   if (!values_[value].block) return "null";
   const BITMAPINFOHEADER& h = *values_[value].block->dib();
-  std::string text;
-  for (const std::int64_t field :
-       {std::int64_t{h.biWidth}, std::int64_t{h.biHeight}, std::int64_t{h.biBitCount}, std::int64_t{h.biSize},
-        std::int64_t{h.biClrUsed}, std::int64_t{h.biCompression}}) {
-    text += std::to_string(field) + ' ';
-  }
-  return "width, height, bits, size, colours used, compression " + text;
+  std::ostringstream text;
+  text << h.biWidth << 'x' << h.biHeight << ", " << h.biBitCount << " bits, header of " << h.biSize << ", "
+       << h.biClrUsed << " colours, compression " << h.biCompression;
+  return text.str();
 }
 
 std::string ImageParameter::settle(Verdict call) {
