@@ -6,7 +6,6 @@
 
 #include "commands/common.h"
 #include "files/files.h"
-#include "host/cancel.h"
 #include "host/errors.h"
 #include "host/formats/formats.h"
 #include "progress_bar.h"
@@ -46,7 +45,6 @@ void run(const Arguments& arguments, const Settings& settings) {
   const Bytes before = readFile(arguments.input);
   const auto [after, warnings] = optimized(arguments, before, settings);
   warn(arguments.input, warnings, settings);
-  throwIfCancelled();
   target->write(after);
   if (settings.quiet || target->standardOutput()) return;
   const double saved = 100.0 - 100.0 * static_cast<double>(after.size()) / static_cast<double>(before.size());

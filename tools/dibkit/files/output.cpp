@@ -10,6 +10,7 @@
 
 #include "files/descriptor.h"
 #include "files/write.h"
+#include "host/cancel.h"
 #include "host/errors.h"
 #include "host/names.h"
 
@@ -64,6 +65,7 @@ bool OutputTarget::holdsSomething() const {
 }
 
 void OutputTarget::write(ByteView bytes) {
+  throwIfCancelled();
   if (!standardOutput_ && !replaces_ && holdsSomething()) throw FileError(path_, existsAlready);
   writeFile(standardOutput_ ? "-" : path_, bytes);
   replaces_ = true;

@@ -34,7 +34,7 @@ class OutputTarget {
   bool leftAlone() const { return leftAlone_; }
 
   /// Puts the whole file in place as writeFile() does. Throws FileError, also when the file has come to exist
-  /// since.
+  /// since, and Cancelled when the user pressed Ctrl-C before it was there.
   void write(ByteView bytes);
 
  private:

@@ -1,5 +1,7 @@
 #include "files/write.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -49,18 +51,31 @@ mode_t modeOfNewFiles() {
 class HeldSignals {
  public:
   HeldSignals() {
-    sigset_t held;
-    ::sigemptyset(&held);
-    ::sigaddset(&held, SIGINT);
-    ::sigaddset(&held, SIGTERM);
-    ::sigaddset(&held, SIGHUP);
+    const sigset_t held = interrupts();
     ::pthread_sigmask(SIG_BLOCK, &held, &before_);
   }
   HeldSignals(const HeldSignals&) = delete;
   HeldSignals& operator=(const HeldSignals&) = delete;
   ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
+  /// Whether one of them has come since.
+  static bool anyPending() {
+    sigset_t pending;
+    ::sigpending(&pending);
+    return std::any_of(signals.begin(), signals.end(),
+                       [&](int signal) { return ::sigismember(&pending, signal) == 1; });
+  }
+
  private:
+  static constexpr std::array signals{SIGINT, SIGTERM, SIGHUP};
+
+  static sigset_t interrupts() {
+    sigset_t set;
+    ::sigemptyset(&set);
+    for (const int signal : signals) ::sigaddset(&set, signal);
+    return set;
+  }
+
   sigset_t before_{};
 };
 
@@ -83,10 +98,18 @@ class TemporaryFile {
   const std::string& name() const { return name_; }
   void keep() { name_.clear(); }
 
-  /// All bytes on the disk. Returns 0, or the number of the error.
+  /// Puts all bytes onto the disk. Returns 0, or the number of the error, which is EINTR after Ctrl-C.
   int fill(ByteView bytes) {
-    if (const int error = writeAll(file_.get(), bytes)) return error;
-    return ::fsync(file_.get()) != 0 ? errno : 0;
+    constexpr std::size_t mostAtOnce = std::size_t{1} << 22;
+    while (!bytes.empty() && !HeldSignals::anyPending()) {
+      const std::size_t count = std::min(bytes.size(), mostAtOnce);
+      if (const int error = writeAll(file_.get(), bytes.first(count))) return error;
+      bytes = bytes.subspan(count);
+    }
+    if (bytes.empty() && ::fsync(file_.get()) != 0) return errno;
+    if (!HeldSignals::anyPending()) return 0;
+    requestCancel();
+    return EINTR;
   }
   bool takeOwner(const struct stat& old) { return ::fchown(file_.get(), old.st_uid, old.st_gid) == 0; }
   /// Returns 0, or the number of the error.
