@@ -19,7 +19,6 @@ std::vector<RGBQUAD> paletteOf(png_structp png, png_infop info) {
   png_colorp entries = nullptr;
   int count = 0;
   std::vector<RGBQUAD> palette;
-  if (png_get_color_type(png, info) != PNG_COLOR_TYPE_PALETTE) return palette;
   png_get_PLTE(png, info, &entries, &count);
   for (const png_color& entry : std::span(entries, static_cast<std::size_t>(count))) {
     palette.push_back(RGBQUAD{entry.blue, entry.green, entry.red, 0});
@@ -37,7 +36,7 @@ PngDecoder::PngDecoder(ByteView bytes, Strictness strictness, Checksums checksum
   if (!headStep()) throw FormatError(fault());
   size_ = {static_cast<int>(png_get_image_width(handles_.png, handles_.info)),
            static_cast<int>(png_get_image_height(handles_.png, handles_.info))};
-  palette_ = paletteOf(handles_.png, handles_.info);
+  if (indexed_) palette_ = paletteOf(handles_.png, handles_.info);
 }
 
 void PngDecoder::onError(png_structp png, png_const_charp message) {
@@ -84,6 +83,7 @@ bool PngDecoder::headStep() {
   }
   png_read_info(png, info);
   bitsPerPixel_ = png_get_bit_depth(png, info) * png_get_channels(png, info);
+  indexed_ = png_get_color_type(png, info) == PNG_COLOR_TYPE_PALETTE;
   interlaced_ = png_get_interlace_type(png, info) != PNG_INTERLACE_NONE;
   // All kinds become blue, green, red and alpha of 8 bits, in the colours of a usual screen.
   png_set_alpha_mode_fixed(png, PNG_ALPHA_PNG, PNG_DEFAULT_sRGB);

@@ -77,6 +77,7 @@ class PngDecoder {
   bool failed_ = false;  ///< libpng has given up
   int bitsPerPixel_ = 0;
   Size size_;
+  bool indexed_ = false;
   bool interlaced_ = false;
   std::vector<RGBQUAD> palette_;
 };
