@@ -10,6 +10,7 @@
 #include "host/animation/palette.h"
 #include "host/cancel.h"
 #include "host/errors.h"
+#include "host/names.h"
 
 namespace host {
 
@@ -166,7 +167,7 @@ void requireSense(const DepthOptions& options) {
   if (palette && bits > 8) throw UsageError(std::to_string(bits) + " bits have no palette");
   if (!options.palette.empty() && static_cast<int>(options.palette.size()) > 1 << bits) {
     throw UsageError("the palette has " + std::to_string(options.palette.size()) + " colours, too many for " +
-                     std::to_string(bits) + " bits");
+                     counted(bits, "bit"));
   }
 }
 

@@ -35,7 +35,7 @@ class ApngParser {
     if (!done_ && !apng_.frames.empty()) apng_.frames.back().place.cut = true;
     if (!animated_ || apng_.frames.empty()) return std::nullopt;
     if (keep_ == Keep::allFrames && apng_.frames.size() < declared_ && diagnostics_.warnings().empty()) {
-      diagnostics_.report("PNG: there are " + std::to_string(apng_.frames.size()) + " frames instead of " +
+      diagnostics_.report("PNG: frames are missing, it has " + std::to_string(apng_.frames.size()) + " of " +
                           std::to_string(declared_));
     }
     return std::move(apng_);

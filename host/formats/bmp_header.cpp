@@ -65,7 +65,7 @@ void requireKnownCombination(const BmpHeader& header) {
       (header.compression == BmpCompression::runs8 && header.bitCount == 8) ||
       (header.compression == BmpCompression::runs4 && header.bitCount == 4) ||
       (header.compression == BmpCompression::masks && (header.bitCount == 16 || header.bitCount == 32));
-  if (!fits) unsupported("this compression at " + std::to_string(header.bitCount) + " bits");
+  if (!fits) unsupported("this compression of " + std::to_string(header.bitCount) + "-bit pixels");
 }
 
 /// Returns the bytes that the masks take behind the header.

@@ -56,7 +56,8 @@ void print(const std::string& path, const Settings& settings) {
             << "  format        " << summary.format << ", " << counted(summary.bitsPerPixel, "bit")
             << " a pixel\n"
             << "  size          " << toString(summary.size) << '\n';
-  if (summary.paletteEntries > 0) std::cout << "  palette       " << summary.paletteEntries << " entries\n";
+  if (const auto entries = summary.paletteEntries; entries > 0)
+    std::cout << "  palette       " << entries << (entries == 1 ? " entry\n" : " entries\n");
   std::cout << "  colours       " << summary.colours << '\n'
             << "  transparency  " << nameOf(summary.transparency) << '\n'
             << "  frames        " << summary.frames << '\n';
