@@ -25,7 +25,7 @@ def output(*command):
 
 def examples(documents):
     """Each line once, in the order in which a reader finds them."""
-    commands = re.findall(r"^  (\w+) ", re.split("\nSubcommands:|\nExample", output("dibkit", "--help"))[1], re.M)
+    commands = re.findall(r"^  (\w+) ", re.split("\nCommands:|\nExample", output("dibkit", "--help"))[1], re.M)
     texts = [output("dibkit", *words, "--help").partition("\nExample")[2] for words in ([], *([c] for c in commands))]
     for document in documents:
         with open(document, encoding="utf-8") as file:

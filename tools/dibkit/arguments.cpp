@@ -1,5 +1,6 @@
 #include "arguments.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -16,9 +17,31 @@ std::vector<const CLI::App*> commandsOf(const CLI::App& program) {
   return program.get_subcommands([](const CLI::App*) { return true; });
 }
 
+/// The option, with its hyphens, that is meant by a word without them; nothing when it resembles none.
+std::optional<std::string> optionMeantBy(const std::string& word, std::vector<const CLI::App*> apps) {
+  std::vector<std::string> known;
+  for (const CLI::App* app : apps) {
+    for (const CLI::Option* option : app->get_options()) {
+      for (const std::string& letter : option->get_snames()) {
+        if (sameName(letter, word)) return "-" + letter;
+      }
+      known.insert(known.end(), option->get_lnames().begin(), option->get_lnames().end());
+    }
+  }
+  const std::optional<std::string> nearest = nearestName(word, known);
+  return nearest ? std::optional("--" + *nearest) : std::nullopt;
+}
+
+std::string suggestion(const std::optional<std::string>& meant) {
+  return meant ? "; did you mean '" + *meant + "'?" : "";
+}
+
 std::string unknownCommand(const CLI::App& program, const std::string& name) {
   std::vector<std::string> names;
   for (const CLI::App* command : commandsOf(program)) names.push_back(command->get_name());
+  const std::optional<std::string> option = optionMeantBy(name, {&program});
+  if (option && !nearestName(name, names))
+    return "there is no command '" + name + "'" + suggestion(option) + " (dibkit --help says more)";
   return unknownName("command", name, names);
 }
 
@@ -38,14 +61,17 @@ void printHelp(const CLI::App& program, const std::string& name) {
 
 std::string complaintAboutOption(const CLI::App& program, const CLI::App& command, const std::string& word) {
   const std::string name = word.substr(0, word.find('='));
-  std::vector<std::string> known;
-  for (const CLI::App* app : {&command, &program}) {
-    for (const CLI::Option* option : app->get_options()) {
-      known.insert(known.end(), option->get_lnames().begin(), option->get_lnames().end());
-    }
-  }
-  const std::optional<std::string> nearest = nearestName(name.substr(name.find_first_not_of('-')), known);
-  return "there is no option '" + name + "'" + (nearest ? "; did you mean '--" + *nearest + "'?" : "");
+  const std::string letters = name.substr(std::min(name.size(), name.find_first_not_of('-')));
+  return "there is no option '" + name + "'" + suggestion(optionMeantBy(letters, {&command, &program}));
+}
+
+/// The parser's own complaint, in the words of this program.
+std::string complaintOfParser(const CLI::ParseError& error) {
+  const std::string what = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return what;
+  const std::string option = what.substr(0, what.find(':'));
+  if (what.ends_with("missing")) return option + " needs a value";
+  return what.find("At Most 1 ") != std::string::npos ? option + " may be given only once" : what;
 }
 
 }  // namespace
@@ -65,13 +91,10 @@ std::string complaintAbout(const CLI::App& program, const CLI::ParseError& error
       " (dibkit" + (commands.empty() ? "" : " " + commands.front()->get_name()) + " --help says more)";
   const std::vector<std::string> unknown = program.remaining(true);
   if (unknown.empty()) {
-    const std::string what = error.what();
     if (commands.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
       return "say which command" + hint;
     }
-    const bool noValue =
-        dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr && what.ends_with("missing");
-    return (noValue ? what.substr(0, what.find(':')) + " needs a value" : what) + hint;
+    return complaintOfParser(error) + hint;
   }
   const std::string& word = unknown.front();
   if (word.size() > 1 && word.starts_with('-')) {

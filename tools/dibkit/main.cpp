@@ -27,12 +27,15 @@ int finishOutput() {
 
 int run(int argc, char** argv) {
   host::Settings settings;
-  CLI::App program("Makes animated GIFs of transitions between pictures, and other things with pictures.",
-                   "dibkit");
+  CLI::App program(
+      "Makes animated GIFs of transitions between pictures, makes GIFs smaller, converts pictures.",
+      "dibkit");
+  program.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  program.group("Commands");
   program.set_version_flag("-V,--version", "dibkit " DIBKIT_VERSION);
   program.add_flag("-q,--quiet", settings.quiet, "Say nothing but errors");
   program.add_flag("--strict", settings.strict,
-                   "Refuse files that are damaged; else what can be read is used");
+                   "Refuse damaged files, which are otherwise used as far as they can be read");
   program.require_subcommand(1);
   program.fallthrough();
   program.footer(
@@ -46,9 +49,9 @@ int run(int argc, char** argv) {
       "  dibkit effects\n"
       "  dibkit info day.gif\n"
       "\n"
-      "Reads PNG, JPEG, GIF, BMP and WebP, of up to 67 million pixels, 268 million where a --size makes "
-      "them\n"
-      "small. A file named - is standard input or output.");
+      "`dibkit COMMAND --help` tells of a command; the options above go with all of them. A file named -\n"
+      "is standard input or output. Pictures are PNG, JPEG, GIF, BMP or WebP files of up to 67 million\n"
+      "pixels, or 268 million where a --size makes them small.");
   host::addTransitionCommand(program, settings);
   host::addOptimizeCommand(program, settings);
   host::addRippleCommand(program, settings);

@@ -6,7 +6,6 @@
 
 #include "files/files.h"
 #include "host/animation/timing.h"
-#include "host/cancel.h"
 #include "host/names.h"
 
 namespace host {
@@ -99,15 +98,15 @@ void warnOfShortDelay(const OutputTarget& output, double milliseconds, const Set
 }
 
 void addRepeats(CLI::App* command, Repeats& repeats) {
-  takeNumber(command->add_option("--loop", repeats.loop, "How often it repeats, 0 for ever; else for ever"),
+  takeNumber(command->add_option("--loop", repeats.loop, "How often it repeats; for ever if 0 or not given"),
              0, 65535);
-  command->add_flag("--once", repeats.once, "Play once and stay at the end");
+  command->add_flag("--once", repeats.once, "Play once and stop at the last frame");
 }
 
 void addOverwriting(CLI::App* command, OverwriteRules& rules) {
   command->add_flag("-f,--force", rules.force, "Replace files that exist already");
   command->add_flag("-n,--no-clobber", rules.noClobber,
-                    "Leave files that exist already alone, and make the others");
+                    "Keep files that exist already, and make only the others");
 }
 
 void addOutput(CLI::App* command, Output& output, const std::string& help) {
@@ -131,11 +130,10 @@ std::optional<OutputTarget> claimGif(const Output& output, std::span<const std::
 }
 
 void writeAnimation(OutputTarget& output, const GifFile& file, const Settings& settings) {
-  throwIfCancelled();
   output.write(file.bytes);
   if (settings.quiet || output.standardOutput()) return;
   const std::string merged =
-      file.merged > 0 ? " (" + std::to_string(file.merged) + " more merged, equal to their neighbours)" : "";
+      file.merged > 0 ? " (" + std::to_string(file.merged) + " more merged, equal to the one before)" : "";
   std::printf("%s: %s, %s%s, %.2f s, %zu bytes\n", output.path().c_str(), toString(file.canvas).c_str(),
               counted(file.frames, "frame").c_str(), merged.c_str(),
               static_cast<double>(file.duration) / 100.0, file.bytes.size());

@@ -113,6 +113,16 @@ std::optional<int> thresholdOf(const std::string& text) {
   return value;
 }
 
+const char* const depths = "1, 4, 8, 16, 24 or 32";
+
+/// What is wrong with a value of --bits; empty for nothing.
+std::string complaintAboutDepth(const std::string& text) {
+  for (const char* depth : {"1", "4", "8", "16", "24", "32"}) {
+    if (text == depth) return {};
+  }
+  return "'" + text + "' is no depth; choose " + depths;
+}
+
 void run(const Arguments& arguments, const Settings& settings) {
   DepthOptions options = arguments.depth;
   if (arguments.bits != 0) options.bits = arguments.bits;
@@ -150,26 +160,32 @@ void addConvertCommand(CLI::App& program, const Settings& settings) {
   CLI::App* command = program.add_subcommand("convert", "Change a picture's depth or palette");
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("PICTURES", arguments->pictures, "One picture, or several")->required()->type_name("");
-  addOutput(command, arguments->output, "The PNG or BMP to write; for several pictures a folder");
-  command->add_option("--bits", arguments->bits, "1, 4, 8, 16, 24 or 32; else as few as keep all colours")
-      ->check(CLI::IsMember({1, 4, 8, 16, 24, 32}).description(""))
+  addOutput(command, arguments->output,
+            "The PNG or BMP to write; with several pictures, the folder for them");
+  command
+      ->add_option("--bits", arguments->bits,
+                   std::string("Bits a pixel: ") + depths + "; else as few as keep all colours")
+      ->check(complaintAboutDepth, "")
       ->type_name("N");
-  command->add_flag("--gray", arguments->depth.gray, "To 256 grays, or fewer with --bits");
+  command->add_flag("--gray", arguments->depth.gray, "Make it gray: 256 shades, or fewer with --bits");
   command
       ->add_option("--threshold", arguments->threshold,
-                   "To black and white: white from this gray (0 to 256) on, or auto")
+                   "Make it black and white: white from this gray (0 to 256) on, or auto")
       ->type_name("N");
-  command->add_option("--palette", arguments->paletteFile, "Use the palette of this picture")
+  command->add_option("--palette", arguments->paletteFile, "Use the colours of this picture's palette")
       ->type_name("FILE");
   command->add_flag("--shared-palette", arguments->depth.sharedPalette, "One palette for all pictures");
-  command->add_option("--matte", arguments->matte, "Colour under transparent pixels where the depth has none")
+  command
+      ->add_option("--matte", arguments->matte,
+                   "Colour behind transparent pixels, which only 32 bits can keep")
       ->type_name("COLOUR")
       ->capture_default_str();
   command
-      ->add_option("--dither", arguments->dither, "Colours that the palette lacks: " + listed(ditherNames()))
+      ->add_option("--dither", arguments->dither,
+                   "How to show colours that the palette lacks: " + listed(ditherNames()))
       ->type_name("NAME")
       ->capture_default_str();
-  command->add_option("--format", arguments->format, "png or bmp; else by the name of the output")
+  command->add_option("--format", arguments->format, "png or bmp; else what the name of the output says")
       ->type_name("NAME");
   command->footer(
       "Examples:\n"

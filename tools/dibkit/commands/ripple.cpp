@@ -146,14 +146,16 @@ void addRippleCommand(CLI::App& program, const Settings& settings) {
   const auto arguments = std::make_shared<Arguments>();
   command->add_option("PICTURE", arguments->picture, "The picture")->required()->type_name("");
   addOutput(command, arguments->output, "The GIF to write");
-  takeNumber(command->add_option("--frames", arguments->frames, "Stages of the water"), 1, 1000);
-  takeMilliseconds(command->add_option("--delay", arguments->delay, "How long each shows, in milliseconds"));
+  takeNumber(command->add_option("--frames", arguments->frames, "How many frames the water moves"), 1, 1000);
+  takeMilliseconds(
+      command->add_option("--delay", arguments->delay, "How long a frame shows, in milliseconds"));
   takeNumber(
-      command->add_option("--drops", arguments->drops, "Drops at random places; 0 for one every 100 pixels"),
+      command->add_option("--drops", arguments->drops,
+                          "How many drops fall, at random places; 0: a grid of them, 100 pixels apart"),
       0, 1000);
-  takeNumber(
-      command->add_option("--seed", arguments->seed, "Which random places; stands in the GIF as a comment"),
-      0, std::numeric_limits<unsigned>::max());
+  takeNumber(command->add_option("--seed", arguments->seed,
+                                 "Chooses the random places; the GIF keeps it in a comment"),
+             0, std::numeric_limits<unsigned>::max());
   command
       ->add_option("--size", arguments->size,
                    "Size of the GIF: 640x360, 320x, x240 or 50%; else that of the picture")

@@ -78,7 +78,7 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
       "transition", "Make an animated GIF of the transition from each picture to the next");
   const auto arguments = std::make_shared<Arguments>();
   command
-      ->add_option("PICTURES", arguments->pictures, "Two pictures or more; of an animation the first frame")
+      ->add_option("PICTURES", arguments->pictures, "Two pictures or more; of an animation, the first frame")
       ->required()
       ->type_name("");
   addOutput(command, arguments->output, "The GIF to write");
@@ -91,30 +91,30 @@ void addTransitionCommand(CLI::App& program, const Settings& settings) {
              1000);
   takeMilliseconds(
       command->add_option("--delay", arguments->plan.delay, "How long a step shows, in milliseconds"));
-  takeMilliseconds(
-      command->add_option("--hold", arguments->plan.hold, "How long a picture shows, in milliseconds"));
+  takeMilliseconds(command->add_option("--hold", arguments->plan.hold,
+                                       "How long a picture shows, in milliseconds; never less than a step"));
   command
       ->add_option("--size", arguments->size,
                    "Size of the GIF: 640x360, 320x, x240 or 50%; else that of the first picture")
       ->type_name("WxH");
-  addName("--fit", arguments->fit, "Pictures of another shape: " + listed(fitNames()));
+  addName("--fit", arguments->fit, "How pictures of another shape fill the GIF: " + listed(fitNames()));
   command
       ->add_option("--background", arguments->background,
                    "Colour beside a picture that does not fill the GIF: #rrggbb or a name")
       ->type_name("COLOUR")
       ->capture_default_str();
   command
-      ->add_option(
-          "--matte", arguments->matte,
-          "Colour to lay under transparent pictures; else they stay so, half transparent pixels as dots")
+      ->add_option("--matte", arguments->matte,
+                   "Colour behind transparent pictures; else they stay so, with dots for what is translucent")
       ->type_name("COLOUR");
   addName("--easing", arguments->easing, "How it moves: " + listed(easingNames()));
   command->add_flag("--reverse", arguments->plan.reverse,
-                    "Take the old picture away as the effect would bring it in");
+                    "Play the effect backwards: the old picture leaves as a new one would come");
   command->add_flag("--back", arguments->plan.back,
-                    "Return to the first picture, so that the animation has no seam");
+                    "Return to the first picture in the end, so that the animation repeats without a jump");
   addRepeats(command, arguments->repeats);
-  addName("--dither", arguments->dither, "With more than 256 colours: " + listed(ditherNames()));
+  addName("--dither", arguments->dither,
+          "How to show more colours than the 256 of a GIF: " + listed(ditherNames()));
   command->footer(
       "Examples:\n"
       "  dibkit transition a.png b.png -o ab.gif\n"
