@@ -5,7 +5,7 @@
 #include <new>
 #include <string>
 
-#include "host/animation/canvas_frames.h"
+#include "host/animation/dither.h"
 #include "host/animation/exact_palette.h"
 #include "host/animation/palette.h"
 #include "host/cancel.h"
@@ -33,7 +33,7 @@ OwnedDib trueColour(const Picture& picture) {
 OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, Dither dither) {
   Picture matched = picture.clone();
   CDIB32::MakeAllPixelsSameOpacity(matched.dib(), 255);
-  const Bytes indices = mapperOnto(colours, dither)->indicesOf(matched.clone());
+  const Bytes indices = mapperOnto(colours, dither)->indicesOf(matched);
   const std::uint8_t* next = indices.data();
   for (int y = 0; y < matched.height(); ++y) {
     Pixel* row = matched.row(y);
@@ -49,14 +49,17 @@ OwnedDib ontoPalette(const Picture& picture, const std::vector<RGBQUAD>& palette
   return onColours(inColours(picture, palette, dither).get(), palette, bits);
 }
 
-/// The best colours for all pictures together.
-std::vector<RGBQUAD> bestColours(std::span<const Picture> pictures, int most) {
-  std::vector<Frame> frames;
+/// The best colours for all pictures together, those of transparent pixels too.
+std::vector<RGBQUAD> bestColours(std::span<const Picture> pictures, int maximum) {
+  constexpr BYTE visibleFrom = 0;
+  std::int64_t pixels = 0;
+  for (const Picture& picture : pictures) pixels += picture.size().pixels();
+  ColourHistogram histogram(pixels, visibleFrom);
   for (const Picture& picture : pictures) {
-    frames.push_back({picture.clone(), 1});
-    CDIB32::MakeAllPixelsSameOpacity(frames.back().picture.dib(), 255);
+    throwIfCancelled();
+    histogram.add(picture, 1);
   }
-  return bestPalette(frames, most);
+  return histogram.bestPalette(maximum);
 }
 
 std::vector<RGBQUAD> allGrays() {

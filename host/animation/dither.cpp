@@ -14,16 +14,18 @@ namespace {
 constexpr NamedValues<Dither, 3> dithers{
     {{"none", Dither::none}, {"ordered", Dither::ordered}, {"diffusion", Dither::diffusion}}};
 
-/// Each opaque pixel by a rule of its own.
+/// The index of each opaque pixel by a rule.
 /// \param runs whether equal neighbours in a line have the same index
 template <class IndexOf>
-Bytes indicesBy(const Picture& picture, std::uint8_t transparent, bool runs, IndexOf indexOf) {
-  Bytes indices(static_cast<std::size_t>(picture.size().pixels()));
+Bytes indicesBy(const Picture& picture, const RECT& part, std::uint8_t transparent, bool runs,
+                IndexOf indexOf) {
+  Bytes indices(static_cast<std::size_t>(part.right - part.left) *
+                static_cast<std::size_t>(part.bottom - part.top));
   std::uint8_t* index = indices.data();
-  for (int y = 0; y < picture.height(); ++y) {
+  for (int y = part.top; y < part.bottom; ++y) {
     const Pixel* row = picture.row(y);
-    for (int x = 0; x < picture.width(); ++x, ++index) {
-      if (runs && x > 0 && row[x] == row[x - 1]) {
+    for (int x = part.left; x < part.right; ++x, ++index) {
+      if (runs && x > part.left && row[x] == row[x - 1]) {
         *index = index[-1];
       } else {
         *index = row[x].alpha < opaqueFrom ? transparent : indexOf(row[x], x, y);
@@ -35,9 +37,10 @@ Bytes indicesBy(const Picture& picture, std::uint8_t transparent, bool runs, Ind
 
 class NearestColours : public PaletteMapper {
  public:
+  using PaletteMapper::indicesOf;
   explicit NearestColours(std::vector<RGBQUAD> colours) : index_(std::move(colours)) {}
-  Bytes indicesOf(Picture picture) override {
-    return indicesBy(picture, index_.transparent(), true, [this](const Pixel& pixel, int, int) {
+  Bytes indicesOf(const Picture& picture, const RECT& part) override {
+    return indicesBy(picture, part, index_.transparent(), true, [this](const Pixel& pixel, int, int) {
       return index_.indexOf(pixel.red, pixel.green, pixel.blue);
     });
   }
@@ -48,9 +51,10 @@ class NearestColours : public PaletteMapper {
 
 class Patterns : public PaletteMapper {
  public:
+  using PaletteMapper::indicesOf;
   explicit Patterns(std::vector<RGBQUAD> colours) : index_(std::move(colours)), dither_(index_) {}
-  Bytes indicesOf(Picture picture) override {
-    return indicesBy(picture, index_.transparent(), false,
+  Bytes indicesOf(const Picture& picture, const RECT& part) override {
+    return indicesBy(picture, part, index_.transparent(), false,
                      [this](const Pixel& pixel, int x, int y) { return dither_.indexOf(pixel, x, y); });
   }
 
@@ -61,8 +65,11 @@ class Patterns : public PaletteMapper {
 
 class Diffusion : public PaletteMapper {
  public:
+  using PaletteMapper::indicesOf;
   explicit Diffusion(std::vector<RGBQUAD> colours) : index_(std::move(colours)), diffusion_(index_) {}
-  Bytes indicesOf(Picture picture) override { return diffusion_.indicesOf(std::move(picture)); }
+  Bytes indicesOf(const Picture& picture, const RECT& part) override {
+    return diffusion_.indicesOf(picture, part);
+  }
 
  private:
   PaletteIndex index_;

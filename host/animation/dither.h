@@ -20,16 +20,23 @@ enum class Dither {
 Dither ditherNamed(const std::string& name);
 std::vector<std::string> ditherNames();
 
-/// Brings pictures onto a palette, on one thread: it remembers what it has found. Colours that are in the
-/// palette map to themselves.
+/// Maps pictures to a palette. Colours that are in the palette map to themselves. Remembers what it has
+/// found, so an object is for one thread.
 class PaletteMapper {
  public:
   virtual ~PaletteMapper() = default;
-  /// Palette indices, lines from the top. With diffusion, pictures come in the order in which they show.
-  virtual Bytes indicesOf(Picture picture) = 0;
+  /// The palette indices of a part of a picture, lines from the top.
+  ///
+  /// With diffusion, pictures come in the order in which they show, and the part has all pixels that differ
+  /// from the picture before; the first picture comes whole.
+  virtual Bytes indicesOf(const Picture& picture, const RECT& part) = 0;
+  /// Those of all of a picture.
+  Bytes indicesOf(const Picture& picture) {
+    return indicesOf(picture, {0, 0, picture.width(), picture.height()});
+  }
 };
 
-/// \param colours at most 256; 255 if there are transparent pixels, whose index is the one behind them
+/// \param colours at most 256; 255 if there are transparent pixels, whose index is the one after them
 std::unique_ptr<PaletteMapper> mapperOnto(std::vector<RGBQUAD> colours, Dither dither);
 
 /// Whether one mapper has to see all frames of an animation, in order.

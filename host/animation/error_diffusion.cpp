@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/animation/palette.h"
+#include "host/formats/animation_canvas.h"
 
 namespace host {
 
@@ -44,32 +45,34 @@ std::uint8_t ErrorDiffusion::diffuse(const Pixel& pixel, std::size_t place, int 
   return index;
 }
 
-Bytes ErrorDiffusion::indicesOf(Picture picture) {
+Bytes ErrorDiffusion::indicesOf(const Picture& picture, const RECT& part) {
   const Size size = picture.size();
-  const bool follows = !indicesBefore_.empty() && before_.size() == size;
-  Bytes indices(static_cast<std::size_t>(size.pixels()));
+  const bool follows = before_ && before_->size() == size;
+  if (!follows) {
+    before_ = picture.clone();
+    indicesBefore_.assign(static_cast<std::size_t>(size.pixels()), 0);
+  }
+  Bytes indices;
+  indices.reserve(static_cast<std::size_t>(areaOf(part)));
   const std::vector<Error> none(static_cast<std::size_t>(size.width) + 2);
   Lines lines{none, none};
-  for (int y = 0; y < size.height; ++y) {
+  for (int y = part.top; y < part.bottom; ++y) {
     const Pixel* row = picture.row(y);
-    const Pixel* rowBefore = follows ? before_.row(y) : nullptr;
-    const std::size_t start = static_cast<std::size_t>(y) * static_cast<std::size_t>(size.width);
+    Pixel* rowBefore = before_->row(y);
+    std::uint8_t* index = indicesBefore_.data() + std::ptrdiff_t{y} * size.width;
     const int direction = y % 2 == 0 ? 1 : -1;
-    for (int i = 0; i < size.width; ++i) {
-      const int x = direction > 0 ? i : size.width - 1 - i;
-      std::uint8_t& index = indices[start + static_cast<std::size_t>(x)];
-      if (rowBefore != nullptr && row[x] == rowBefore[x]) {
-        index = indicesBefore_[start + static_cast<std::size_t>(x)];
-      } else if (row[x].alpha < opaqueFrom) {
-        index = index_->transparent();
-      } else {
-        index = diffuse(row[x], static_cast<std::size_t>(x) + 1, direction, lines);
-      }
+    const int last = part.right - 1;
+    for (int i = part.left; i <= last; ++i) {
+      const int x = direction > 0 ? i : last - (i - part.left);
+      if (follows && row[x] == rowBefore[x]) continue;
+      rowBefore[x] = row[x];
+      index[x] = row[x].alpha < opaqueFrom
+                     ? index_->transparent()
+                     : diffuse(row[x], static_cast<std::size_t>(x) + 1, direction, lines);
     }
+    indices.insert(indices.end(), index + part.left, index + part.right);
     lines.here = std::exchange(lines.below, none);
   }
-  before_ = std::move(picture);
-  indicesBefore_ = indices;
   return indices;
 }
 

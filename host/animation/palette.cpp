@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <unordered_map>
+#include <new>
 
 #include <libimagequant.h>
 #include <omp.h>
@@ -14,7 +14,9 @@ namespace host {
 
 namespace {
 
-constexpr std::uint32_t keyOf(const Pixel& pixel) {
+constexpr std::int64_t maximumSamples = 2'000'000;
+
+constexpr std::uint32_t packRgb(const Pixel& pixel) {
   return std::uint32_t{pixel.red} << 16 | std::uint32_t{pixel.green} << 8 | pixel.blue;
 }
 
@@ -28,42 +30,8 @@ struct Destroyer {
 template <class T, auto Destroy>
 using Owned = std::unique_ptr<T, Destroyer<Destroy>>;
 
-/// How often each colour shows, over at most about two million pixels spread evenly over all frames.
-std::vector<liq_histogram_entry> histogramOf(std::span<const Frame> frames) {
-  constexpr std::int64_t mostSamples = 2'000'000;
-  std::int64_t pixels = 0;
-  for (const Frame& frame : frames) pixels += frame.picture.size().pixels();
-  const int step = static_cast<int>(std::max<std::int64_t>(1, pixels / mostSamples));
-  std::unordered_map<std::uint32_t, std::uint32_t> counts;
-  std::vector<std::uint32_t> order;
-  int offset = 0;
-  for (const Frame& frame : frames) {
-    throwIfCancelled();
-    const Size size = frame.picture.size();
-    const auto weight = static_cast<std::uint32_t>(std::clamp(frame.delay, 1, 200));
-    for (int y = 0; y < size.height; ++y) {
-      const Pixel* row = frame.picture.row(y);
-      int x = offset;
-      for (; x < size.width; x += step) {
-        if (row[x].alpha < opaqueFrom) continue;
-        const auto [entry, isNew] = counts.try_emplace(keyOf(row[x]), 0);
-        if (isNew) order.push_back(entry->first);
-        entry->second += weight;
-      }
-      offset = x - size.width;
-    }
-  }
-  std::vector<liq_histogram_entry> entries;
-  entries.reserve(order.size());
-  for (const std::uint32_t key : order) {
-    const auto channel = [key](int shift) { return static_cast<unsigned char>(key >> shift & 255); };
-    entries.push_back({{channel(16), channel(8), channel(0), 255}, counts[key]});
-  }
-  return entries;
-}
-
-constexpr RGBQUAD entryOf(std::uint32_t key) {
-  const auto channel = [key](int shift) { return static_cast<BYTE>(key >> shift & 255); };
+constexpr RGBQUAD unpackRgb(std::uint32_t colour) {
+  const auto channel = [colour](int shift) { return static_cast<BYTE>(colour >> shift & 255); };
   return {channel(0), channel(8), channel(16), 0};
 }
 
@@ -84,31 +52,63 @@ void ShownColours::add(const Picture& picture, const RECT& part) {
 }
 
 void ShownColours::addLine(const Pixel* pixels, int count) {
-  constexpr std::size_t mostListed = 256;
+  constexpr std::size_t maximumListed = 256;
   for (int x = 0; x < count; ++x) {
-    // Most pixels are as the one before.
+    // Most pixels equal the one before.
     if (x > 0 && pixels[x] == pixels[x - 1]) continue;
     if (pixels[x].alpha < visibleFrom_) {
       anyTransparent_ = true;
       continue;
     }
-    const std::uint32_t key = keyOf(pixels[x]);
-    if (shown_[key]) continue;
-    shown_[key] = true;
-    if (count_++ < mostListed) first_.push_back(entryOf(key));
+    const std::uint32_t colour = packRgb(pixels[x]);
+    if (shown_[colour]) continue;
+    shown_[colour] = true;
+    if (count_++ < maximumListed) first_.push_back(unpackRgb(colour));
   }
 }
 
-std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours) {
+ColourHistogram::ColourHistogram(std::int64_t pixels, BYTE visibleFrom)
+    : visibleFrom_(visibleFrom),
+      step_(static_cast<int>(std::max<std::int64_t>(1, pixels / maximumSamples))) {}
+
+void ColourHistogram::add(const Picture& picture, int delay) {
+  const auto weight = static_cast<std::uint32_t>(std::clamp(delay, 1, 200));
+  std::size_t place = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    const Pixel* row = picture.row(y);
+    int x = offset_;
+    for (; x < picture.width(); x += step_) {
+      if (row[x].alpha < visibleFrom_) continue;
+      const std::uint32_t colour = packRgb(row[x]);
+      // Many pixels equal the one before.
+      if (counts_.empty() || counts_[place].colour != colour) {
+        const auto [entry, isNew] = places_.try_emplace(colour, counts_.size());
+        if (isNew) counts_.push_back({colour, 0});
+        place = entry->second;
+      }
+      counts_[place].weight += weight;
+    }
+    offset_ = x - picture.width();
+  }
+}
+
+std::vector<RGBQUAD> ColourHistogram::bestPalette(int maximumColours) const {
+  std::vector<liq_histogram_entry> entries;
+  entries.reserve(counts_.size());
+  for (const Count& count : counts_) {
+    const auto channel = [&count](int shift) {
+      return static_cast<unsigned char>(count.colour >> shift & 255);
+    };
+    entries.push_back({{channel(16), channel(8), channel(0), 255}, count.weight});
+  }
   // The library adds up in as many parts as it has threads, which changes the last bit of its sums: with one,
   // the same pictures give the same palette on every machine.
   omp_set_num_threads(1);
-  std::vector<liq_histogram_entry> entries = histogramOf(frames);
   const Owned<liq_attr, liq_attr_destroy> attributes(liq_attr_create());
   const Owned<liq_histogram, liq_histogram_destroy> histogram(
       attributes ? liq_histogram_create(attributes.get()) : nullptr);
   liq_result* made = nullptr;
-  if (!histogram || liq_set_max_colors(attributes.get(), mostColours) != LIQ_OK ||
+  if (!histogram || liq_set_max_colors(attributes.get(), maximumColours) != LIQ_OK ||
       liq_histogram_add_colors(histogram.get(), attributes.get(), entries.data(),
                                static_cast<int>(entries.size()), 0) != LIQ_OK ||
       liq_histogram_quantize(histogram.get(), attributes.get(), &made) != LIQ_OK) {
@@ -122,6 +122,22 @@ std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours)
     colours.push_back(RGBQUAD{colour.b, colour.g, colour.r, 0});
   }
   return colours;
+}
+
+std::vector<RGBQUAD> paletteOf(const BITMAPINFOHEADER* dib) {
+  std::vector<RGBQUAD> entries(GetDIBPaletteSize(dib));
+  std::memcpy(entries.data(), reinterpret_cast<const BYTE*>(dib) + dib->biSize,
+              entries.size() * sizeof(RGBQUAD));
+  return entries;
+}
+
+std::optional<int> entryOf(const std::vector<RGBQUAD>& palette, RGBQUAD colour) {
+  const auto entry = std::find_if(palette.begin(), palette.end(), [colour](const RGBQUAD& other) {
+    return other.rgbRed == colour.rgbRed && other.rgbGreen == colour.rgbGreen &&
+           other.rgbBlue == colour.rgbBlue;
+  });
+  if (entry == palette.end()) return std::nullopt;
+  return static_cast<int>(entry - palette.begin());
 }
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <span>
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "host/formats/formats.h"
@@ -13,11 +15,12 @@ constexpr BYTE opaqueFrom = 128;
 /// The colours that pictures show, transparent pixels left out.
 class ShownColours {
  public:
-  /// \param visibleFrom pixels of less opacity are transparent
+  /// \param visibleFrom pixels of a smaller alpha are transparent
   explicit ShownColours(BYTE visibleFrom = opaqueFrom);
-  /// \param before a picture of the same size that was added already, or null; saves a look at equal lines
+  /// \param before a picture of the same size that was added already, or null: lines equal to its lines are
+  ///        skipped
   void add(const Picture& picture, const Picture* before);
-  /// Looks at a part of the picture only.
+  /// Adds the colours of a part of the picture.
   void add(const Picture& picture, const RECT& part);
 
   std::size_t count() const { return count_; }
@@ -35,8 +38,37 @@ class ShownColours {
   void addLine(const Pixel* pixels, int count);
 };
 
-/// The best palette for all frames that the quantising library finds. Frames may have any sizes; each weighs
-/// as much as the time that it shows.
-std::vector<RGBQUAD> bestPalette(std::span<const Frame> frames, int mostColours);
+/// How often pictures show each colour, transparent pixels left out. Counts at most about two million pixels,
+/// spread evenly over all pictures.
+class ColourHistogram {
+ public:
+  /// \param pixels of all pictures together that will be added
+  /// \param visibleFrom pixels of a smaller alpha are transparent
+  explicit ColourHistogram(std::int64_t pixels, BYTE visibleFrom = opaqueFrom);
+
+  /// Pictures may have any sizes. \param delay how long it shows, in hundredths of a second: its weight
+  void add(const Picture& picture, int delay);
+
+  /// The best palette that the quantising library finds. The same pictures always give the same one.
+  std::vector<RGBQUAD> bestPalette(int maximumColours) const;
+
+ private:
+  struct Count {
+    std::uint32_t colour = 0;
+    std::uint32_t weight = 0;
+  };
+
+  BYTE visibleFrom_;
+  int step_;
+  int offset_ = 0;  ///< of the first pixel that counts in the next line
+  std::vector<Count> counts_;
+  std::unordered_map<std::uint32_t, std::size_t> places_;  ///< of the colours in counts_
+};
+
+/// The entries of an image's palette.
+std::vector<RGBQUAD> paletteOf(const BITMAPINFOHEADER* dib);
+
+/// The index of the first entry of that colour, or nothing.
+std::optional<int> entryOf(const std::vector<RGBQUAD>& palette, RGBQUAD colour);
 
 }  // namespace host

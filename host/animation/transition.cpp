@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <new>
 
 #include "host/animation/alpha.h"
 #include "host/animation/timing.h"
 #include "host/errors.h"
 #include "host/names.h"
-#include "host/parallel.h"
 
 namespace host {
 
@@ -33,30 +31,6 @@ int styleNamed(const dibkit::Effect& effect, const std::string& name) {
   throw UsageError(unknownName(ofEffect, name, names));
 }
 
-/// One frame to make.
-struct Task {
-  const Picture* outgoing;
-  const Picture* incoming;
-  double progress;
-  double milliseconds;
-};
-
-std::vector<Task> tasksFor(const std::vector<Picture>& pictures, const TransitionPlan& plan) {
-  const double hold = std::max(plan.hold, plan.delay);
-  std::vector<Task> tasks{{&pictures.front(), &pictures.front(), 1.0, hold}};
-  const std::size_t transitions = plan.back ? pictures.size() : pictures.size() - 1;
-  for (std::size_t i = 0; i < transitions; ++i) {
-    const Picture& outgoing = pictures[i];
-    const Picture& incoming = pictures[(i + 1) % pictures.size()];
-    for (int k = 1; k < plan.frames; ++k) {
-      tasks.push_back({&outgoing, &incoming, plan.easing(static_cast<double>(k) / plan.frames), plan.delay});
-    }
-    // Back at the first picture the animation starts again with it.
-    if (i + 1 < pictures.size()) tasks.push_back({&outgoing, &incoming, 1.0, hold});
-  }
-  return tasks;
-}
-
 }  // namespace
 
 ChosenEffect chooseEffect(const std::string& effect, const std::string& style) {
@@ -69,41 +43,44 @@ ChosenEffect chooseEffect(const std::string& effect, const std::string& style) {
   throw UsageError(unknownName("effect", effect, names));
 }
 
-Picture transitionFrame(const ChosenEffect& chosen, const Picture& incoming, const Picture& outgoing,
-                        double progress) {
-  const double reached = chosen.effect->overshoots ? progress : rebounding(progress);
-  Picture frame(chosen.effect->frame(incoming.dib(), outgoing.dib(), chosen.style, reached));
-  ditherAlpha(frame);
-  return frame;
+TransitionFrames::TransitionFrames(std::span<const Picture> pictures, const TransitionPlan& plan)
+    : pictures_(pictures), chosen_(plan.chosen) {
+  HundredthsClock clock;
+  const auto hold = [&](const Picture& picture) {
+    stages_.push_back({&picture, nullptr, 1.0, clock.delayFor(std::max(plan.hold, plan.delay))});
+  };
+  hold(pictures.front());
+  const std::size_t transitions = plan.back ? pictures.size() : pictures.size() - 1;
+  for (std::size_t i = 0; i < transitions; ++i) {
+    const Picture* outgoing = &pictures[i];
+    const Picture* incoming = &pictures[(i + 1) % pictures.size()];
+    for (int k = 1; k < plan.frames; ++k) {
+      const double progress = plan.easing(static_cast<double>(k) / plan.frames);
+      const int delay = clock.delayFor(plan.delay);
+      // In reverse, the outgoing picture is brought in, and time runs backwards.
+      stages_.push_back(plan.reverse ? Stage{outgoing, incoming, 1.0 - progress, delay}
+                                     : Stage{incoming, outgoing, progress, delay});
+    }
+    // A transition back to the first picture ends where the animation starts again.
+    if (i + 1 < pictures.size()) hold(*incoming);
+  }
+}
+
+RenderedFrame TransitionFrames::render(int frame) {
+  const Stage& stage = stages_[static_cast<std::size_t>(frame)];
+  if (stage.outgoing == nullptr) return {stage.incoming->clone(), stage.incoming, {}};
+  const dibkit::Effect& effect = *chosen_.effect;
+  const double progress = effect.overshoots ? stage.progress : rebounding(stage.progress);
+  RenderedFrame rendered{{}, stage.outgoing, {}};
+  rendered.picture = Picture(
+      effect.frame(stage.incoming->dib(), stage.outgoing->dib(), chosen_.style, progress, &rendered.changed));
+  ditherAlpha(rendered.picture);
+  return rendered;
 }
 
 int countFrames(std::size_t pictures, const TransitionPlan& plan) {
   const auto steps = static_cast<std::size_t>(plan.frames);
   return static_cast<int>(1 + (pictures - 1) * steps + (plan.back ? steps - 1 : 0));
-}
-
-std::vector<Frame> renderTransitions(const std::vector<Picture>& pictures, const TransitionPlan& plan,
-                                     const std::function<void()>& step) {
-  const std::vector<Task> tasks = tasksFor(pictures, plan);
-  std::vector<Frame> frames(tasks.size());
-  const auto make = [&](int number) {
-    const Task& task = tasks[static_cast<std::size_t>(number)];
-    // Backwards, the outgoing picture plays the incoming one whose transition is taken back.
-    frames[static_cast<std::size_t>(number)].picture =
-        plan.reverse ? transitionFrame(plan.chosen, *task.outgoing, *task.incoming, 1.0 - task.progress)
-                     : transitionFrame(plan.chosen, *task.incoming, *task.outgoing, task.progress);
-    step();
-  };
-  const auto count = static_cast<int>(tasks.size());
-  // The C library has one random generator: two frames drawn from it at once would disturb each other.
-  if (plan.chosen.effect->drawsRandomNumbers) {
-    forEachInOrder(count, make);
-  } else {
-    forEachIndex(count, make);
-  }
-  HundredthsClock clock;
-  for (std::size_t i = 0; i < tasks.size(); ++i) frames[i].delay = clock.delayFor(tasks[i].milliseconds);
-  return frames;
 }
 
 }  // namespace host

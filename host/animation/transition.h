@@ -1,13 +1,13 @@
 #pragma once
 
-#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include <dibkit.h>
 
 #include "host/animation/easing.h"
-#include "host/formats/formats.h"
+#include "host/animation/frame_source.h"
 
 namespace host {
 
@@ -17,11 +17,11 @@ struct ChosenEffect {
   int style = 0;
 };
 
-/// Looks names up in the catalogue, in either case; both may also be numbers, and an empty style is the
-/// effect's usual one. Throws UsageError that names what exists.
+/// Looks up names of the catalogue, in upper or lower case. Both may also be numbers; an empty style is the
+/// effect's default. Throws UsageError with the names that exist.
 ChosenEffect chooseEffect(const std::string& effect, const std::string& style);
 
-/// How the animation runs; what is set here is what happens when the user says nothing.
+/// How the animation runs, with the defaults.
 struct TransitionPlan {
   ChosenEffect chosen;
   Easing easing = easingNamed("linear");
@@ -32,17 +32,35 @@ struct TransitionPlan {
   bool back = false;     ///< ends with a transition to the first picture
 };
 
-/// One frame on the way. All pictures have one size; their pixels are opaque or transparent, and so are the
-/// frame's.
-/// \param progress 0 gives the outgoing picture, 1 exactly the incoming one; beyond them an effect goes on if
-///        it can, and else rebounds
-Picture transitionFrame(const ChosenEffect& chosen, const Picture& incoming, const Picture& outgoing,
-                        double progress);
+/// The frames of the transitions from each picture to the next one, the pictures themselves among them.
+class TransitionFrames : public FrameSource {
+ public:
+  /// \param pictures at least two, of one size, their pixels opaque or transparent, and so are the frames';
+  ///        must outlive this object
+  TransitionFrames(std::span<const Picture> pictures, const TransitionPlan& plan);
 
-/// The frames of the transitions from each picture to the next one.
-/// \param step called after every frame, from any thread
-std::vector<Frame> renderTransitions(const std::vector<Picture>& pictures, const TransitionPlan& plan,
-                                     const std::function<void()>& step);
+  Size size() const override { return pictures_.front().size(); }
+  int count() const override { return static_cast<int>(stages_.size()); }
+  int delay(int frame) const override { return stages_[static_cast<std::size_t>(frame)].delay; }
+  /// The C library has one random generator: two effects that draw from it at once would disturb each other.
+  bool needsOrder() const override { return chosen_.effect->drawsRandomNumbers; }
+  RenderedFrame render(int frame) override;
+
+ private:
+  /// What a frame shows: a stage of a transition or, without an outgoing picture, the incoming picture
+  /// itself.
+  struct Stage {
+    const Picture* incoming = nullptr;
+    const Picture* outgoing = nullptr;
+    double progress = 0;
+    int delay = 0;
+  };
+
+  std::span<const Picture> pictures_;
+  ChosenEffect chosen_;
+  std::vector<Stage> stages_;
+};
+
 /// How many frames that gives.
 int countFrames(std::size_t pictures, const TransitionPlan& plan);
 

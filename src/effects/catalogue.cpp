@@ -16,8 +16,8 @@ EffectParameters Effect::parameters(double progress, const SIZE& picture, int st
   return styles.empty() ? EffectParameters{a, 0} : EffectParameters{style, a};
 }
 
-OwnedDib Effect::frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style,
-                       double progress) const {
+OwnedDib Effect::frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress,
+                       RECT* changed) const {
   const View in = viewOfDepth(incoming, 32);
   const View out = viewOfDepth(outgoing, 32);
   if (!in || !out || in.width() != out.width() || in.height() != out.height()) return nullptr;
@@ -25,16 +25,25 @@ OwnedDib Effect::frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, i
   const int count = std::max(1, static_cast<int>(styles.size()));
   if (style < 0 || style >= count) return nullptr;
 
+  RECT part{0, 0, in.width(), in.height()};
+  OwnedDib made;
   if (overshoots && (progress < 0.0 || progress > 1.0)) {
     // Four sides are every other one of the eight directions.
     const long direction = 8 / count * style;
-    return progress > 1.0 ? moveOn(incoming, direction, std::min(progress, 2.0) - 1.0)
+    made = progress > 1.0 ? moveOn(incoming, direction, std::min(progress, 2.0) - 1.0)
                           : moveOn(outgoing, direction, std::max(progress, -1.0));
+  } else if (!(progress > 0.0)) {
+    part = {};
+    made = copyOf(outgoing);
+  } else if (progress >= 1.0) {
+    made = copyOf(incoming);
+  } else if (compose != nullptr) {
+    made = compose(incoming, outgoing, style, progress);
+  } else {
+    made = composePiece(*number, incoming, outgoing, parameters(progress, sizeOf(incoming), style), part);
   }
-  if (!(progress > 0.0)) return copyOf(outgoing);
-  if (progress >= 1.0) return copyOf(incoming);
-  if (compose != nullptr) return compose(incoming, outgoing, style, progress);
-  return composePiece(*number, incoming, outgoing, parameters(progress, sizeOf(incoming), style));
+  if (made && changed != nullptr) *changed = part;
+  return made;
 }
 
 const Effect* findEffect(std::string_view name) {

@@ -76,8 +76,11 @@ struct DIBKIT_API Effect {
   /// \param progress 0.0 for the outgoing picture to 1.0 for the incoming one, both exact to the byte. Beyond
   ///        them it counts as the nearer end, except for an effect that overshoots: the picture of that end
   ///        moves on by the excess as a share of its size, followed by its mirror image.
+  /// \param changed receives the rectangle outside of which the frame equals the outgoing picture, empty for
+  ///        none; may be null, and stays as it is when the frame is null
   /// \return the frame; null for unusable pictures, an unknown style, or when memory runs out
-  OwnedDib frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress) const;
+  OwnedDib frame(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int style, double progress,
+                 RECT* changed = nullptr) const;
 
   /// The parameters for GeneralEffectFrame at a stage: nothing or as little as possible shows at progress 0,
   /// the whole incoming picture at 1. Progress outside 0 to 1 counts as the nearer end.

@@ -124,7 +124,8 @@ OwnedDib composeFilm(BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing, int
 }
 
 OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
-                      EffectParameters parameters) {
+                      EffectParameters parameters, RECT& changed) {
+  changed = {};
   OwnedDib frame = copyOf(outgoing);
   if (!frame) return nullptr;
   RECT place{};
@@ -144,6 +145,9 @@ OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* 
     if (!opaquePiece) return nullptr;
   }
   const POINT origin = pieceOrigin(place);
+  const RECT box{origin.x, origin.y, origin.x + piece->biWidth, origin.y + piece->biHeight};
+  const RECT whole{0, 0, outgoing->biWidth, outgoing->biHeight};
+  IntersectRect(&changed, &box, &whole);
   forEachCommonRow(
       [](int count, BYTE* to, const BYTE* from, const BYTE* cover) {
         for (int x = 0; x < count; ++x) {

@@ -20,8 +20,9 @@ Compose composeFilm;      ///< likewise
 /// The outgoing picture with the piece in it. The piece replaces what it covers: where the incoming picture
 /// is transparent there, the frame is transparent.
 /// \param number of an effect that makes a piece
+/// \param changed receives the rectangle of the piece in the frame, empty without a piece
 OwnedDib composePiece(int number, BITMAPINFOHEADER* incoming, BITMAPINFOHEADER* outgoing,
-                      EffectParameters parameters);
+                      EffectParameters parameters, RECT& changed);
 
 /// A picture moved away from the side that it came from, with its mirror image beside it.
 /// \param direction 0 to 7, where it came from, numbered as for GenerateRunPushEffect

@@ -119,14 +119,9 @@ Pixel parseColour(const std::string& text) {
   throw UsageError("'" + text + "' is no colour; write it like #1e90ff or name one of: " + listed(names));
 }
 
-void requireRoomFor(Size size, int frames) {
+void requireGifSize(Size size) {
   if (std::max(size.width, size.height) > mostPixelsAcross) {
     throw UsageError(toString(size) + " pixels are more than a GIF can have; choose a --size");
-  }
-  try {
-    requireUsableAnimation(size, frames);
-  } catch (const FormatError& error) {
-    throw UsageError(std::string(error.what()) + "; choose a smaller --size or fewer --frames");
   }
 }
 

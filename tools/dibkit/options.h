@@ -36,7 +36,7 @@ WantedSize parseSize(const std::string& text);
 /// "#rrggbb", "#rgb", or one of a few names; opaque, except for "transparent".
 Pixel parseColour(const std::string& text);
 
-/// Throws UsageError when no GIF has that size, or so many frames of it are more than the program makes.
-void requireRoomFor(Size size, int frames);
+/// Throws UsageError when no GIF can have that size.
+void requireGifSize(Size size);
 
 }  // namespace host

@@ -10,7 +10,7 @@
 
 #include "commands/commands.h"
 #include "files/output.h"
-#include "host/animation/canvas_frames.h"
+#include "host/animation/gif_animation.h"
 #include "host/errors.h"
 #include "host/formats/formats.h"
 

@@ -10,9 +10,9 @@
 
 #include "commands/common.h"
 #include "files/files.h"
-#include "host/animation/canvas_frames.h"
 #include "host/animation/depth.h"
 #include "host/animation/fit.h"
+#include "host/animation/palette.h"
 #include "host/errors.h"
 #include "host/formats/formats.h"
 #include "host/names.h"

@@ -13,8 +13,8 @@
 #include "files/files.h"
 #include "gallery/page.h"
 #include "host/animation/alpha.h"
-#include "host/animation/canvas_frames.h"
 #include "host/animation/fit.h"
+#include "host/animation/gif_animation.h"
 #include "host/animation/transition.h"
 #include "host/errors.h"
 #include "host/samples/samples.h"
@@ -93,23 +93,37 @@ Size usualSize(Size picture) {
   return {usualWidth, std::clamp(height, 1, 4 * usualWidth)};
 }
 
-/// All frames in rows of as many columns.
-Bytes sheetOf(const CanvasAnimation& animation, int columns) {
-  const auto width = static_cast<std::size_t>(animation.canvas.width);
-  const int height = animation.canvas.height;
-  const auto frames = static_cast<int>(animation.frames.size());
-  const int rows = (frames + columns - 1) / columns;
-  IndexedPicture sheet{
-      {animation.canvas.width * columns, height * rows}, {}, animation.palette, animation.transparent};
-  sheet.indices.resize(static_cast<std::size_t>(sheet.size.pixels()));
-  for (int i = 0; i < frames; ++i) {
-    const std::uint8_t* line = animation.frames[static_cast<std::size_t>(i)].indices.data();
-    std::uint8_t* to = sheet.indices.data() + static_cast<std::size_t>(i % columns) * width;
-    for (int y = i / columns * height; y < (i / columns + 1) * height; ++y, line += width)
-      std::copy_n(line, width, to + static_cast<std::size_t>(y * columns) * width);
+/// A picture of all frames in rows of as many columns.
+class Sheet {
+ public:
+  Sheet(Size frame, int frames, int columns) : frame_(frame), columns_(columns) {
+    sheet_.size = {frame.width * columns, frame.height * ((frames + columns - 1) / columns)};
+    sheet_.indices.resize(static_cast<std::size_t>(sheet_.size.pixels()));
   }
-  return writePng(sheet);
-}
+
+  /// Adds the next frame: the one before, with the patch in it.
+  void add(const SharedPalette& palette, const Patch<std::uint8_t>& patch) {
+    sheet_.palette = palette.entries;
+    sheet_.transparent = palette.transparent;
+    for (int y = 0; next_ > 0 && y < frame_.height; ++y)
+      std::copy_n(at(next_ - 1, 0, y), frame_.width, at(next_, 0, y));
+    for (int y = patch.place.top; y < patch.place.bottom; ++y)
+      std::copy_n(patch.line(y), patch.width(), at(next_, patch.place.left, y));
+    ++next_;
+  }
+  Bytes png() const { return writePng(sheet_); }
+
+ private:
+  std::uint8_t* at(int frame, int x, int y) {
+    const std::ptrdiff_t line = frame / columns_ * frame_.height + y;
+    return sheet_.indices.data() + line * sheet_.size.width + frame % columns_ * frame_.width + x;
+  }
+
+  Size frame_;
+  int columns_;
+  IndexedPicture sheet_;
+  int next_ = 0;
+};
 
 /// A sheet about as many frames wide as high.
 int columnsFor(int frames) { return static_cast<int>(std::ceil(std::sqrt(frames))); }
@@ -136,14 +150,18 @@ void addCard(GalleryPage& page, Files& files, const ChosenEffect& chosen,
   card.command = "dibkit transition " + quoted(sources[0]) + " " + quoted(sources[1]) + " --effect " +
                  effect.name + (style != nullptr ? std::string(" --style ") + style->name : "") + " --size " +
                  toString(pictures.front().size()) + " --back -o " + card.gif;
-  const auto nothing = [] {};
-  const CanvasAnimation animation =
-      indexFrames(renderTransitions(pictures, planFor(chosen), nothing), Dither::none, nothing);
+  TransitionFrames frames(pictures, planFor(chosen));
   page.delays.clear();
-  for (const CanvasFrame& frame : animation.frames) page.delays.push_back(frame.delay);
-  page.sheetColumns = columnsFor(static_cast<int>(page.delays.size()));
-  put(files, card.sheet, sheetOf(animation, page.sheetColumns));
-  put(files, card.gif, gifOf(animation, 0).bytes);
+  for (int i = 0; i < frames.count(); ++i) page.delays.push_back(frames.delay(i));
+  page.sheetColumns = columnsFor(frames.count());
+  Sheet sheet(frames.size(), frames.count(), page.sheetColumns);
+  Progress silent;
+  const GifFile gif = gifOf(frames, {.loops = 0}, silent,
+                            [&sheet](const SharedPalette& palette, const Patch<std::uint8_t>& patch) {
+                              sheet.add(palette, patch);
+                            });
+  put(files, card.sheet, sheet.png());
+  put(files, card.gif, gif.bytes);
   page.cards.push_back(std::move(card));
 }
 
@@ -197,7 +215,9 @@ void run(const Arguments& arguments, const Settings& settings) {
   GalleryPage page;
   const Size first = sources.pictures.front().size();
   page.size = arguments.size.empty() ? usualSize(first) : wanted.of(first);
-  requireRoomFor(page.size, countFrames(2, planFor({})));
+  requireGifSize(page.size);
+  // The sheets hold all frames.
+  requireUsableAnimation(page.size, countFrames(2, planFor({})));
   page.captions = sources.files;
   page.pictures = fittedFiles;
   makeFolder(arguments.folder);

@@ -8,8 +8,8 @@
 #include "commands/common.h"
 #include "files/files.h"
 #include "host/animation/alpha.h"
-#include "host/animation/canvas_frames.h"
 #include "host/animation/fit.h"
+#include "host/animation/gif_animation.h"
 #include "host/errors.h"
 #include "host/names.h"
 #include "options.h"
@@ -34,8 +34,7 @@ struct Arguments {
   std::string dither = "none";
 };
 
-std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPlan& plan,
-                                  const Settings& settings) {
+std::vector<Picture> readPictures(const Arguments& arguments, const Settings& settings) {
   const Fit fit = fitNamed(arguments.fit);
   const Pixel background = parseColour(arguments.background);
   std::vector<Picture> pictures;
@@ -44,7 +43,7 @@ std::vector<Picture> readPictures(const Arguments& arguments, const TransitionPl
   for (const std::string& path : arguments.pictures) {
     const Picture picture = readPictureFor(pictures.empty() ? wanted.sides() : size, path, settings);
     if (pictures.empty()) size = wanted.of(picture.size());
-    requireRoomFor(size, countFrames(arguments.pictures.size(), plan));
+    requireGifSize(size);
     pictures.push_back(fitted(picture, size, fit, background));
     if (!arguments.matte.empty()) layOver(pictures.back(), parseColour(arguments.matte));
     ditherAlpha(pictures.back());
@@ -57,18 +56,15 @@ void run(const Arguments& arguments, const Settings& settings) {
   TransitionPlan plan = arguments.plan;
   plan.chosen = chooseEffect(arguments.effect, arguments.style);
   plan.easing = easingNamed(arguments.easing);
-  const Dither dither = ditherNamed(arguments.dither);
-  const std::optional<int> loops = arguments.repeats.count();
+  const GifOptions options{arguments.repeats.count(), {}, ditherNamed(arguments.dither)};
   std::optional<OutputTarget> target = claimGif(arguments.output, arguments.pictures, settings);
   if (!target) return;
   warnOfShortDelay(*target, plan.frames > 1 ? plan.delay : std::max(plan.hold, plan.delay), settings);
-  const std::vector<Picture> pictures = readPictures(arguments, plan, settings);
+  const std::vector<Picture> pictures = readPictures(arguments, settings);
 
   ProgressBar bar("transition", settings.quiet);
-  const double share = 1.0 / (2 * countFrames(pictures.size(), plan));
-  const auto step = [&bar, share] { bar.progress().add(share); };
-  const GifFile file = gifOf(indexFrames(renderTransitions(pictures, plan, step), dither, step), loops);
-  writeAnimation(*target, file, settings);
+  TransitionFrames frames(pictures, plan);
+  writeAnimation(*target, gifOf(frames, options, bar.progress()), settings);
 }
 
 }  // namespace
