@@ -1,48 +1,38 @@
-#include "platform/clipboard.h"
-
 #include <cstring>
-#include <vector>
 
-#include <gtest/gtest.h>
+#include "platform/surface.h"
 
 namespace {
 
 using test::Clipboard;
 
-TEST(LogicalPalettes, GiveBackTheirEntries) {
-  const HPALETTE palette = test::twoColours();
-  ASSERT_NE(palette, nullptr);
+TEST(LogicalPalettes, GiveBackTheirEntriesAndAreSelectedIntoContexts) {
+  const auto owned = test::logicalPalette({0x010203, 0x040506});
+  const HPALETTE palette = owned.get();
   EXPECT_EQ(GetPaletteEntries(palette, 0, 0, nullptr), 2U);
-  PALETTEENTRY entries[3] = {};
+  PALETTEENTRY entries[21] = {};
   EXPECT_EQ(GetPaletteEntries(palette, 0, 3, entries), 2U);
-  EXPECT_EQ(entries[1].peBlue, 6);
-  EXPECT_EQ(entries[1].peFlags, 4);
-  EXPECT_EQ(entries[2].peRed, 0);
+  const PALETTEENTRY expected[] = {{1, 2, 3, 0}, {4, 5, 6, 0}, {0, 0, 0, 0}};
+  EXPECT_EQ(std::memcmp(entries, expected, sizeof(expected)), 0);
   EXPECT_EQ(GetPaletteEntries(palette, 1, 1, entries), 1U);
-  EXPECT_EQ(entries[0].peRed, 4);
+  EXPECT_EQ(std::memcmp(entries, expected + 1, sizeof(*expected)), 0);
   EXPECT_EQ(GetPaletteEntries(palette, 2, 1, entries), 0U);
   WORD count = 0;
   EXPECT_EQ(GetObjectW(palette, sizeof(count), &count), 2);
   EXPECT_EQ(count, 2);
   EXPECT_EQ(GetObjectW(palette, 0, nullptr), 2);
-  EXPECT_TRUE(DeleteObject(palette));
-}
 
-TEST(LogicalPalettes, AreSelectedIntoContexts) {
-  const HPALETTE palette = test::twoColours();
-  const HDC context = GetDC(nullptr);
-  const HPALETTE stock = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
-  PALETTEENTRY entries[21];
+  const auto stock = static_cast<HPALETTE>(GetStockObject(DEFAULT_PALETTE));
   ASSERT_EQ(GetPaletteEntries(stock, 0, 21, entries), 20U);
   const PALETTEENTRY sky{0xA6, 0xCA, 0xF0, 0};
   EXPECT_EQ(std::memcmp(&entries[9], &sky, sizeof(sky)), 0);
+  const HDC context = GetDC(nullptr);
   EXPECT_EQ(SelectPalette(context, palette, FALSE), stock);
   EXPECT_EQ(RealizePalette(context), 0U);  // true colours need none
   EXPECT_EQ(SelectPalette(context, stock, FALSE), palette);
   EXPECT_EQ(SelectPalette(context, nullptr, FALSE), nullptr);
   EXPECT_EQ(SelectPalette(nullptr, palette, FALSE), nullptr);
   EXPECT_TRUE(ReleaseDC(nullptr, context));
-  EXPECT_TRUE(DeleteObject(palette));
 }
 
 TEST(GlobalMemory, KeepsItsSizeAndCountsItsLocks) {
@@ -50,13 +40,11 @@ TEST(GlobalMemory, KeepsItsSizeAndCountsItsLocks) {
   ASSERT_NE(block, nullptr);
   EXPECT_EQ(GlobalSize(block), 1000U);
   auto* bytes = static_cast<BYTE*>(GlobalLock(block));
-  for (int i = 0; i < 1000; ++i) EXPECT_EQ(bytes[i], 0);
-  bytes[999] = 7;
+  EXPECT_EQ(std::vector<BYTE>(bytes, bytes + 1000), std::vector<BYTE>(1000));
   EXPECT_EQ(GlobalLock(block), bytes);
   EXPECT_TRUE(GlobalUnlock(block));
   EXPECT_FALSE(GlobalUnlock(block));
   EXPECT_FALSE(GlobalUnlock(block));
-  EXPECT_EQ(bytes[999], 7);
   EXPECT_EQ(GlobalFree(block), nullptr);
   EXPECT_EQ(GlobalAlloc(GMEM_MOVEABLE, SIZE_MAX), nullptr);
   EXPECT_EQ(GlobalSize(nullptr), 0U);

@@ -10,17 +10,23 @@
 #include "dib/dib.h"
 #include "support/golden.h"
 
+// RECT is in the global namespace, where the test framework looks for these.
+inline bool operator==(const RECT& a, const RECT& b) { return EqualRect(&a, &b) != FALSE; }
+inline std::ostream& operator<<(std::ostream& out, const RECT& r) {
+  return out << '(' << r.left << ", " << r.top << ", " << r.right << ", " << r.bottom << ')';
+}
+
 /// What the tests against recorded results share: shapes by name, rows of spans, one check for every case.
 namespace test {
 
 using dibkit::OwnedRegion;
 
-inline RECT rectOf(const std::vector<std::int64_t>& numbers, std::size_t first) {
+inline RECT rectOf(const std::vector<std::int64_t>& numbers, std::size_t first = 0) {
   const auto at = [&](std::size_t i) { return static_cast<LONG>(numbers.at(first + i)); };
   return {at(0), at(1), at(2), at(3)};
 }
 
-inline std::vector<POINT> pointsOf(const std::vector<std::int64_t>& numbers, std::size_t first) {
+inline std::vector<POINT> pointsOf(const std::vector<std::int64_t>& numbers, std::size_t first = 0) {
   std::vector<POINT> points;
   for (std::size_t i = first; i + 1 < numbers.size(); i += 2) {
     points.push_back({static_cast<LONG>(numbers[i]), static_cast<LONG>(numbers[i + 1])});
@@ -71,12 +77,11 @@ inline Rows rowsOf(HRGN region) {
 inline Rows joined(const Rows& rows) {
   Rows result;
   for (const std::vector<std::int64_t>& row : rows) {
-    if (!result.empty() && result.back()[1] == row[0] &&
-        std::equal(result.back().begin() + 2, result.back().end(), row.begin() + 2, row.end())) {
-      result.back()[1] = row[1];
-    } else {
-      result.push_back(row);
-    }
+    const bool continues =
+        !result.empty() && result.back()[1] == row[0] &&
+        std::equal(result.back().begin() + 2, result.back().end(), row.begin() + 2, row.end());
+    if (continues) result.back()[1] = row[1];
+    if (!continues) result.push_back(row);
   }
   return result;
 }
@@ -89,20 +94,20 @@ inline Rows recordedRows(const GoldenCase& recorded) {
   return rows;
 }
 
-/// Runs the check of its kind on every case of a file, and tells how many cases of each kind there were: a
-/// kind without a check fails.
+/// A number of the line with a word.
+inline int numberOf(const GoldenCase& recorded, const std::string& word, std::size_t index = 0) {
+  return static_cast<int>(recorded.at(word).numbers().at(index));
+}
+
+/// Runs the check of its kind on every case of a file. A kind without a check fails.
+/// \return how many cases of each kind there were
 inline std::map<std::string, int> checkRecorded(
     const std::string& file, const std::map<std::string, void (*)(const GoldenCase&)>& checks) {
   std::map<std::string, int> counts;
   for (const GoldenCase& recorded : readGolden(file)) {
     SCOPED_TRACE(file + " case " + std::to_string(recorded.number) + " " + recorded.kind);
     ++counts[recorded.kind];
-    const auto check = checks.find(recorded.kind);
-    if (check == checks.end()) {
-      ADD_FAILURE() << "no check for this kind";
-    } else {
-      check->second(recorded);
-    }
+    checks.at(recorded.kind)(recorded);
   }
   return counts;
 }

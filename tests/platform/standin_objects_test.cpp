@@ -1,9 +1,6 @@
 #include <cstring>
 #include <thread>
 
-#include <gtest/gtest.h>
-
-#include "platform/clipboard.h"
 #include "platform/surface.h"
 
 /// What the stand-in decides where the calls differ from system to system, and that no argument brings it
@@ -13,11 +10,10 @@ namespace {
 using StandinClipboard = test::Clipboard;
 
 TEST(StandinPalettes, NeedAVersionAndEntries) {
-  EXPECT_EQ(CreatePalette(nullptr), nullptr);
-  LOGPALETTE description{0x300, 0, {{0, 0, 0, 0}}};
-  EXPECT_EQ(CreatePalette(&description), nullptr);
-  description = {0x200, 1, {{0, 0, 0, 0}}};
-  EXPECT_EQ(CreatePalette(&description), nullptr);
+  LOGPALETTE noEntries{0x300, 0, {}}, otherVersion{0x200, 1, {}};
+  for (const LOGPALETTE* refused : {static_cast<LOGPALETTE*>(nullptr), &noEntries, &otherVersion}) {
+    EXPECT_EQ(CreatePalette(refused), nullptr);
+  }
   EXPECT_EQ(GetPaletteEntries(nullptr, 0, 1, nullptr), 0U);
 }
 
@@ -39,33 +35,25 @@ TEST_F(StandinClipboard, OwnsWhatItHoldsAndListsItInOrder) {
   // The sanitizers see when a block is released twice or never.
   ASSERT_TRUE(OpenClipboard(nullptr));
   EXPECT_TRUE(EmptyClipboard());
-  EXPECT_NE(SetClipboardData(CF_PALETTE, test::twoColours()), nullptr);
+  EXPECT_NE(SetClipboardData(CF_PALETTE, test::logicalPalette({1}).release()), nullptr);
   EXPECT_NE(SetClipboardData(CF_DIB, GlobalAlloc(GMEM_MOVEABLE, 4)), nullptr);
   const HGLOBAL second = GlobalAlloc(GMEM_MOVEABLE, 8);
   EXPECT_EQ(SetClipboardData(CF_DIB, second), second);  // takes the first one's place
   EXPECT_EQ(SetClipboardData(CF_DIB, second), second);
   EXPECT_EQ(GetClipboardData(CF_DIB), second);
-  EXPECT_EQ(EnumClipboardFormats(0), CF_PALETTE);
-  EXPECT_EQ(EnumClipboardFormats(CF_PALETTE), CF_DIB);
-  EXPECT_EQ(EnumClipboardFormats(CF_DIB), CF_BITMAP);
-  EXPECT_EQ(EnumClipboardFormats(CF_BITMAP), CF_DIBV5);
-  EXPECT_EQ(EnumClipboardFormats(CF_DIBV5), 0U);
+  EXPECT_EQ(test::listedFormats(), (std::vector<std::int64_t>{CF_PALETTE, CF_DIB, CF_BITMAP, CF_DIBV5}));
   EXPECT_EQ(EnumClipboardFormats(12345), 0U);
   EXPECT_TRUE(EmptyClipboard());
-  EXPECT_EQ(EnumClipboardFormats(0), 0U);
+  EXPECT_TRUE(test::listedFormats().empty());
   EXPECT_FALSE(IsClipboardFormatAvailable(CF_BITMAP));
 }
 
-/// A picture of two rows on the clipboard: red and blue above, white and an index that the block ends before.
-HGLOBAL shortPicture() {
-  const BITMAPINFOHEADER header{40, 2, 2, 1, 8, BI_RGB, 0, 0, 0, 3, 0};
-  const DWORD colours[] = {0x0000FF, 0xFF0000, 0xFFFFFF};
-  const BYTE rows[] = {2, 0, 0, 0, 1};  // the lower row, then one byte of the upper one
-  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, sizeof(header) + sizeof(colours) + sizeof(rows));
+/// A block of `size` bytes that begins with a header and what follows it.
+HGLOBAL blockOf(const BITMAPINFOHEADER& header, const std::vector<BYTE>& rest, std::size_t size) {
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size);
   auto* bytes = static_cast<BYTE*>(GlobalLock(block));
   std::memcpy(bytes, &header, sizeof(header));
-  std::memcpy(bytes + 40, colours, sizeof(colours));
-  std::memcpy(bytes + 52, rows, sizeof(rows));
+  std::copy(rest.begin(), rest.end(), bytes + sizeof(header));
   GlobalUnlock(block);
   return block;
 }
@@ -73,7 +61,10 @@ HGLOBAL shortPicture() {
 TEST_F(StandinClipboard, MakesABitmapAndALongerHeaderOfADib) {
   ASSERT_TRUE(OpenClipboard(nullptr));
   EXPECT_TRUE(EmptyClipboard());
-  ASSERT_NE(SetClipboardData(CF_DIB, shortPicture()), nullptr);
+  // Three colours, a lower row of white and red, and of the upper one a pixel: the block ends before the
+  // next.
+  const std::vector<BYTE> picture{0xFF, 0, 0, 0, 0, 0, 0xFF, 0, 0xFF, 0xFF, 0xFF, 0, 2, 0, 0, 0, 1};
+  ASSERT_NE(SetClipboardData(CF_DIB, blockOf({40, 2, 2, 1, 8, BI_RGB, 0, 0, 0, 3, 0}, picture, 57)), nullptr);
   const HANDLE bitmap = GetClipboardData(CF_BITMAP);
   EXPECT_EQ(GetClipboardData(CF_BITMAP), bitmap);
   BITMAP description{};
@@ -90,20 +81,15 @@ TEST_F(StandinClipboard, MakesABitmapAndALongerHeaderOfADib) {
   const HGLOBAL longer = GetClipboardData(CF_DIBV5);
   ASSERT_EQ(GlobalSize(longer), 124U + 12 + 8);
   const auto* bytes = static_cast<const BYTE*>(GlobalLock(longer));
-  const BYTE expected[] = {0xFF, 0, 0, 0, 0, 0, 0xFF, 0, 0xFF, 0xFF, 0xFF, 0, 2, 0, 0, 0, 1, 0, 0, 0};
-  EXPECT_EQ(bytes[0], 124);
-  EXPECT_EQ(bytes[14], 8);
-  EXPECT_EQ(std::memcmp(bytes + 124, expected, sizeof(expected)), 0);
+  EXPECT_TRUE(bytes[0] == 124 && bytes[14] == 8);
+  EXPECT_TRUE(std::equal(picture.begin(), picture.end(), bytes + 124));
+  EXPECT_TRUE(bytes[141] == 0 && bytes[142] == 0 && bytes[143] == 0);
   GlobalUnlock(longer);
 
   // A block that holds no picture makes nothing, and what was made of the one before is gone. The sanitizers
   // see whether more is read than the header says that there is.
   for (const DWORD headerSize : {0, 1, 39, 61}) {
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, 60);
-    const BITMAPINFOHEADER header{headerSize, 1, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-    std::memcpy(GlobalLock(block), &header, sizeof(header));
-    GlobalUnlock(block);
-    EXPECT_EQ(SetClipboardData(CF_DIB, block), block);
+    SetClipboardData(CF_DIB, blockOf({headerSize, 1, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0}, {}, 60));
     EXPECT_EQ(GetClipboardData(CF_BITMAP), nullptr);
     EXPECT_EQ(GetClipboardData(CF_DIBV5), nullptr);
   }
@@ -119,16 +105,15 @@ TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
     RGBQUAD colours[2]{{1, 2, 3, 9}, {4, 5, 6, 9}};
   } info;
   void* bits = nullptr;
-  const HBITMAP section =
-      CreateDIBSection(nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS, &bits, nullptr, 0);
+  const test::OwnedObject section(
+      CreateDIBSection(nullptr, reinterpret_cast<BITMAPINFO*>(&info), DIB_RGB_COLORS, &bits, nullptr, 0));
   const HDC context = CreateCompatibleDC(nullptr);
   RGBQUAD table[20] = {};
   EXPECT_EQ(GetDIBColorTable(context, 0, 2, table), 0U);  // no section is selected yet
-  const HGDIOBJ before = SelectObject(context, section);
+  const HGDIOBJ before = SelectObject(context, section.get());
   EXPECT_EQ(GetDIBColorTable(context, 0, 20, table), 16U);
-  EXPECT_TRUE(table[1].rgbBlue == 4 && table[1].rgbGreen == 5 && table[1].rgbRed == 6 &&
-              table[1].rgbReserved == 0);
-  EXPECT_EQ(table[2].rgbRed, 0);
+  const RGBQUAD expected[] = {{1, 2, 3, 0}, {4, 5, 6, 0}, {0, 0, 0, 0}};
+  EXPECT_EQ(std::memcmp(table, expected, sizeof(expected)), 0);
   const RGBQUAD fresh[] = {{7, 8, 9, 0}, {10, 11, 12, 0}};
   EXPECT_EQ(SetDIBColorTable(context, 15, 2, fresh), 1U);
   EXPECT_EQ(SetDIBColorTable(context, 16, 2, fresh), 0U);
@@ -137,7 +122,6 @@ TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
   EXPECT_EQ(GetPixel(context, 0, 0), RGB(9, 8, 7));
   SelectObject(context, before);
   DeleteDC(context);
-  DeleteObject(section);
 }
 
 TEST(StandinSurfaces, HaveNoPixelBeyondThemAndTheirClipRegion) {
@@ -157,11 +141,10 @@ TEST(StandinSurfaces, RefuseUnreadableHeaders) {
   const test::Surface surface(3, 2, true);
   DWORD bits[8] = {};
   constexpr DWORD runLengths = 1;
-  const BITMAPINFOHEADER headers[] = {{39, 3, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
-                                      {40, 0, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
-                                      {40, 3, 2, 1, 31, BI_RGB, 0, 0, 0, 0, 0},
-                                      {40, 3, 2, 1, 32, runLengths, 0, 0, 0, 0, 0}};
-  for (const BITMAPINFOHEADER& header : headers) {
+  for (const BITMAPINFOHEADER& header : {BITMAPINFOHEADER{39, 3, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
+                                         {40, 0, 2, 1, 32, BI_RGB, 0, 0, 0, 0, 0},
+                                         {40, 3, 2, 1, 31, BI_RGB, 0, 0, 0, 0, 0},
+                                         {40, 3, 2, 1, 32, runLengths, 0, 0, 0, 0, 0}}) {
     BITMAPINFO info{header, {}};
     EXPECT_EQ(GetDIBits(surface.context(), surface.bitmap(), 0, 2, bits, &info, DIB_RGB_COLORS), 0);
     EXPECT_EQ(SetDIBitsToDevice(surface.context(), 0, 0, 3, 2, 0, 0, 0, 2, bits, &info, DIB_RGB_COLORS), 0);

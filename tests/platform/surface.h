@@ -8,8 +8,25 @@
 #include "support/golden_dib.h"
 #include "support/palettes.h"
 
-/// Memory surfaces for tests, and their recorded pixels.
+/// Memory surfaces for tests, their recorded pixels, and the clipboard.
 namespace test {
+
+/// The formats on the open clipboard, in order.
+inline std::vector<std::int64_t> listedFormats() {
+  std::vector<std::int64_t> formats;
+  for (UINT format = 0; (format = EnumClipboardFormats(format)) != 0;) formats.push_back(format);
+  return formats;
+}
+
+/// Leaves the process's clipboard empty and closed.
+class Clipboard : public testing::Test {
+ protected:
+  void TearDown() override {
+    OpenClipboard(nullptr);
+    EmptyClipboard();
+    CloseClipboard();
+  }
+};
 
 struct ObjectDeleter {
   using pointer = HGDIOBJ;
@@ -82,19 +99,14 @@ struct RecordedPixels {
 
   explicit RecordedPixels(const GoldenCase& recorded, int which = 0) {
     for (const GoldenLine& line : recorded.lines) {
-      if (line.word == "surface" && which-- == 0) {
-        const std::vector<std::int64_t> head = line.numbers();
-        width = static_cast<int>(head[0]), height = static_cast<int>(head[1]),
-        bitCount = static_cast<int>(head[2]);
-      } else if (line.word == "r" && which == -1) {
-        addRuns(line.rest);
-      }
+      std::istringstream in(line.rest);
+      if (line.word == "surface" && which-- == 0) in >> width >> height >> bitCount;
+      if (line.word == "r" && which == -1) addRuns(in);
     }
   }
 
  private:
-  void addRuns(const std::string& text) {
-    std::istringstream in(text);
+  void addRuns(std::istringstream& in) {
     int rows = 0, length = 0;
     std::string value;
     std::vector<DWORD> row;
@@ -107,10 +119,7 @@ struct RecordedPixels {
 };
 
 inline void expectSurface(const RecordedPixels& expected, const Surface& surface) {
-  const OwnedDib dib = surface.read(expected.bitCount);
-  EXPECT_EQ(dib->biWidth, expected.width);
-  EXPECT_EQ(dib->biHeight, expected.height);
-  EXPECT_EQ(pixelsOf(dib), expected.pixels);
+  EXPECT_EQ(pixelsOf(surface.read(expected.bitCount)), expected.pixels);
 }
 
 /// The header fields in the order of the records.
@@ -124,7 +133,7 @@ inline void expectRead(const GoldenCase& recorded, const Surface& surface) {
   const RecordedPixels expected(recorded);
   int rows = 0;
   const OwnedDib dib = surface.read(expected.bitCount, &rows);
-  EXPECT_EQ(rows, recorded.at("lines").numbers()[0]);
+  EXPECT_EQ(rows, numberOf(recorded, "lines"));
   EXPECT_EQ(headerOf(dib.get()), recorded.at("header").numbers());
   if (const GoldenLine* palette = recorded.find("palette")) {
     EXPECT_EQ(entriesOf(dib), coloursOf(*palette));
