@@ -49,7 +49,7 @@ TEST(RemoveNoiseDIB, EqualsTheSortedNeighbourhoods) {
     const OwnedDib source = test::randomImage(width, height, 24, random);
     const OwnedDib mask = round % 3 == 0 ? nullptr : test::randomMask(width, height, round % 3 * 30, random);
     const OwnedDib expected = test::copyOf(source);
-    test::forEachPixel({0, 0, width, height}, [&](int x, int y) {
+    test::forEachPixel(test::boundsOf(source), [&](int x, int y) {
       std::vector<DWORD> samples[3];
       test::forEachPixel(
           {std::max(x - 1, 0), std::max(y - 1, 0), std::min(x + 2, width), std::min(y + 2, height)},

@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "frames/frames.h"
+#include "plain.h"
 #include "platform/surface.h"
-#include "support/bitmap_regions.h"
 
 namespace {
 
 using test::GoldenCase;
 using test::OwnedDib;
 
-int number(const GoldenCase& recorded, const char* word, std::size_t index = 0) {
-  return static_cast<int>(recorded.at(word).numbers().at(index));
-}
+using test::numberOf;
 
 void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
   const test::RecordedPixels expected(recorded);
@@ -23,21 +20,21 @@ void expectStroke(const GoldenCase& recorded, const OwnedDib& line) {
 }
 
 void recordedLine(const GoldenCase& recorded) {
-  const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers(), 0);
+  const std::vector<POINT> ends = test::pointsOf(recorded.at("line").numbers());
   std::vector<BYTE> picture = test::recordedDib(recorded, "picture");
   expectStroke(recorded,
                OwnedDib(PaintLineOnPic(picture.empty() ? nullptr : test::dibOf(picture),
-                                       test::rectOf(recorded.at("rect").numbers(), 0), ends[0], ends[1],
-                                       number(recorded, "pen"), number(recorded, "pen", 1))));
+                                       test::rectOf(recorded.at("rect").numbers()), ends[0], ends[1],
+                                       numberOf(recorded, "pen"), numberOf(recorded, "pen", 1))));
 }
 
 void recordedPolyline(const GoldenCase& recorded) {
   std::vector<POINT> points = test::pointsOf(recorded.at("points").numbers(), 1);
-  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  const RECT box = test::rectOf(recorded.at("rect").numbers());
   POINT position{-99, -99};
-  const OwnedDib line(PaintLineOnPic2(test::rectOf(recorded.at("bounds").numbers(), 0), points.data(),
-                                      static_cast<int>(points.size()), number(recorded, "pen"),
-                                      number(recorded, "pen", 1), &position));
+  const OwnedDib line(PaintLineOnPic2(test::rectOf(recorded.at("bounds").numbers()), points.data(),
+                                      static_cast<int>(points.size()), numberOf(recorded, "pen"),
+                                      numberOf(recorded, "pen", 1), &position));
   // A box outside the bounds was not drawn: there is no surface to compare.
   if (recorded.find("surface") == nullptr) {
     EXPECT_EQ(line, nullptr);
@@ -55,52 +52,44 @@ TEST(PaintLineOnPic, EqualsEveryRecordedCase) {
             expected);
 }
 
-/// The recorded surface as the operations hand it back: cut to what is not white, and where it lies.
+/// The recorded surface as the operations hand it back: cut to what is not white, and where that is.
 void expectTrimmed(const GoldenCase& recorded, const OwnedDib& shape, const POINT& position) {
   const test::RecordedPixels drawn(recorded);
-  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  const RECT box = test::rectOf(recorded.at("rect").numbers());
   const auto at = [&](int x, int y) { return drawn.pixels[static_cast<std::size_t>(y * drawn.width + x)]; };
   const test::Bitmap notWhite(drawn.width, drawn.height, [&](int x, int y) { return at(x, y) != 0xFFFFFF; });
   RECT visible;
   GetRgnBox(notWhite.region().get(), &visible);
-  if (visible.right == 0) {
-    EXPECT_EQ(shape, nullptr);
-    EXPECT_TRUE(position.x == box.left && position.y == box.top);
-    return;
-  }
-  ASSERT_NE(shape, nullptr);
   EXPECT_TRUE(position.x == box.left + visible.left && position.y == box.top + visible.top);
-  EXPECT_EQ(shape->biBitCount, 4);
+  ASSERT_EQ(shape != nullptr, visible.right != 0);
+  if (!shape) return;
   EXPECT_EQ(shape->biClrUsed, 3u);
-  EXPECT_EQ(test::entriesOf(shape), (std::vector<DWORD>{0, 0xFF0000, 0xFFFFFF}));
-  ASSERT_EQ(shape->biWidth, visible.right - visible.left);
-  ASSERT_EQ(shape->biHeight, visible.bottom - visible.top);
-  std::vector<DWORD> indexes;
-  for (int y = visible.top; y < visible.bottom; ++y) {
-    for (int x = visible.left; x < visible.right; ++x) {
-      indexes.push_back(at(x, y) == 0 ? 0 : at(x, y) == 0xFF0000 ? 1 : 2);
-    }
-  }
-  EXPECT_EQ(test::pixelsOf(shape), indexes);
+  const OwnedDib expected =
+      test::image(visible.right - visible.left, visible.bottom - visible.top, 4, {0, 0xFF0000, 0xFFFFFF});
+  test::forEachPixel(test::boundsOf(expected), [&](int x, int y) {
+    const DWORD colour = at(visible.left + x, visible.top + y);
+    test::setPixel(expected, x, y, colour == 0 ? 0 : colour == 0xFF0000 ? 1 : 2);
+  });
+  EXPECT_TRUE(test::same(shape, expected));
 }
 
 int reversedOutOfSight = 0;
 
 void recordedShape(const GoldenCase& recorded) {
-  const RECT rect = test::rectOf(recorded.at("shape").numbers(), 0);
+  const RECT rect = test::rectOf(recorded.at("shape").numbers());
   const bool ellipse = recorded.kind == "ellipse";
-  const POINT corner = ellipse ? POINT{} : test::pointsOf(recorded.at("corner").numbers(), 0).at(0);
+  const POINT corner = ellipse ? POINT{} : test::pointsOf(recorded.at("corner").numbers()).at(0);
   POINT position{-99, -99};
-  const OwnedDib shape(
-      PaintShapeOnPic(rect, number(recorded, "pen"), ellipse, number(recorded, "filled"), corner, &position));
+  const OwnedDib shape(PaintShapeOnPic(rect, numberOf(recorded, "pen"), ellipse, numberOf(recorded, "filled"),
+                                       corner, &position));
   // The box of a rectangle that is reversed by more than its margins is empty, though records show the shape.
-  const int margin = 2 * (number(recorded, "pen") / 2 + 10);
+  const int margin = 2 * (numberOf(recorded, "pen") / 2 + 10);
   if (rect.right - rect.left + margin <= 0 || rect.bottom - rect.top + margin <= 0) {
     ++reversedOutOfSight;
     EXPECT_EQ(shape, nullptr);
     return;
   }
-  const RECT box = test::rectOf(recorded.at("rect").numbers(), 0);
+  const RECT box = test::rectOf(recorded.at("rect").numbers());
   EXPECT_EQ(box.left, rect.left - margin / 2);
   expectTrimmed(recorded, shape, position);
 }
@@ -109,7 +98,7 @@ void recordedPolygon(const GoldenCase& recorded) {
   std::vector<POINT> points = test::pointsOf(recorded.at("points").numbers(), 1);
   POINT position{-99, -99};
   const OwnedDib shape(PaintPolygonOnPic(points.data(), static_cast<int>(points.size()),
-                                         number(recorded, "pen"), number(recorded, "filled"), &position));
+                                         numberOf(recorded, "pen"), numberOf(recorded, "filled"), &position));
   expectTrimmed(recorded, shape, position);
 }
 

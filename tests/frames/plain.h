@@ -79,7 +79,7 @@ struct Shot {
   }
 
   RECT box() const { return {at.x, at.y, at.x + dib->biWidth, at.y + dib->biHeight}; }
-  /// Whether the canvas point lies in the frame and is opaque there.
+  /// Whether the canvas point is in the frame and opaque there.
   bool shows(int x, int y) const {
     const RECT area = box();
     return x >= area.left && y >= area.top && x < area.right && y < area.bottom &&
@@ -97,13 +97,22 @@ struct Given {
 
 template <class Operation>
 Given given(Operation&& operation) {
-  BITMAPINFOHEADER* image = nullptr;
-  BITMAPINFOHEADER* mask = nullptr;
+  BITMAPINFOHEADER *image = nullptr, *mask = nullptr;
   Given got;
   got.result = operation(&image, &mask, &got.position);
-  got.image.reset(image);
-  got.mask.reset(mask);
+  got.image.reset(image), got.mask.reset(mask);
   return got;
+}
+/// The same for an operation whose last parameters are pointers to an image, a mask and perhaps a position.
+template <class... Parameters, class First, class... Others>
+Given given(int (*operation)(Parameters...), const First& first, const Others&... others) {
+  return given([&](auto image, auto mask, POINT* at) {
+    if constexpr (sizeof...(Parameters) == sizeof...(Others) + 4) {
+      return operation(first, others..., image, mask, at);
+    } else {
+      return operation(first, others..., image, mask);
+    }
+  });
 }
 
 /// Whether two images that may be null are the same to the byte.

@@ -28,8 +28,6 @@ TEST(CalcOpacityAreaRgn, HoldsExactlyTheOpaquePixels) {
       ASSERT_EQ(pixelsIn(region, width, height), expected) << width << "x" << height;
     }
   }
-  EXPECT_EQ(CalcOpacityAreaRgn(nullptr), nullptr);
-  EXPECT_EQ(CalcOpacityAreaRgn(test::image(3, 2, 8).get()), nullptr);
   const OwnedRegion one(CalcOpacityAreaRgn(test::image(70, 5, 1).get()));
   EXPECT_EQ(GetRegionData(one.get(), 0, nullptr), 32U + 16U);  // a single rectangle
 }
@@ -67,8 +65,6 @@ TEST(CaclOpaqueBoundary, CountsTopThenLeftThenRightThenBottom) {
     ASSERT_EQ(measured(mask), expected) << width << "x" << height;
   }
   EXPECT_EQ(measured(test::image(3, 0, 1)), (Margins{3, 0, 3, 0}));
-  EXPECT_EQ(measured(nullptr), (Margins{-1, -1, -1, -1}));
-  EXPECT_EQ(measured(test::image(3, 2, 8)), (Margins{-1, -1, -1, -1}));
 }
 
 TEST(MagicWandRegion, EqualsThePlainWalkOnTheCanvas) {
@@ -97,18 +93,13 @@ TEST(MagicWandRegion, EqualsThePlainWalkOnTheCanvas) {
   }
 }
 
-TEST(MagicWandRegion, TakesAnyNumbers) {
+TEST(MagicWandRegion, TakesAnyTolerance) {
   const OwnedDib frame = test::imageOf(2, 1, 24, {0x000000, 0xFFFFFF});
-  const auto count = [&](POINT position, int tolerance) {
-    const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, position, {0, 0}, tolerance, {2, 1}));
-    const test::Bitmap selected = pixelsIn(region, 2, 1);
-    return selected.at(0, 0) + selected.at(1, 0);
-  };
-  EXPECT_EQ(count({0, 0}, INT32_MAX), 2);
-  EXPECT_EQ(count({0, 0}, 255), 2);
-  EXPECT_EQ(count({0, 0}, 254), 1);
-  EXPECT_EQ(count({0, 0}, INT32_MIN), 1);
-  EXPECT_EQ(count({INT32_MAX, INT32_MIN}, 0), 2);
+  for (const auto& [tolerance, both] :
+       {std::pair{INT32_MIN, false}, {254, false}, {255, true}, {INT32_MAX, true}}) {
+    const OwnedRegion region(MagicWandRegion(frame.get(), nullptr, {0, 0}, {0, 0}, tolerance, {2, 1}));
+    EXPECT_EQ(PtInRegion(region.get(), 1, 0) != FALSE, both) << tolerance;
+  }
 }
 
 }  // namespace
