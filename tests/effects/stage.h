@@ -5,19 +5,15 @@
 #include <gtest/gtest.h>
 
 #include "dibkit.h"
+#include "platform/recorded.h"
 #include "support/images.h"
 
-// RECT lives in the global namespace, where the test framework looks for these.
-inline bool operator==(const RECT& a, const RECT& b) { return EqualRect(&a, &b) != FALSE; }
-inline std::ostream& operator<<(std::ostream& out, const RECT& r) {
-  return out << '(' << r.left << ", " << r.top << ", " << r.right << ", " << r.bottom << ')';
-}
-
-/// One stage of a transition, and the plain way of cutting a piece that fast ones are compared with.
+/// Stages of transitions, and the plain way to make them.
 namespace test {
 
 using dibkit::OwnedRegion;
 
+/// What GeneralEffectFrame gives.
 struct Stage {
   int result = 0;
   OwnedDib image;
@@ -32,50 +28,45 @@ inline Stage render(int effect, const OwnedDib& source, long a, long b) {
   return stage;
 }
 
-/// A picture in which no two pixels are alike and every fourth one is not opaque.
+/// No two pixels are alike, and every fourth one is not opaque.
 inline OwnedDib numberedPicture(int width, int height) {
-  OwnedDib dib = image(width, height, 32);
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const DWORD opacity = (x + y) % 4 == 0 ? 0x40000000 : 0xFF000000;
-      setPixel(dib, x, y, opacity | static_cast<DWORD>((y * width + x + 1) * 3));
-    }
-  }
-  return dib;
+  return drawn(width, height, 32, [width](int x, int y) {
+    return ((x + y) % 4 == 0 ? 0x40000000 : 0xFF000000) | static_cast<DWORD>((y * width + x + 1) * 3);
+  });
+}
+inline OwnedDib opaquePicture(int width, int height, DWORD seed) {
+  return drawn(width, height, 32,
+               [=](int x, int y) { return 0xFF000000 | (seed + static_cast<DWORD>((y * width + x) * 5)); });
 }
 
 inline OwnedRegion rectangle(int left, int top, int right, int bottom) {
   return OwnedRegion(CreateRectRgn(left, top, right, bottom));
 }
-
-/// Joins a piece to a region, which may still be none.
+inline OwnedRegion polygon(const std::vector<POINT>& points) {
+  return OwnedRegion(CreatePolygonRgn(points.data(), static_cast<int>(points.size()), ALTERNATE));
+}
+/// Adds a piece to a region, which is null before the first one.
 inline void join(OwnedRegion& region, OwnedRegion piece) {
-  if (region) {
-    CombineRgn(region.get(), region.get(), piece.get(), RGN_OR);
-  } else {
-    region = std::move(piece);
-  }
+  if (region) CombineRgn(region.get(), region.get(), piece.get(), RGN_OR);
+  if (!region) region = std::move(piece);
 }
 
-/// Asks the region, clipped to the source, about every pixel of its box.
-inline Stage cutPlainly(const OwnedDib& source, const OwnedRegion& region) {
-  const OwnedRegion whole = rectangle(0, 0, source->biWidth, source->biHeight);
-  CombineRgn(region.get(), region.get(), whole.get(), RGN_AND);
-  Stage stage{1, nullptr, {}};
-  GetRgnBox(region.get(), &stage.rect);
-  const RECT& box = stage.rect;
-  stage.image = image(box.right - box.left, box.bottom - box.top, 32);
-  for (int y = box.top; y < box.bottom; ++y) {
-    for (int x = box.left; x < box.right; ++x) {
-      const DWORD colour = pixel(source, x, y);
-      const bool inside = PtInRegion(region.get(), x, y) != FALSE;
-      setPixel(stage.image, x - box.left, y - box.top, inside ? colour : colour & 0xFFFFFF);
-    }
-  }
-  return stage;
+/// The piece that a region cuts out of the picture: opacity 0 outside the region. No region, no piece.
+inline Stage cut(const OwnedDib& source, const OwnedRegion& region) {
+  if (!region) return {};
+  CombineRgn(region.get(), region.get(), rectangle(0, 0, source->biWidth, source->biHeight).get(), RGN_AND);
+  RECT box;
+  GetRgnBox(region.get(), &box);
+  return {1,
+          drawn(box.right - box.left, box.bottom - box.top, 32,
+                [&](int x, int y) {
+                  const DWORD inside = PtInRegion(region.get(), box.left + x, box.top + y) ? ~0U : 0xFFFFFF;
+                  return pixel(source, box.left + x, box.top + y) & inside;
+                }),
+          box};
 }
 
-/// Whether a stage is the expected one to the byte; an expected result of 0 has nothing else to compare.
+/// Compares to the byte; a result of 0 has nothing else to compare.
 inline void expectStage(const Stage& actual, const Stage& expected) {
   ASSERT_EQ(actual.result, expected.result);
   if (expected.result == 0) return;
@@ -84,10 +75,12 @@ inline void expectStage(const Stage& actual, const Stage& expected) {
   EXPECT_TRUE(bytesOf(actual.image) == bytesOf(expected.image));
 }
 
-/// Compares an effect with its plain twin, twin(picture, style, amount), at every size, style and amount.
+/// Compares an effect with its plain twin, twin(picture, style, amount), at every style and amount, over
+/// pictures of all kinds: smaller than a cell or a slat, multiples of 10 and 100 and just beside them.
 template <class Twin>
-void expectTwin(int effect, const std::vector<SIZE>& sizes, const std::vector<long>& styles,
-                const std::vector<long>& amounts, Twin&& twin) {
+void expectTwin(int effect, const std::vector<long>& styles, const std::vector<long>& amounts, Twin&& twin) {
+  constexpr SIZE sizes[] = {{1, 1},   {2, 9},   {7, 5},   {8, 8},    {10, 10},  {16, 33},
+                            {19, 40}, {33, 15}, {40, 95}, {101, 47}, {110, 64}, {100, 200}};
   for (const auto& [w, h] : sizes) {
     const OwnedDib picture = numberedPicture(w, h);
     for (const long style : styles) {
@@ -95,6 +88,7 @@ void expectTwin(int effect, const std::vector<SIZE>& sizes, const std::vector<lo
         SCOPED_TRACE(testing::Message()
                      << effect << '/' << style << ' ' << w << 'x' << h << " at " << amount);
         expectStage(render(effect, picture, style, amount), twin(picture, style, amount));
+        if (testing::Test::HasFailure()) return;
       }
     }
   }
