@@ -17,7 +17,7 @@ std::vector<const CLI::App*> commandsOf(const CLI::App& program) {
   return program.get_subcommands([](const CLI::App*) { return true; });
 }
 
-/// The option, with its hyphens, that is meant by a word without them; nothing when it resembles none.
+/// The option that a misspelt one, given without its hyphens, resembles most; nothing when it resembles none.
 std::optional<std::string> optionMeantBy(const std::string& word, std::vector<const CLI::App*> apps) {
   std::vector<std::string> known;
   for (const CLI::App* app : apps) {
@@ -65,7 +65,7 @@ std::string complaintAboutOption(const CLI::App& program, const CLI::App& comman
   return "there is no option '" + name + "'" + suggestion(optionMeantBy(letters, {&command, &program}));
 }
 
-/// The parser's own complaint, in the words of this program.
+/// The message of the parser, reworded where it is hard to understand.
 std::string complaintOfParser(const CLI::ParseError& error) {
   const std::string what = error.what();
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) return what;

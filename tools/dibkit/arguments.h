@@ -4,14 +4,14 @@
 #include <string>
 
 /// \file
-/// The words of the command line as such: what helps with them, and what is wrong with them.
+/// The help command, and messages about arguments that the parser refuses.
 namespace host {
 
-/// Adds `help [COMMAND]`, which prints what --help does. Add it after all other commands.
+/// Adds `help [COMMAND]`, which prints the same as --help. Call it after all other commands have been added.
 void addHelpCommand(CLI::App& program);
 
-/// What is wrong with arguments that the parser refused, in a line: the word that it does not know and the
-/// one that was meant, or else the parser's own complaint.
+/// A message of one line for arguments that the parser refused: the first unknown word with the nearest known
+/// one, or else what the parser says.
 std::string complaintAbout(const CLI::App& program, const CLI::ParseError& error);
 
 }  // namespace host

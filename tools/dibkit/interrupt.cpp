@@ -15,18 +15,18 @@ extern "C" void onInterrupt(int) { requestCancel(); }
 void catchInterrupts() {
   struct sigaction action {};
   action.sa_handler = onInterrupt;
-  // Reset after the first: the way out for a user whose program does not answer. No restart: a read that
-  // waits for standard input returns.
+  // The handler is removed after the first signal, so that a second one ends a program that does not respond.
+  // System calls are not restarted, so that a read that waits for standard input returns.
   action.sa_flags = static_cast<int>(SA_RESETHAND);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    // A program in the background of a script, or under nohup, was told to ignore them and goes on to.
+    // A program started by nohup, or in the background of a script, ignores these signals and has to go on.
     struct sigaction before {};
     if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
       ::sigaction(signal, &action, nullptr);
   }
-  // A reader that goes away is a failed write like any other.
+  // A write to a pipe that nobody reads any more fails with EPIPE instead.
   std::signal(SIGPIPE, SIG_IGN);
-  // So is a file that grows beyond the user's limit.
+  // A write beyond the user's limit on file sizes fails with EFBIG instead.
   std::signal(SIGXFSZ, SIG_IGN);
 }
 

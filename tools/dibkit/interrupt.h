@@ -2,9 +2,9 @@
 
 namespace host {
 
-/// From here on Ctrl-C (and being told to end, or losing the terminal) does not end the program at once: it
-/// cancels the work under way. A second Ctrl-C ends the program. What the system would end a program for
-/// while it writes becomes the failed write's error.
+/// Installs the signal handlers. From then on Ctrl-C, SIGTERM and SIGHUP cancel the current work instead of
+/// ending the program; a second Ctrl-C ends it. SIGPIPE and SIGXFSZ are ignored: the write that caused them
+/// fails with an error number.
 void catchInterrupts();
 
 }  // namespace host

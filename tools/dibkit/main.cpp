@@ -19,7 +19,7 @@ int complain(const std::string& what, ExitStatus status) {
   return status;
 }
 
-/// What was said on standard output may not have got there.
+/// Output may fail as late as when it is flushed.
 int finishOutput() {
   if (std::cout.flush() && std::fflush(stdout) == 0) return success;
   return complain(std::string("standard output: ") + std::strerror(errno), failure);
@@ -65,7 +65,7 @@ int run(int argc, char** argv) {
     program.parse(argc, argv);
     return finishOutput();
   } catch (const CLI::ParseError& error) {
-    // Help and version come this way too.
+    // --help and --version are exceptions of the parser too.
     if (error.get_exit_code() != 0) return complain(host::complaintAbout(program, error), wrongUsage);
     program.exit(error);
     return finishOutput();

@@ -34,7 +34,7 @@ constexpr std::array<NamedColour, 12> namedColours{{
     {"transparent", {0, 0, 0, 0}},
 }};
 
-/// Of a GIF, which has 16 bits for each side.
+/// The longest side of a GIF, which stores it in 16 bits.
 constexpr int mostPixelsAcross = 65535;
 
 /// The whole text as a number in the given base, or -1.
@@ -44,7 +44,7 @@ long wholeNumber(std::string_view text, int base) {
   return error == std::errc() && end == text.data() + text.size() ? value : -1;
 }
 
-/// A side of a size, or -1 for what is no whole number above 0.
+/// A side of a size, or -1 when the text is no whole number above 0.
 long sideOf(std::string_view text) {
   constexpr long most = std::numeric_limits<int>::max();
   const long side = wholeNumber(text, 10);

@@ -6,23 +6,23 @@
 #include "host/picture.h"
 
 /// \file
-/// Words of the command line as values. What cannot be read throws UsageError with what would do.
+/// Values of options, parsed from text. A text that is not valid throws UsageError, which names valid ones.
 namespace host {
 
-/// A size of which parts may follow from a picture's own.
+/// The value of --size. What it leaves open follows from the size of a picture.
 class WantedSize {
  public:
-  /// That of the picture.
+  /// The size of the picture itself.
   WantedSize() = default;
-  /// A side of 0 follows from the other one, in the picture's shape. One of them is more than 0.
+  /// A side of 0 follows from the other one and the shape of the picture. At least one is above 0.
   explicit WantedSize(Size sides) : sides_(sides) {}
   explicit WantedSize(double percent) : percent_(percent) {}
 
-  /// For a picture of that size, at least 1 each way. Throws UsageError for a size that no GIF can have, or
-  /// that is above maximumPixels.
+  /// The size for a picture of the given one, at least 1 x 1. Throws UsageError for sides above the 65,535 of
+  /// a GIF, and for more than maximumPixels.
   Size of(Size picture) const;
 
-  /// The sides that do not depend on the picture, 0 for others.
+  /// The sides that are fixed; 0 for a side that depends on the picture.
   Size sides() const { return sides_; }
 
  private:
@@ -30,7 +30,7 @@ class WantedSize {
   double percent_ = 100;
 };
 
-/// "640x360", "320x", "x240" or "50%"; nothing for the picture's own size.
+/// "640x360", "320x", "x240" or "50%"; an empty text means the size of the picture.
 WantedSize parseSize(const std::string& text);
 
 /// "#rrggbb", "#rgb", or one of a few names; opaque, except for "transparent".

@@ -20,13 +20,13 @@ int terminalColumns() {
   return columns != nullptr && std::atoi(columns) > 0 ? std::atoi(columns) : usual;
 }
 
-/// As much of it as there is room for: the percentage, before it the label, between them the bar.
+/// Label, bar and percentage. A narrow terminal gets no bar, a very narrow one only the percentage.
 std::string lineOf(const std::string& label, int percent, int columns) {
   constexpr int mostCells = 30;
   constexpr int leastCells = 4;
   const std::string number = std::to_string(percent);
   const std::string end = std::string(3 - std::min<std::size_t>(3, number.size()), ' ') + number + '%';
-  const int room = columns - 1 - static_cast<int>(end.size());  // the last column makes some terminals wrap
+  const int room = columns - 1 - static_cast<int>(end.size());  // some terminals wrap after the last column
   const int cells = std::min(mostCells, room - static_cast<int>(label.size()) - 4);
   if (cells >= leastCells) {
     const auto filled = static_cast<std::size_t>(cells * percent / 100);
@@ -51,7 +51,7 @@ ProgressBar::~ProgressBar() {
 }
 
 void ProgressBar::show(double done) {
-  // Shares add up to 1 but for what rounding takes.
+  // The shares add up to 1 except for rounding.
   constexpr double rounding = 1e-6;
   const int percent = std::clamp(static_cast<int>((done + rounding) * 100), 0, 100);
   if (percent == percent_) return;

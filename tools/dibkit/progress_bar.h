@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// A bar on standard error that shows how far the work has come. Drawn only when that is a terminal and the
-/// user did not want quiet, never wider than the terminal; it goes away when done.
+/// A progress bar on standard error, removed by the destructor. It is drawn only on a terminal and without
+/// --quiet, and is never wider than the terminal.
 class ProgressBar {
  public:
   ProgressBar(std::string label, bool quiet);
@@ -15,7 +15,7 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
   ~ProgressBar();
 
-  /// What the work reports to.
+  /// The work adds its progress to this.
   Progress& progress() { return progress_; }
 
  private:

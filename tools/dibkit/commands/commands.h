@@ -3,11 +3,11 @@
 #include <CLI/CLI.hpp>
 
 /// \file
-/// The commands of the program, one source file each. Each function adds its command, its options and its
-/// help; the work is done while the arguments are parsed, and what goes wrong is thrown.
+/// The commands of the program, one source file each. Each function adds a command with its options and its
+/// help. A command runs while the parser handles the arguments; errors are thrown through the parser.
 namespace host {
 
-/// What every command is told.
+/// The options that all commands share.
 struct Settings {
   bool quiet = false;   ///< say nothing but errors
   bool strict = false;  ///< refuse files that are damaged

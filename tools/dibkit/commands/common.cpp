@@ -12,7 +12,7 @@ namespace host {
 
 namespace {
 
-/// Whether all of the text is a number between the limits; "not a number" is none.
+/// Whether the whole text is a number between the limits; NaN is none.
 template <class Number>
 bool isNumber(const std::string& text, Number least, Number most) {
   Number value{};
@@ -32,7 +32,7 @@ void take(CLI::Option* option, const char* kind, const char* what, Number least,
       "");
 }
 
-/// \param advice what would help with a picture that is too large
+/// \param advice appended to the message for a picture that is too large
 Animation readAnimationFile(const std::string& path, const ReadOptions& options, const std::string& advice) {
   const Bytes bytes = readFile(path);
   try {

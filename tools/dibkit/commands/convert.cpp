@@ -36,7 +36,7 @@ struct Arguments {
 
 enum class Format { png, bmp };
 
-/// By its option, else by the name of a single output; a PNG where neither says anything.
+/// From --format, else from the ending of a single output, else PNG.
 Format formatOf(const Arguments& arguments) {
   const std::string& path = arguments.output.path;
   std::string name = arguments.format;
@@ -51,7 +51,7 @@ Format formatOf(const Arguments& arguments) {
   throw UsageError(path + " cannot be written; name it " + stem + "png or " + stem + "bmp");
 }
 
-/// For one picture the output is a file, for several a folder in which each keeps its name.
+/// For one picture the output is a file; for several it is a folder, where each keeps its name.
 std::vector<std::string> targetsOf(const Arguments& arguments, Format format) {
   const std::string& output = arguments.output.path;
   if (arguments.pictures.size() == 1) {
@@ -73,7 +73,7 @@ std::vector<std::string> targetsOf(const Arguments& arguments, Format format) {
   return targets;
 }
 
-/// A picture that is to be converted, and where it goes.
+/// A picture to convert, and the file for the result.
 struct Job {
   std::string source;
   OutputTarget target;
@@ -91,7 +91,7 @@ std::vector<Job> jobsOf(const Arguments& arguments, Format format, const Setting
   return jobs;
 }
 
-/// The palette of a file, or the colours of its picture where it has none.
+/// The palette of a file. A file without one gives the colours of its picture.
 std::vector<RGBQUAD> paletteOfFile(const std::string& path, const Settings& settings) {
   const Animation animation = readAnimation(path, Keep::firstFrame, settings);
   if (!animation.palette.empty()) return animation.palette;
@@ -115,7 +115,7 @@ std::optional<int> thresholdOf(const std::string& text) {
 
 const char* const depths = "1, 4, 8, 16, 24 or 32";
 
-/// What is wrong with a value of --bits; empty for nothing.
+/// The message for a wrong value of --bits; empty for a valid one.
 std::string complaintAboutDepth(const std::string& text) {
   for (const char* depth : {"1", "4", "8", "16", "24", "32"}) {
     if (text == depth) return {};

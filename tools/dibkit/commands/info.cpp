@@ -64,7 +64,7 @@ void print(const std::string& path, const Settings& settings) {
   if (summary.frames > 1) std::cout << "  times         " << times(summary) << '\n';
 }
 
-/// One file that is no picture does not keep the others from being told about.
+/// Goes on after a file that cannot be read. Throws AlreadySaid in the end if there was one.
 void printAll(const std::vector<std::string>& files, const Settings& settings) {
   bool allRead = true;
   for (const std::string& file : files) {

@@ -20,7 +20,7 @@ struct Arguments {
   bool strip = false;
 };
 
-/// Who names the file itself has said what is to become of it.
+/// An output that is the input itself may be replaced without --force.
 std::optional<OutputTarget> claimTarget(const Arguments& arguments, const Settings& settings) {
   const Output& output = arguments.output;
   if (!isSameFile(arguments.input, output.path)) return claimGif(output, {&arguments.input, 1}, settings);

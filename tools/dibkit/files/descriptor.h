@@ -6,13 +6,14 @@
 #include <unistd.h>
 
 /// \file
-/// The system's files: what files/ has in common.
+/// File descriptors, for the sources in files/.
 namespace host {
 
-/// Throws the system's error as a FileError; Cancelled for a call that Ctrl-C ended.
+/// Throws a FileError with the message of an error number; Cancelled for EINTR after Ctrl-C.
 [[noreturn]] void fail(const std::string& path, int error);
 
-/// An open file. Closes on every way out; close() tells of a failed write too, so call it where that matters.
+/// Owns a file descriptor and closes it, unless it is a standard stream. Call close() after writing: its
+/// result may report a failed write.
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}

@@ -6,10 +6,11 @@
 
 namespace host {
 
-/// The whole of a file, or of standard input for "-". Throws FileError.
+/// The content of a file, or of standard input for "-", of up to 1 GiB. Throws FileError, Cancelled on
+/// Ctrl-C.
 Bytes readFile(const std::string& path);
 
-/// Makes a folder and those above it. Throws FileError.
+/// Creates a folder and its missing parents. Throws FileError.
 void makeFolder(const std::string& path);
 
 }  // namespace host

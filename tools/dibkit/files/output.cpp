@@ -22,7 +22,7 @@ namespace {
 
 const char* const existsAlready = "exists already; --force replaces it";
 
-/// By any name, as /dev/stdout and that of the file that it is redirected to.
+/// Whether the path leads to standard output: "-", /dev/stdout, or the file that it is redirected to.
 bool isStandardOutput(const std::string& path) {
   if (path == "-") return true;
   struct stat named {};

@@ -40,14 +40,14 @@ void writeDirectly(const std::string& path, int descriptor, ByteView bytes) {
   if (descriptor > STDERR_FILENO && target.close() != 0) fail(path, errno);
 }
 
-/// The permissions that a new file would get by the user's settings; a new temporary file has fewer.
+/// The permissions of a new file by the user's umask. Temporary files are made with fewer.
 mode_t modeOfNewFiles() {
   const mode_t mask = ::umask(0);
   ::umask(mask);
   return 0666 & ~mask;
 }
 
-/// Lets no signal end the program while a temporary file exists.
+/// Blocks the signals that would end the program, as long as a temporary file exists.
 class HeldSignals {
  public:
   HeldSignals() {
@@ -58,7 +58,7 @@ class HeldSignals {
   HeldSignals& operator=(const HeldSignals&) = delete;
   ~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
-  /// Whether one of them has come since.
+  /// Whether one of them has arrived since they were blocked.
   static bool anyPending() {
     sigset_t pending;
     ::sigpending(&pending);
@@ -79,10 +79,10 @@ class HeldSignals {
   sigset_t before_{};
 };
 
-/// A new file that goes away with the object, unless it has taken the target's place or is kept.
+/// A new file, removed by the destructor unless rename() or keep() was called.
 class TemporaryFile {
  public:
-  /// Named after a target, in its folder or another one. open() tells whether there is one.
+  /// \param beside its path without the random ending. Check open() afterwards.
   explicit TemporaryFile(const fs::path& beside)
       : name_(beside.string() + ".XXXXXX"), file_(::mkstemp(name_.data())), error_(errno) {
     if (!file_.valid()) name_.clear();
@@ -126,8 +126,8 @@ class TemporaryFile {
   int error_;
 };
 
-/// Replaces the content of a file. On failure before the first byte the file is as it was.
-/// \param begun set once the old content is gone
+/// Replaces the content of a file. When it fails with `begun` unset, the file is as it was.
+/// \param begun set before the first byte is overwritten
 int rewrite(const fs::path& target, ByteView bytes, off_t oldSize, bool& begun) {
   Descriptor file(::open(target.c_str(), O_WRONLY | O_CLOEXEC));
   if (!file.valid()) return errno;
@@ -142,7 +142,8 @@ int rewrite(const fs::path& target, ByteView bytes, off_t oldSize, bool& begun) 
   return 0;
 }
 
-/// For a file that has to stay the same one, by a copy that is complete before it is touched.
+/// Replaces the content of a file that must remain the same file. `copy` already holds the new content, and
+/// stays when the replacement fails half way.
 void replaceContent(const std::string& path, const fs::path& target, TemporaryFile& copy, ByteView bytes,
                     off_t oldSize) {
   bool begun = false;
@@ -179,7 +180,7 @@ void replaceFile(const std::string& path, const fs::path& target, const struct s
   if (const int error = beside.rename(old.st_mode & 07777, target)) fail(path, error);
 }
 
-/// Where symbolic links lead to, which need not exist.
+/// The path at the end of a chain of symbolic links, which need not exist.
 fs::path followed(const std::string& path) {
   fs::path target = path;
   std::error_code error;

@@ -34,7 +34,7 @@ std::string escaped(const std::string& text) {
   return html;
 }
 
-/// A command whose options a browser does not break at their hyphens.
+/// A command as HTML. Its options are spans, which the style sheet keeps from being broken at their hyphens.
 std::string htmlOfCommand(const std::string& command) {
   std::string html;
   std::istringstream words(command);
@@ -45,7 +45,7 @@ std::string htmlOfCommand(const std::string& command) {
   return html;
 }
 
-/// A family's name as an anchor.
+/// The name of a family as the id of its section.
 std::string anchorOf(const std::string& family) {
   std::string anchor;
   for (const char letter : family) {
@@ -96,7 +96,7 @@ void putCard(std::ostream& out, const GalleryCard& card, const GalleryPage& page
                            std::to_string(page.size.height) + "\"";
   out << "<article class=\"card\">\n<h3>" << escaped(card.title);
   if (!card.style.empty()) out << " <small>" << escaped(card.style) << "</small>";
-  // Browsers can neither stop a GIF nor tell where it is, so the page plays the frames on a canvas.
+  // Browsers can neither stop a GIF nor report its current frame, so the page plays the frames on a canvas.
   out << "</h3>\n<div class=\"stage\"><canvas role=\"img\" aria-label=\"" << name << "\"" << size
       << " data-sheet=\"" << escaped(card.sheet) << "\"></canvas><noscript><img src=\"" << escaped(card.gif)
       << "\" alt=\"" << name << "\"" << size << " loading=\"lazy\"></noscript></div>\n"

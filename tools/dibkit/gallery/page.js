@@ -4,7 +4,7 @@ const main = document.querySelector("main");
 const delays = main.dataset.delays.split(" ").map(Number);
 const columns = Number(main.dataset.columns);
 
-// One card: its frames lie on a sheet, which is there while the card is near the window.
+// Plays the frames of one card. They are on one image, the sheet, which is loaded while the card is near the window.
 class Player {
   #canvas;
   #slider;
@@ -18,7 +18,7 @@ class Player {
     this.#canvas = card.querySelector("canvas");
     this.#slider = card.querySelector("input");
     this.#button = card.querySelector(".play");
-    this.#slider.value = 0; // browsers remember where it was
+    this.#slider.value = 0; // browsers restore the old value
     this.#slider.addEventListener("input", () => {
       this.play(false);
       this.#show(Number(this.#slider.value));
@@ -45,7 +45,7 @@ class Player {
 
   advance(now) {
     if (!this.playing || !this.#sheet?.complete || now < this.#due) return;
-    // After a long time away the animation goes on where it was.
+    // After a pause, as of a hidden tab, the animation goes on with the next frame.
     if (now - this.#due > 1000) this.#due = now;
     let frame = this.#frame;
     do {
