@@ -104,6 +104,26 @@ def pixel(colour, alpha):
     return "." if alpha == 0 else colour if alpha == 255 else f"{colour}{alpha:02x}"
 
 
+def indices_of(line, width, bits):
+    return [line[x * bits // 8] >> 8 - bits - x * bits % 8 & (1 << bits) - 1 for x in range(width)]
+
+
+def read_bmp(data):
+    """A picture and its bits for each pixel."""
+    start, head, width, height, bits = (int.from_bytes(data[at : at + 4], "little") for at in (10, 14, 18, 22, 28))
+    bits &= 0xFFFF  # the compression follows
+    palette = [data[at : at + 3][::-1].hex() for at in range(14 + head, start, 4)]
+    stride, step, pixels = -(-width * bits // 32) * 4, bits // 8, []
+    for at in range(start + (height - 1) * stride, start - 1, -stride):
+        line = data[at : at + stride]
+        if bits <= 8:
+            pixels += [palette[index] for index in indices_of(line, width, bits)]
+        else:
+            parts = (line[x : x + step] for x in range(0, width * step, step))
+            pixels += [pixel(part[2::-1].hex(), part[3] if bits == 32 else 255) for part in parts]
+    return (width, pixels), bits
+
+
 def read_png(data):
     """A picture, its bits for each channel and its kind."""
     chunks, at = collections.defaultdict(bytes), 8
@@ -126,8 +146,7 @@ def read_png(data):
             line[i] = line[i] + (0, a, b, (a + b) // 2, nearest)[rule] & 255
         above = line
         if kind == 3:
-            places = (line[x * bits // 8] >> 8 - bits - x * bits % 8 & (1 << bits) - 1 for x in range(width))
-            pixels += [pixel(palette[index], alphas[index]) for index in places]
+            pixels += [pixel(palette[index], alphas[index]) for index in indices_of(line, width, bits)]
         else:
             parts = (line[x : x + channels] for x in range(0, stride, channels))
             pixels += [pixel(part[:3].hex(), part[3] if kind == 6 else 255) for part in parts]
