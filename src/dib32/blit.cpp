@@ -26,8 +26,10 @@ void changeRow(Bgra* to, const Bgra* from, int count, BYTE amount, const BYTE* m
     return;
   }
   for (int i = 0; i < count; ++i) {
+    // Computed for every pixel, so that the loop vectorises.
     const DWORD below = wordAt(to, i);
-    putWord(to, i, mask[i] != 0 ? rule(below, wordAt(from, i), amount) : below);
+    const DWORD changed = rule(below, wordAt(from, i), amount);
+    putWord(to, i, mask[i] != 0 ? changed : below);
   }
 }
 

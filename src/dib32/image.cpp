@@ -118,9 +118,11 @@ BITMAPINFOHEADER* CDIB32::CreateBlank32BitsDIB(int width, int height) {
 }
 
 BITMAPINFOHEADER* CDIB32::CreateSimple32BitsDIB(int width, int height, COLORREF colour, BYTE alpha) {
-  const Bgra pixel = withAlpha(fromColorRef(colour), alpha);
-  return makeImage(width, height, 32, [&](BYTE* row, int) { std::fill_n(pixelsOf(row), width, pixel); })
-      .release();
+  const DWORD pixel = packRgb(fromColorRef(colour)) | DWORD{alpha} << 24;
+  const auto fill = [=](BYTE* row, int) {
+    for (int x = 0; x < width; ++x) Bgra32::put(row, x, pixel);
+  };
+  return makeImage(width, height, 32, fill).release();
 }
 
 BITMAPINFOHEADER* CDIB32::ConvertTo32BitsDIB(BITMAPINFOHEADER* source, BITMAPINFOHEADER* mask,
