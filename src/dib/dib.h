@@ -21,7 +21,8 @@
 /// Depths are 1, 4, 8 (palette indexes), 16 (5-5-5), 24 (blue, green, red) and 32 (blue, green, red, alpha or
 /// unused). biHeight is positive. dib/view.h reads and writes pixels without arithmetic on these offsets.
 ///
-/// The operations below take constant time, except Clone and CreateDibImage, which write the whole block.
+/// Threads: any calls may run at once, on one image as long as none writes it. Sizes: the block has at most
+/// 2^31 - 1 bytes. Cost: constant time, but CreateDibImage and Clone write the whole block.
 
 /// Number of palette entries: biClrUsed, or all that the depth can index if that is 0. An image of more than
 /// 8 bits has no palette, even if biClrUsed is not 0.

@@ -4,6 +4,9 @@
 
 #include "dib/palette_table.h"
 
+/// \file
+/// Pixel formats as types, one for each depth, so that a loop over pixels is compiled for its depth.
+
 namespace dibkit {
 
 /// A colour without opacity.
@@ -30,11 +33,12 @@ constexpr DWORD packRgb(Rgb colour) {
 }
 
 /// \name Pixel formats
-/// Each says how pixels are stored in a row: `get` and `put` read and write the raw value of pixel x,
-/// `colour` gives the colour of a raw value, `encode` (formats without palette) the raw value of a colour.
+/// How pixels are stored in a row. `bits` is the depth and `Raw` the type of a stored value. `get` and `put`
+/// read and write the raw value of pixel x, which is not checked. `colour` gives the colour of a raw value,
+/// and `encode`, in formats without palette, the raw value of a colour.
 /// @{
 
-/// An index into the palette.
+/// An index into the palette: Index1, Index4 and Index8.
 template <int bitCount, BYTE (*read)(const BYTE*, int), void (*write)(BYTE*, BYTE, int)>
 struct PaletteIndex {
   static constexpr int bits = bitCount;
@@ -62,8 +66,7 @@ struct NumberPixel {
   }
 };
 
-/// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are deliberately ignored, here and in every
-/// reader that shares this format.
+/// [0RRRRRGG GGGBBBBB], always: the masks of a bit-field image are deliberately ignored.
 struct Rgb555 : NumberPixel<WORD> {
   /// The five bits become the upper bits of a byte; its low three are 0, so that full white is 248.
   static constexpr Rgb colour(Raw value) {
@@ -76,6 +79,7 @@ struct Rgb555 : NumberPixel<WORD> {
   }
 };
 
+/// Bytes of blue, green and red.
 struct Bgr24 {
   static constexpr int bits = 24;
   using Raw = Rgb;
@@ -94,13 +98,13 @@ struct Bgr24 {
   static constexpr Raw encode(Rgb colour) { return colour; }
 };
 
-/// Blue, green, red and a fourth byte, which is alpha in images that are composited over others.
+/// Bytes of blue, green, red and alpha: a raw value is 0xAARRGGBB. Operations without alpha ignore it.
 struct Bgra32 : NumberPixel<DWORD> {
   static constexpr Rgb colour(Raw value) {
     return {lowByte(value >> 16), lowByte(value >> 8), lowByte(value)};
   }
   static Rgb colour(Raw value, const PaletteTable&) { return colour(value); }
-  /// The fourth byte is 0.
+  /// Alpha is 0: or it with 0xFF000000 for an opaque pixel.
   static constexpr Raw encode(Rgb colour) { return packRgb(colour); }
 };
 /// @}
@@ -127,6 +131,7 @@ auto withFormat(int bitCount, Use&& use) -> decltype(use(Index1{})) {
   }
 }
 
+/// Whether a depth is 1, 4, 8, 16, 24 or 32 bits.
 inline bool hasFormat(int bitCount) {
   return withFormat(bitCount, [](auto) { return true; });
 }

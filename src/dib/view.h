@@ -23,6 +23,9 @@
 ///   ++pixels;
 /// });
 /// \endcode
+///
+/// Threads: many may read an image through views, one at a time may write it. Aliasing: any number of views
+/// may be of one image. Cost: a loop is one pass over the pixels.
 
 namespace dibkit {
 

@@ -123,6 +123,7 @@ void brushAlpha(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushD
   const Box brushBox = placedBox(brush.width(), brush.height(), position);
   Box area = intersection(brushBox, {0, 0, destination.width(), destination.height()});
   if (reference != nullptr) area.bottom = std::min<std::int64_t>(area.bottom, reference->height());
+  // n * n fits: a brush of n x n bytes is a block of less than 2^31.
   const int n = std::min({size, brush.width(), brush.height()});
   const RegionSpans clip(clipRegion);
   if (area.empty() || n < 1 || (clipRegion != nullptr && !clip.valid())) return;

@@ -7,15 +7,24 @@
 #include "dib/dib.h"
 
 /// \file
-/// The transitions that a host can offer to a person, as a table. One call makes the frames of them all:
+/// Transitions by name, as a table that a host can offer in a menu: cross-fade ("fade"), dissolve ("mosaic":
+/// cells in random order), slides, turns, shapes, clocks. One call makes a frame:
 ///
-///     frame = effect.frame(incoming, outgoing, style, progress);
+/// \code
+/// const dibkit::Effect* effect = dibkit::findEffect(name);
+/// for (int i = 1; effect != nullptr && i <= count; ++i) {
+///   frames.push_back(effect->frame(incoming, outgoing, effect->defaultStyle, 1.0 * i / count));
+/// }
+/// \endcode
 ///
-/// A host that does the compositing itself gets the piece of a numbered effect, which replaces what is at
-/// pieceOrigin(rect) in the outgoing frame:
+/// A host that composites on its own gets the piece of a numbered effect from GeneralEffectFrame (effects.h),
+/// with the numbers that `parameters` gives. The piece replaces what is at pieceOrigin(rect) in the outgoing
+/// frame.
 ///
-///     const auto [a, b] = effect.parameters(progress, size, style);
-///     if (GeneralEffectFrame(*effect.number, incoming, a, b, &piece, &rect) == 1) ...
+/// Threads: frames may be made at once, except those of effects that draw random numbers. Aliasing: incoming
+/// and outgoing are only read and may be the same image. Sizes: as in dibkit.h. Cost: a few passes over the
+/// picture, for "ripple" up to 64 more.
+
 namespace dibkit {
 
 /// What an amount counts.

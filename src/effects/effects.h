@@ -3,16 +3,30 @@
 #include "dib/dib.h"
 
 /// \file
-/// Transitions between two animation frames. For each stage the library makes one picture: the part of the
-/// incoming frame that shows at that stage, and where it goes. The host composites it over the outgoing
-/// frame. `effects/catalogue.h` names the effects and gives the parameters of a stage.
+/// Transitions between two frames, by number. (By name, and with whole frames as result:
+/// effects/catalogue.h, which is simpler to use.) For each stage there is one picture: the part of the
+/// incoming frame that shows, and its place. The host composites it over the outgoing frame.
+///
+/// \code
+/// constexpr int grow = 13, diamond = 4;
+/// for (int percent = 0; percent <= 100; percent += 25) {
+///   dibkit::OwnedDib piece;
+///   RECT place{};
+///   if (GeneralEffectFrame(grow, incoming.get(), diamond, percent, out(piece), &place) == 0) return 1;
+///   const dibkit::OwnedDib frame(CBitmapCreator::Clone(outgoing.get()));
+///   CDIB32::CombineBlock(frame.get(), {0, 0}, piece.get(), {place.left, place.top}, 0);
+/// \endcode
+///
+/// Threads: calls may run at once, except those of effects 5, 6 and 14, which share the C library's
+/// generator. Aliasing: the frames are only read and may be the same image. Sizes: as in dibkit.h. Cost: a
+/// few passes over the frame at every stage.
 
 /// What an effect gives for one stage.
 struct EffectOutput {
   /// The piece: a new 32-bit image, alpha 0 where nothing shows. The caller owns it.
-  BITMAPINFOHEADER* image;
+  BITMAPINFOHEADER* image = nullptr;
   /// Where the piece goes, in pixels from the top-left pixel of the frame.
-  RECT rect;
+  RECT rect{};
 };
 
 /// The interface of an effect as an object, for hosts that derive effects of their own: an object is made for
