@@ -276,7 +276,7 @@ TEST(Drawing, IsExactForEveryPairOfAlphas) {
   for (const Operation& operation : operations) {
     if (operation.sourceOf != shifted || operation.draw == copyEntry) continue;
     // The exact rule also divides by every alpha: many colours for each pair.
-    for (int round = operation.draw == over ? 20 : 2; round > 0; --round) {
+    for (int round = operation.draw == over ? 10 : 2; round > 0; --round) {
       for (const bool swapped : {false, true}) {  // so that each alpha fills whole rows of each image
         const auto picture = [&](bool byRow) {
           Layer layer(test::randomImage(256, 256, 32, random));
