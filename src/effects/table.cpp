@@ -226,11 +226,6 @@ constexpr TabledEffect table[] = {
      renderBlinds},
 };
 
-// Every row can make its frames.
-static_assert(std::ranges::all_of(table, [](const TabledEffect& row) {
-  return row.effect.isWholeFrame() ? row.effect.compose != nullptr : row.render != nullptr;
-}));
-
 constexpr auto catalogue = [] {
   std::array<Effect, std::size(table)> effects;
   std::ranges::transform(table, effects.begin(), &TabledEffect::effect);
