@@ -33,7 +33,7 @@ struct Arguments {
   std::string size;
 };
 
-/// The same as what `transition` does when it is told nothing, but there and back.
+/// The defaults of `transition`, with --back.
 TransitionPlan planFor(const ChosenEffect& chosen) {
   TransitionPlan plan;
   plan.chosen = chosen;
@@ -53,7 +53,7 @@ std::string quoted(const std::string& word) {
   return text + "'";
 }
 
-/// The files of the gallery by their names, those that are left alone aside.
+/// The files that the gallery will write, by name.
 using Files = std::map<std::string, OutputTarget>;
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
