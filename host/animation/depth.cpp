@@ -18,6 +18,9 @@ namespace {
 
 using dibkit::OwnedDib;
 
+// What mapping a picture to the best palette costs, measured on photographs; the rest finds the palette.
+constexpr double mappingShare = 0.6;
+
 OwnedDib made(BITMAPINFOHEADER* dib) {
   throwIfCancelled();
   if (dib == nullptr) throw std::bad_alloc();
@@ -30,23 +33,32 @@ OwnedDib trueColour(const Picture& picture) {
 }
 
 /// A true-colour picture of nothing but the palette's colours.
-OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, Dither dither) {
+OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, Dither dither,
+                   const ShareDone& done) {
   Picture matched = picture.clone();
   CDIB32::MakeAllPixelsSameOpacity(matched.dib(), 255);
-  const Bytes indices = mapperOnto(colours, dither)->indicesOf(matched);
-  const std::uint8_t* next = indices.data();
-  for (int y = 0; y < matched.height(); ++y) {
-    Pixel* row = matched.row(y);
-    for (int x = 0; x < matched.width(); ++x) {
-      const RGBQUAD& colour = colours[*next++];
-      row[x] = {colour.rgbBlue, colour.rgbGreen, colour.rgbRed, 255};
+  const std::unique_ptr<PaletteMapper> mapper = mapperOnto(colours, dither);
+  const int band = needsOrder(dither) ? matched.height() : 64;
+  for (int top = 0; top < matched.height(); top += band) {
+    throwIfCancelled();
+    const int bottom = std::min(top + band, matched.height());
+    const Bytes indices = mapper->indicesOf(matched, {0, top, matched.width(), bottom});
+    const std::uint8_t* next = indices.data();
+    for (int y = top; y < bottom; ++y) {
+      Pixel* row = matched.row(y);
+      for (int x = 0; x < matched.width(); ++x) {
+        const RGBQUAD& colour = colours[*next++];
+        row[x] = {colour.rgbBlue, colour.rgbGreen, colour.rgbRed, 255};
+      }
     }
+    done(mappingShare * (bottom - top) / matched.height());
   }
   return trueColour(matched);
 }
 
-OwnedDib ontoPalette(const Picture& picture, const std::vector<RGBQUAD>& palette, int bits, Dither dither) {
-  return onColours(inColours(picture, palette, dither).get(), palette, bits);
+OwnedDib ontoPalette(const Picture& picture, const std::vector<RGBQUAD>& palette, int bits, Dither dither,
+                     const ShareDone& done) {
+  return onColours(inColours(picture, palette, dither, done).get(), palette, bits);
 }
 
 /// The best colours for all pictures together, those of transparent pixels too.
@@ -95,11 +107,13 @@ OwnedDib blackAndWhite(const Picture& picture, std::optional<int> threshold) {
 }
 
 /// One picture on a palette of its own.
-OwnedDib onOwnPalette(const Picture& picture, int bits, Dither dither) {
+OwnedDib onOwnPalette(const Picture& picture, int bits, Dither dither, const ShareDone& done) {
   const OwnedDib flat = trueColour(picture);
   const auto colours = fewColoursOf(flat.get());
   if (colours && std::ssize(*colours) <= 1 << bits) return onColours(flat.get(), *colours, bits);
-  return ontoPalette(picture, bestColours({&picture, 1}, 1 << bits), bits, dither);
+  const std::vector<RGBQUAD> palette = bestColours({&picture, 1}, 1 << bits);
+  done(1 - mappingShare);
+  return ontoPalette(picture, palette, bits, dither, done);
 }
 
 /// All pictures on the palette that their colours make together, if it has room for them.
@@ -118,11 +132,15 @@ std::vector<OwnedDib> onJoinedPalette(std::span<const Picture> pictures, int bit
   return all;
 }
 
-std::vector<OwnedDib> onSharedPalette(std::span<const Picture> pictures, int bits, Dither dither) {
+std::vector<OwnedDib> onSharedPalette(std::span<const Picture> pictures, int bits, Dither dither,
+                                      const ShareDone& done) {
   std::vector<OwnedDib> all = onJoinedPalette(pictures, bits);
   if (!all.empty()) return all;
   const std::vector<RGBQUAD> palette = bestColours(pictures, 1 << bits);
-  for (const Picture& picture : pictures) all.push_back(ontoPalette(picture, palette, bits, dither));
+  done(1 - mappingShare);
+  const ShareDone doneOfAll = [&](double share) { done(share / static_cast<double>(pictures.size())); };
+  for (const Picture& picture : pictures)
+    all.push_back(ontoPalette(picture, palette, bits, dither, doneOfAll));
   return all;
 }
 
@@ -133,7 +151,7 @@ OwnedDib trueColourAt(BITMAPINFOHEADER* dib, int bits) {
 }
 
 /// A picture that was made gray, or any other one, at the depth that was asked for.
-OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options) {
+OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options, const ShareDone& done) {
   if (options.blackAndWhite) return blackAndWhite(picture, options.threshold);
   if (options.gray && options.bits.value_or(8) == 8) return gray(picture);
   if (options.gray) {
@@ -141,15 +159,15 @@ OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options) {
     const Picture again(made(CDIB32::ConvertTo32BitsDIB(grays.get(), nullptr, 255, 0)));
     DepthOptions colours = options;
     colours.gray = false;
-    return oneAtDepth(again, colours);
+    return oneAtDepth(again, colours, done);
   }
   if (!options.palette.empty()) {
     return ontoPalette(picture, options.palette,
-                       options.bits.value_or(smallestDepthFor(options.palette.size())), options.dither);
+                       options.bits.value_or(smallestDepthFor(options.palette.size())), options.dither, done);
   }
   if (options.bits == 32) return made(CBitmapCreator::Clone(picture.dib()));
   if (options.bits && *options.bits > 8) return trueColourAt(picture.dib(), *options.bits);
-  if (options.bits) return onOwnPalette(picture, *options.bits, options.dither);
+  if (options.bits) return onOwnPalette(picture, *options.bits, options.dither, done);
 
   if (CDIB32::IsFullOpacity32BitsImage(picture.dib()) == 0) return made(CBitmapCreator::Clone(picture.dib()));
   OwnedDib flat = trueColour(picture);
@@ -176,12 +194,26 @@ void requireSense(const DepthOptions& options) {
 
 }  // namespace
 
-std::vector<OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options) {
+std::vector<OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options,
+                              const ShareDone& done) {
   requireSense(options);
-  if (options.sharedPalette && options.palette.empty())
-    return onSharedPalette(pictures, options.bits.value_or(8), options.dither);
+  // Few ways to another depth report their shares; what remains of each picture is added here.
+  double left = 1;
+  const ShareDone count = [&](double share) {
+    left -= share;
+    done(share);
+  };
   std::vector<OwnedDib> all;
-  for (const Picture& picture : pictures) all.push_back(oneAtDepth(picture, options));
+  if (options.sharedPalette && options.palette.empty()) {
+    all = onSharedPalette(pictures, options.bits.value_or(8), options.dither, count);
+  } else {
+    const auto pictureCount = static_cast<double>(pictures.size());
+    for (const Picture& picture : pictures) {
+      all.push_back(oneAtDepth(picture, options, [&](double share) { count(share / pictureCount); }));
+      count(left - (1 - static_cast<double>(all.size()) / pictureCount));
+    }
+  }
+  done(left);
   return all;
 }
 

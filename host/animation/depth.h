@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -22,9 +23,14 @@ struct DepthOptions {
   Dither dither = Dither::none;  ///< where the palette has not all colours
 };
 
+/// Receives a share of the work that has been done.
+using ShareDone = std::function<void(double)>;
+
 /// The pictures at another depth, each in a way that the library has an operation for: exactly where the
 /// colours allow it, otherwise onto the best palette of that depth. Transparency stays with 32 bits only.
 /// Throws UsageError for options that exclude each other, Cancelled on Ctrl-C.
-std::vector<dibkit::OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options);
+/// \param done receives shares of the work, which are 1 together
+std::vector<dibkit::OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options,
+                                      const ShareDone& done);
 
 }  // namespace host

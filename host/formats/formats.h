@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -65,7 +66,9 @@ struct IndexedPicture {
 Bytes writePng(const IndexedPicture& picture);
 
 /// A PNG of a packed DIB of any depth: palettes stay palettes of that depth, 32 bits keep their alpha.
-Bytes writePng(const BITMAPINFOHEADER* dib);
+/// \param lineDone called after each line
+Bytes writePng(
+    const BITMAPINFOHEADER* dib, const std::function<void()>& lineDone = [] {});
 /// A BMP file of a packed DIB of any depth, its block as it is.
 Bytes writeBmp(const BITMAPINFOHEADER* dib);
 

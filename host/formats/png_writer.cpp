@@ -168,13 +168,14 @@ Bytes writePng(const IndexedPicture& picture) {
   return std::move(encoder).finish();
 }
 
-Bytes writePng(const BITMAPINFOHEADER* dib) {
+Bytes writePng(const BITMAPINFOHEADER* dib, const std::function<void()>& lineDone) {
   PngEncoder encoder(headOf(dib));
   Bytes wide(dib->biBitCount == 16 ? 3 * static_cast<std::size_t>(dib->biWidth) : 0);
   for (int y = 0; y < dib->biHeight; ++y) {
     const BYTE* line = lineOf(dib, y);
     if (!wide.empty()) widen(line, wide);
     encoder.add(wide.empty() ? line : wide.data());
+    lineDone();
   }
   return std::move(encoder).finish();
 }
