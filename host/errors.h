@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// What is wrong with a picture's bytes; whoever knows the file's name makes a FileError of it.
+/// What is wrong with a picture's bytes; callers that know the file's name make a FileError of it.
 class FormatError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -61,7 +61,7 @@ void forEachInOrder(int count, const std::function<void(int)>& work) {
   }
 }
 
-void forEachIndex(int count, const std::function<void(int)>& work) {
+void parallelFor(int count, const std::function<void(int)>& work) {
   const int threads =
       std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, std::max(count, 1));
   if (threads <= 1) return forEachInOrder(count, work);

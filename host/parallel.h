@@ -15,9 +15,9 @@
 
 namespace host {
 
-/// Calls work(0) to work(count - 1), on all cores; the order is free. The first exception comes out, after
-/// every call under way has ended; Ctrl-C comes out as Cancelled.
-void forEachIndex(int count, const std::function<void(int)>& work);
+/// Calls work(0) to work(count - 1) on all cores, in any order. Throws the first exception of the calls once
+/// all running calls have ended, and Cancelled on Ctrl-C.
+void parallelFor(int count, const std::function<void(int)>& work);
 
 /// The same, one after the other on this thread.
 void forEachInOrder(int count, const std::function<void(int)>& work);

@@ -8,7 +8,7 @@
 
 namespace host {
 
-/// A pixel of a 32-bit image as it lies in memory: straight colour, alpha 0 transparent and 255 opaque.
+/// A pixel of a 32-bit image in memory order: straight colour, alpha 0 transparent and 255 opaque.
 struct Pixel {
   BYTE blue = 0;
   BYTE green = 0;

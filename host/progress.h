@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// How far the work has come. Each stage adds its share as it goes, by what it costs; all shares together
-/// are 1.
+/// How much of the work is done. Each stage adds its share in steps, weighted by its cost; all shares add up
+/// to 1.
 class Progress {
  public:
   /// \param show receives the sum of the shares, from 0 to 1; never from two threads at once

@@ -11,7 +11,7 @@ namespace {
 
 constexpr BYTE opaque = 255;
 
-/// Whether a pixel has both opaque and wholly transparent ones around it: a smooth edge is no wider.
+/// Whether a pixel has both opaque and wholly transparent neighbours: smooth edges are one pixel wide.
 bool isEdge(const Picture& picture, int x, int y) {
   bool besideOpaque = false;
   bool besideNothing = false;
@@ -25,8 +25,8 @@ bool isEdge(const Picture& picture, int x, int y) {
   return besideOpaque && besideNothing;
 }
 
-/// The opacity from which on a pixel of that place is opaque: 2, 6, ... 254. Another pattern than that of
-/// dithered colours, which would favour one colour of two among the dots.
+/// The smallest alpha of an opaque pixel at that place: 2, 6, ... 254. The pattern differs from that of
+/// dithered colours; with the same one, the dots would have mostly one of two colours.
 int thresholdAt(int x, int y) { return 4 * bayerRank(x, y) + 2; }
 
 }  // namespace

@@ -61,7 +61,7 @@ void AnimationWriter<Cell>::write() {
   begun_.pop_front();
 }
 
-/// Those up to a frame of the source; those of a frame that became one with others precede the next image.
+/// Writes those up to a frame of the source. Those of a merged frame precede the next image.
 template <class Cell>
 void AnimationWriter<Cell>::writeExtensions(std::size_t frame) {
   for (; !extensions_.empty() && extensions_.front().frame <= frame; extensions_ = extensions_.subspan(1))

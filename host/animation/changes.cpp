@@ -71,7 +71,7 @@ std::optional<Change<Cell>> ChangeFinder<Cell>::next(const Patch<Cell>& patch, i
 template <class Cell>
 bool ChangeFinder<Cell>::lengthens(const Patch<Cell>& patch, int delay) const {
   constexpr int longestDelay = 65535;
-  // Viewers show frames of less than two hundredths for longer than that: their sum would not last as long.
+  // Viewers prolong frames of less than two hundredths; merged, they would show for less time.
   constexpr int shortestTrueDelay = 2;
   if (std::min(delay_, delay) < shortestTrueDelay || delay_ + delay > longestDelay) return false;
   for (int y = patch.place.top; y < patch.place.bottom; ++y) {
@@ -93,7 +93,7 @@ RECT ChangeFinder<Cell>::vanishing(const Patch<Cell>& patch) const {
 /// The box of what the frame changes.
 template <class Cell>
 RECT ChangeFinder<Cell>::changed() const {
-  // A viewer starts with nothing on the canvas; the first frame covers all of it.
+  // The canvas is empty before the first frame, which covers all of it.
   if (frame_ == 0) return now_.place;
   return boxOf(touched_, before_, now_, [](Cell before, Cell now) { return before != now; });
 }
@@ -101,12 +101,12 @@ RECT ChangeFinder<Cell>::changed() const {
 template <class Cell>
 Change<Cell> ChangeFinder<Cell>::change(const RECT& vanishing) {
   const RECT box = changed();
-  // Only taking a frame away makes cells transparent again, so it has to cover them.
+  // Only disposal makes cells transparent again, so the frame has to cover them.
   RECT place = unionOf(box, vanishing);
-  // A rectangle without pixels cannot be stored; one pixel of what is there already can.
+  // A rectangle without pixels cannot be stored: one unchanged pixel is.
   if (isEmpty(place)) place = {0, 0, 1, 1};
   Change<Cell> change{frame_, {}, isEmpty(vanishing) ? Disposal::keep : Disposal::background, delay_};
-  // What leaves cells out is smaller more often than not.
+  // A version that leaves cells out is mostly smaller.
   if (transparent_ && frame_ > 0) {
     change.versions.push_back(version(place, RECT{}));
     if (!isEmpty(box) && EqualRect(&box, &place) == 0) change.versions.push_back(version(place, box));

@@ -50,7 +50,8 @@ class ChangeFinder {
   /// free for that, and then every cell shows something
   ChangeFinder(Size canvas, std::optional<Cell> transparent);
 
-  /// Takes the next frame. What the frame before it has changed is certain only now, unless the two are one.
+  /// Takes the next frame. Gives the change of the frame before, which is complete now unless the two are
+  /// merged.
   /// \param patch the frame as far as it may differ from the one before; all of the first one
   std::optional<Change<Cell>> next(const Patch<Cell>& patch, int delay);
   /// The change of the last frame, after at least one.

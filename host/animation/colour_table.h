@@ -23,7 +23,7 @@ class ColourTable {
   std::optional<std::uint8_t> findOrAdd(std::uint32_t colour) {
     Slot& slot = slots_[slotOf(colour)];
     if (slot.taken) return slot.index;
-    if (palette_.size() == mostColours) return std::nullopt;
+    if (palette_.size() == maximumColours) return std::nullopt;
     slot = {colour, static_cast<std::uint8_t>(palette_.size()), true};
     RGBQUAD entry{};
     std::memcpy(&entry, &colour, sizeof(entry));
@@ -39,8 +39,8 @@ class ColourTable {
     std::uint8_t index = 0;
     bool taken = false;
   };
-  static constexpr std::size_t mostColours = 256;
-  static constexpr std::size_t slotCount = 4 * mostColours;
+  static constexpr std::size_t maximumColours = 256;
+  static constexpr std::size_t slotCount = 4 * maximumColours;
 
   /// Where the colour is, or would be.
   std::size_t slotOf(std::uint32_t colour) const {

@@ -32,7 +32,7 @@ OwnedDib trueColour(const Picture& picture) {
   return made(CBitmapConverter::ConvertDIBTo24Bits(picture.dib(), &progress));
 }
 
-/// A true-colour picture of nothing but the palette's colours.
+/// The picture in true colour, with colours of the palette only.
 OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, Dither dither,
                    const ShareDone& done) {
   Picture matched = picture.clone();
@@ -116,7 +116,7 @@ OwnedDib onOwnPalette(const Picture& picture, int bits, Dither dither, const Sha
   return ontoPalette(picture, palette, bits, dither, done);
 }
 
-/// All pictures on the palette that their colours make together, if it has room for them.
+/// All pictures on one palette of all their colours; nothing when these are too many.
 std::vector<OwnedDib> onJoinedPalette(std::span<const Picture> pictures, int bits) {
   std::vector<RGBQUAD> joined;
   std::vector<OwnedDib> all;
@@ -150,7 +150,7 @@ OwnedDib trueColourAt(BITMAPINFOHEADER* dib, int bits) {
   return made(CBitmapConverter::ConvertDIBTo24Bits(dib, &progress));
 }
 
-/// A picture that was made gray, or any other one, at the depth that was asked for.
+/// A picture at the depth of the options.
 OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options, const ShareDone& done) {
   if (options.blackAndWhite) return blackAndWhite(picture, options.threshold);
   if (options.gray && options.bits.value_or(8) == 8) return gray(picture);

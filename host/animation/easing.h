@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// How a transition moves: from the share of its time that is over to the share of its way that is done. Both
-/// go from 0 to 1; in between some curves go beyond their end and come back.
+/// How a transition moves: maps the elapsed share of the time to the progress of the effect. Both go from 0
+/// to 1; in between some curves overshoot and return.
 using Easing = std::function<double(double)>;
 
 /// A named curve, or "cubic-bezier(x1, y1, x2, y2)": the one from (0, 0) to (1, 1) with these control points.
@@ -15,7 +15,7 @@ using Easing = std::function<double(double)>;
 Easing easingNamed(const std::string& name);
 std::vector<std::string> easingNames();
 
-/// The curve for what cannot go beyond its ends: it rebounds from them, and is back at the same time.
+/// Progress for effects that cannot overshoot: mirrored at 0 and 1, so that it rebounds and returns in time.
 double rebounding(double progress);
 
 }  // namespace host

@@ -6,9 +6,8 @@
 #include <dibkit.h>
 
 /// \file
-/// True-colour images of few colours on palettes that hold all of them. Nothing else in the host reduces
-/// exactly: the library's own exact reduction starts its palette anew at the 256th colour, this one takes
-/// images of exactly 256 colours too.
+/// True-colour images of few colours on palettes that hold all of them. The only exact reduction of the host:
+/// that of the library starts its palette anew at the 256th colour, this one accepts exactly 256 colours too.
 namespace host {
 
 /// The depth of a palette image of so many colours: 1, 4 or 8 bits.

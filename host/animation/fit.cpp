@@ -103,7 +103,7 @@ Picture fitted(const Picture& picture, Size frame, Fit fit, Pixel background) {
   return result;
 }
 
-void layOver(Picture& picture, Pixel matte) {
+void compositeOver(Picture& picture, Pixel matte) {
   const COLORREF colour = RGB(matte.red, matte.green, matte.blue);
   const Size size = picture.size();
   Picture ground(

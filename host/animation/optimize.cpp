@@ -22,7 +22,7 @@ namespace {
 constexpr double surveyShare = 0.3;
 constexpr double writeShare = 1 - surveyShare;
 
-constexpr std::size_t mostEntries = 256;
+constexpr std::size_t maximumEntries = 256;
 
 /// What reading a file adds to the progress, byte by byte.
 class ReadingShare {
@@ -39,7 +39,7 @@ class ReadingShare {
   std::size_t position_ = 0;
 };
 
-/// What has to be known of a GIF before it can be written anew.
+/// What has to be known of a GIF before it can be rewritten.
 struct Survey {
   Size canvas;
   ShownColours colours;
@@ -70,7 +70,7 @@ std::uint32_t colourOf(const Pixel& pixel) {
   return colour;
 }
 
-/// Hands the frames on as far as they may have changed.
+/// Writes the frames, each as far as it may have changed.
 template <class Cell, class CellOf>
 void writeFrames(ByteView bytes, AnimationWriter<Cell>& writer, CellOf cellOf, Progress& progress) {
   GifDecoder decoder(bytes, Strictness::lenient);
@@ -96,7 +96,7 @@ Bytes onOnePalette(ByteView bytes, const Survey& survey, Progress& progress, Wor
   for (const RGBQUAD& colour : palette)
     indices.findOrAdd(colourOf({colour.rgbBlue, colour.rgbGreen, colour.rgbRed, 255}));
   std::optional<std::uint8_t> transparent;
-  if (palette.size() < mostEntries) {
+  if (palette.size() < maximumEntries) {
     transparent = static_cast<std::uint8_t>(palette.size());
     palette.push_back(RGBQUAD{});
   }
@@ -146,7 +146,7 @@ OptimizedGif optimizedGif(ByteView bytes, const OptimizeOptions& options, Progre
   std::vector<GifExtension> dropped;
   if (options.strip) survey.extensions.swap(dropped);
   Bytes asItIs = without(dropped, bytes);
-  const bool fit = survey.colours.count() + (survey.colours.anyTransparent() ? 1 : 0) <= mostEntries;
+  const bool fit = survey.colours.count() + (survey.colours.anyTransparent() ? 1 : 0) <= maximumEntries;
   Workers workers;
   try {
     Bytes smaller = fit ? onOnePalette(bytes, survey, progress, workers)

@@ -19,10 +19,11 @@ struct OptimizedGif {
   std::vector<std::string> warnings;  ///< what is wrong with the file; what can be decoded of it is kept
 };
 
-/// A GIF as a smaller one that shows the same; the bytes as they are where nothing is to be gained, unless
-/// they are damaged. Reads the file twice, and holds a
-/// few canvases however many frames it has; the work is that of the rectangles that the frames draw. Throws
-/// FormatError for what is no GIF, Cancelled on Ctrl-C.
+/// A GIF as a smaller one that shows the same; the same bytes when that is not smaller and they are not
+/// damaged.
+///
+/// Reads the file twice. Memory is that of a few canvases for any number of frames, time that of the
+/// rectangles that the frames draw. Throws FormatError for what is no GIF, Cancelled on Ctrl-C.
 OptimizedGif optimizedGif(ByteView bytes, const OptimizeOptions& options, Progress& progress);
 
 }  // namespace host

@@ -8,9 +8,10 @@ namespace host {
 
 namespace {
 
-/// What the noise of a pattern of two colours counts beside the error of its mean, from 0 to 1/2. Nobody sees
-/// the noise of close colours, less than 8 levels apart; between colours more than 128 levels apart, as in
-/// palettes of few, a wrong mean is worse than any noise. \param length of the way between them, squared
+/// The weight of the noise of a pattern of two colours relative to the error of its mean, from 0 to 1/2. The
+/// noise of close colours, less than 8 levels apart, is invisible; between colours more than 128 levels
+/// apart, as in palettes of few, a wrong mean is worse than any noise. \param length of the way between them,
+/// squared
 float costOfNoise(float length) {
   constexpr float close = colourDistance(8.0F, 8.0F, 8.0F);
   constexpr float distant = colourDistance(128.0F, 128.0F, 128.0F);
@@ -28,7 +29,7 @@ OrderedDither::OrderedDither(PaletteIndex& index) : index_(&index) {
 }
 
 std::vector<OrderedDither::Way> OrderedDither::waysFrom(std::size_t start) const {
-  constexpr std::size_t most = 24;
+  constexpr std::size_t maximum = 24;
   const RGBQUAD& from = index_->colours()[start];
   std::vector<std::pair<float, Way>> ways;
   for (std::size_t end = 0; end < index_->colours().size(); ++end) {
@@ -46,7 +47,7 @@ std::vector<OrderedDither::Way> OrderedDither::waysFrom(std::size_t start) const
   const auto nearer = [](const auto& a, const auto& b) { return a.first < b.first; };
   std::stable_sort(ways.begin(), ways.end(), nearer);
   std::vector<Way> nearest;
-  for (std::size_t i = 0; i < std::min(most, ways.size()); ++i) nearest.push_back(ways[i].second);
+  for (std::size_t i = 0; i < std::min(maximum, ways.size()); ++i) nearest.push_back(ways[i].second);
   return nearest;
 }
 
@@ -61,12 +62,12 @@ OrderedDither::Mix OrderedDither::mixFor(const Pixel& pixel) {
   // s = (vD - c|D|^2/2) / ((1 - c)|D|^2), and less than |v|^2 by (1 - c)|D|^2 s^2.
   std::uint8_t end = start;
   float share = 0;
-  float mostGained = 0;
+  float maximumGain = 0;
   for (const Way& way : ways_[start]) {
-    const float beyond = red * way.red + green * way.green + blue * way.blue - way.least;
+    const float beyond = red * way.red + green * way.green + blue * way.blue - way.threshold;
     const float gained = beyond * beyond * way.scale;
-    if (beyond <= 0 || gained <= mostGained) continue;
-    mostGained = gained;
+    if (beyond <= 0 || gained <= maximumGain) continue;
+    maximumGain = gained;
     share = beyond * way.scale;
     end = way.end;
   }

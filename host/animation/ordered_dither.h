@@ -22,8 +22,8 @@ class OrderedDither {
   /// The way from one colour of the palette to another, in weighted channels.
   struct Way {
     float red, green, blue;
-    float least;  ///< as far as this along the way, the colour at its start alone is better
-    float scale;  ///< from weighted products to shares of the colour at the end
+    float threshold;  ///< up to here along the way, the colour at its start alone is better
+    float scale;      ///< from weighted products to shares of the colour at the end
     std::uint8_t end;
   };
   /// Two colours of the palette; the light one where the pattern's rank is low enough.

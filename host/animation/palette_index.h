@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// What was found for a colour, for the colours met last: a table in which each has one place that others
-/// share.
+/// A cache of what was found for a colour: a hash table in which a new colour replaces the old one of its
+/// slot.
 template <class Found>
 class ColourMemory {
  public:
@@ -41,7 +41,7 @@ constexpr Number colourDistance(Number red, Number green, Number blue) {
 /// found, so use one object for many pixels, on one thread.
 class PaletteIndex {
  public:
-  /// \param colours at most 256; 255 if there are transparent pixels, whose index is the one behind them
+  /// \param colours at most 256; 255 if there are transparent pixels, whose index is the one after them
   explicit PaletteIndex(std::vector<RGBQUAD> colours);
 
   const std::vector<RGBQUAD>& colours() const { return colours_; }

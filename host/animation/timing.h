@@ -6,18 +6,18 @@
 namespace host {
 
 /// Times in milliseconds as the hundredths of a second that a GIF counts in. What rounding takes from one
-/// frame it gives to the next, so that an animation lasts as long as it was asked to.
+/// frame it gives to the next, so that the animation as a whole has its exact length.
 class HundredthsClock {
  public:
   /// Viewers show shorter delays for a tenth of a second.
-  static constexpr int leastMilliseconds = 20;
+  static constexpr int minimumMilliseconds = 20;
 
-  /// The delay of the next frame, never below the least one.
+  /// The delay of the next frame, never below the minimum.
   int delayFor(double milliseconds) {
-    constexpr int least = leastMilliseconds / 10;
-    constexpr int most = 65535;
+    constexpr int minimum = minimumMilliseconds / 10;
+    constexpr int maximum = 65535;
     const double wanted = milliseconds / 10.0 + owed_;
-    const int delay = std::clamp(static_cast<int>(std::lround(std::min(wanted, 65535.0))), least, most);
+    const int delay = std::clamp(static_cast<int>(std::lround(std::min(wanted, 65535.0))), minimum, maximum);
     owed_ = std::clamp(wanted - delay, -1.0, 1.0);
     return delay;
   }

@@ -6,14 +6,14 @@ namespace host {
 
 RECT AnimationCanvas::prepare(const RECT& part, Disposal disposal) {
   const RECT changed = disposal_ == Disposal::keep ? RECT{} : part_;
-  takeAway();
+  restore();
   part_ = part;
   disposal_ = disposal;
   if (disposal == Disposal::previous) save(part);
   return changed;
 }
 
-void AnimationCanvas::takeAway() {
+void AnimationCanvas::restore() {
   if (disposal_ == Disposal::keep) return;
   const int width = part_.right - part_.left;
   const Pixel* saved = saved_.data();

@@ -9,14 +9,14 @@
 
 namespace host {
 
-/// What becomes of a frame's part of the canvas before the next frame is drawn.
+/// How a frame's part of the canvas is restored before the next frame is drawn.
 enum class Disposal {
   keep,
-  background,  ///< it becomes transparent
-  previous,    ///< it becomes what it was before the frame
+  background,  ///< cleared to transparent
+  previous,    ///< as it was before the frame
 };
 
-/// How a picture gets onto a canvas.
+/// How a picture is drawn on a canvas.
 enum class Compositing { replace, over };
 
 /// The canvas on which the frames of an animation are drawn one after the other, each on a part of it.
@@ -29,18 +29,18 @@ class AnimationCanvas {
   Size size() const { return picture_.size(); }
   const Picture& picture() const { return picture_; }
 
-  /// Takes the frame before away as it wanted, and gives the canvas to draw the next one on.
+  /// Restores the canvas by the disposal of the frame before, and prepares it for the next frame.
   /// \param part where that will draw, inside of the canvas
-  /// \return where the canvas changed, empty for nowhere
+  /// \return the rectangle that was restored, empty for none
   RECT prepare(const RECT& part, Disposal disposal);
   Picture& drawing() { return picture_; }
   /// Composites a picture onto the prepared part, which has its size.
   void composite(const Picture& picture, Compositing compositing);
-  /// The last prepared frame was not drawn: nothing will be taken away.
+  /// The last prepared frame was not drawn: there is nothing to restore.
   void forget() { disposal_ = Disposal::keep; }
 
  private:
-  void takeAway();
+  void restore();
   void save(const RECT& part);
 
   Picture picture_;
@@ -52,8 +52,7 @@ class AnimationCanvas {
 /// Pixels of a rectangle.
 std::int64_t areaOf(const RECT& rect);
 
-/// The part of a canvas that a rectangle at any place not above or left of it covers; empty when it is
-/// beside.
+/// The part of a canvas that a rectangle covers; empty when it is outside. \param left,top not negative
 RECT clippedTo(Size canvas, int left, int top, Size size);
 
 }  // namespace host

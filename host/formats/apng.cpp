@@ -53,7 +53,7 @@ class ApngParser {
     } else if (chunk.name == "fcTL") {
       startFrame(chunk);
     } else if (chunk.name == "IDAT") {
-      // A still picture needs no more looking at.
+      // The rest is a still picture's.
       done_ = !animated_;
       if (!stillSeen_) apng_.startsWithStill = !apng_.frames.empty();
       stillSeen_ = true;
@@ -80,7 +80,7 @@ class ApngParser {
     apng_.frames.push_back({*place});
   }
 
-  /// \param control where the frame is, how long it shows, and what becomes of it
+  /// \param control where the frame is, how long it shows, and its disposal
   std::optional<PlacedFrame> placeIn(ByteView control) const {
     const auto inside = [](std::uint64_t offset, std::uint64_t length, std::uint64_t whole) {
       return length > 0 && offset + length <= whole && whole <= std::numeric_limits<int>::max();

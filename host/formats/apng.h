@@ -14,7 +14,7 @@ namespace host {
 /// A frame of an animated PNG, its pixels still compressed.
 struct ApngFrame {
   PlacedFrame place;
-  std::vector<ByteView> data{};  ///< payloads of chunks, to be decoded one behind the other
+  std::vector<ByteView> data{};  ///< payloads of chunks, to be decoded one after the other
   bool damaged = false;          ///< a checksum is wrong
 };
 
@@ -22,13 +22,13 @@ struct ApngFrame {
 struct Apng {
   ByteView header;               ///< payload of the chunk that says what kind of picture it is
   std::vector<ByteView> shared;  ///< whole chunks that hold for every frame, those of colours
-  bool startsWithStill = false;  ///< what other viewers show is the first frame, and not beside the animation
+  bool startsWithStill = false;  ///< the still picture is the first frame of the animation
   std::size_t plays = 0;         ///< how often it plays, 0 for ever
   std::vector<ApngFrame> frames;
 };
 
-/// Takes an animated PNG apart. Nothing for a still one, and for one without a usable frame: viewers show the
-/// still picture then. \param keep for the first frame, what is behind it is not looked at
+/// Splits an animated PNG into its frames. Nothing for a still one, and for one without a usable frame:
+/// viewers show the still picture then. \param keep for the first frame, the rest of the file is not read
 std::optional<Apng> parseApng(ByteView bytes, Keep keep, Diagnostics& diagnostics);
 
 /// A PNG file of its own for a frame. Its checksums are not set.

@@ -12,7 +12,7 @@ namespace host {
 
 namespace {
 
-/// Where one colour channel lies in a pixel's number.
+/// The bits of one colour channel in a pixel's number.
 class Channel {
  public:
   explicit Channel(std::uint32_t mask) : mask_(mask), shift_(mask != 0 ? std::countr_zero(mask) : 0) {}
@@ -20,8 +20,8 @@ class Channel {
   /// The channel scaled to 0..255, rounded.
   BYTE of(std::uint32_t pixel) const {
     if (mask_ == 0) return 0;
-    const std::uint64_t most = mask_ >> shift_;
-    return static_cast<BYTE>(((std::uint64_t{pixel & mask_} >> shift_) * 255 + most / 2) / most);
+    const std::uint64_t maximum = mask_ >> shift_;
+    return static_cast<BYTE>(((std::uint64_t{pixel & mask_} >> shift_) * 255 + maximum / 2) / maximum);
   }
 
  private:
@@ -107,9 +107,9 @@ Animation readBmp(ByteView bytes, const ReadOptions& options) {
   const bool runs =
       header.compression == BmpCompression::runs8 || header.compression == BmpCompression::runs4;
   const int factor = reductionFor(header.size, runs ? std::nullopt : options.enough);
-  // Runs may skip lines. Otherwise a file that lacks more than seven eighths of its bytes is not believed.
-  constexpr std::int64_t mostRunPixelsPerByte = 4096;
-  requirePixelsIn(bytes.size(), header.size, runs ? mostRunPixelsPerByte : 64 / header.bitCount);
+  // Runs may skip lines. Otherwise a file that lacks more than seven eighths of its bytes is refused.
+  constexpr std::int64_t maximumRunPixelsPerByte = 4096;
+  requirePixelsIn(bytes.size(), header.size, runs ? maximumRunPixelsPerByte : 64 / header.bitCount);
   Animation animation;
   animation.format = "BMP";
   animation.bitsPerPixel = header.bitCount;

@@ -36,7 +36,7 @@ struct BmpHeader {
 };
 
 /// Reads the headers of every generation: 12 bytes, 16 to 64 of which the start is that of the longer ones,
-/// 40 with masks behind it, 52 to 124 with masks inside.
+/// 40 with masks after it, 52 to 124 with masks inside.
 BmpHeader readBmpHeader(ByteView bytes);
 
 /// Reads pixels that are run lengths. What can be decoded of damaged ones is in the picture.

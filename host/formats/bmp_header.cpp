@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t infoOffset = 14;
 constexpr std::uint32_t coreHeaderBytes = 12;
 constexpr std::uint32_t infoHeaderBytes = 40;
-/// Headers may end anywhere behind the depth.
+/// Headers may end anywhere after the depth.
 constexpr std::uint32_t shortestInfoHeaderBytes = 16;
 /// From this size on the header itself holds the alpha mask.
 constexpr std::uint32_t headerBytesWithAlpha = 56;
@@ -68,7 +68,7 @@ void requireKnownCombination(const BmpHeader& header) {
   if (!fits) unsupported("this compression of " + std::to_string(header.bitCount) + "-bit pixels");
 }
 
-/// Returns the bytes that the masks take behind the header.
+/// Returns the number of bytes of the masks after the header.
 std::size_t readMasks(const ByteReader& reader, std::uint32_t headerBytes, BmpHeader& header) {
   if (header.compression != BmpCompression::masks) {
     header.masks = header.bitCount == 16 ? std::array<std::uint32_t, 4>{0x7C00, 0x03E0, 0x001F, 0}
@@ -84,12 +84,12 @@ std::size_t readMasks(const ByteReader& reader, std::uint32_t headerBytes, BmpHe
 
 void readPalette(const ByteReader& reader, std::uint32_t headerBytes, std::size_t offset, BmpHeader& header) {
   if (header.bitCount > 8) return;
-  const std::size_t most = std::size_t{1} << header.bitCount;
+  const std::size_t maximum = std::size_t{1} << header.bitCount;
   const std::size_t entryBytes = headerBytes == coreHeaderBytes ? 3 : 4;
   const std::size_t used = field(reader, headerBytes, 32);
   // A core header's palette may be cut short by the pixels; others say how long theirs is.
   const std::size_t room = header.pixelOffset > offset ? (header.pixelOffset - offset) / entryBytes : 0;
-  const std::size_t count = std::min({used != 0 ? used : most, most, room});
+  const std::size_t count = std::min({used != 0 ? used : maximum, maximum, room});
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t* entry = reader.at(offset + i * entryBytes, entryBytes);
     header.palette.push_back(RGBQUAD{entry[0], entry[1], entry[2], 0});

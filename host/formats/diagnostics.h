@@ -9,13 +9,13 @@
 
 namespace host {
 
-/// What becomes of files that are damaged but have something to show.
+/// How damaged files are treated of which something can be decoded.
 enum class Strictness {
   lenient,  ///< what can be decoded is shown, with a warning
   strict,   ///< they are refused
 };
 
-/// Receives every fault of a file after which reading can go on: records it, or refuses the file.
+/// Receives every fault of a file after which reading can continue: records it, or refuses the file.
 class Diagnostics {
  public:
   explicit Diagnostics(Strictness strictness) : strictness_(strictness) {}

@@ -11,7 +11,7 @@
 
 /// \file
 /// Pictures as files. Readers take the bytes of a whole file and throw FormatError with what is wrong with
-/// them; writers give the bytes. What a file is shows in its first bytes, not in its name.
+/// them; writers give the bytes. The format is found by the first bytes of a file, not by its name.
 namespace host {
 
 /// One picture of an animation, on the whole canvas.
@@ -32,7 +32,7 @@ struct Animation {
   Size size() const { return frames.front().picture.size(); }
 };
 
-/// How much of a file is read. What comes behind the first frame is not looked at when only that is wanted.
+/// How much of a file is read. With firstFrame, what follows the first frame is neither read nor checked.
 enum class Keep { allFrames, firstFrame };
 
 struct ReadOptions {
@@ -49,10 +49,10 @@ Animation readBmp(ByteView bytes, const ReadOptions& options);
 Animation readGif(ByteView bytes, const ReadOptions& options);
 Animation readWebp(ByteView bytes, const ReadOptions& options);
 
-/// Whether the bytes say that they are a GIF.
+/// Whether the bytes start like a GIF.
 bool isGif(ByteView bytes);
 
-/// Reads whichever of the formats the bytes are.
+/// Reads any of the formats.
 Animation readAnimation(ByteView bytes, const ReadOptions& options);
 
 /// A picture of palette indices, lines from the top.

@@ -19,7 +19,7 @@ void FramePlayer::show(const PlacedFrame& frame, const FramePixels& pixels) {
   const int delay = timeline_.add(frame.seconds);
   if (!pixels.picture && (frame.cut || frames_.empty())) return;
   canvas_.prepare(clippedTo(canvas_.size(), frame.left, frame.top, frame.size), frame.disposal);
-  // What is missing of a frame does not clear the canvas.
+  // The missing part of a frame does not clear the canvas.
   const Compositing compositing = pixels.complete ? frame.compositing : Compositing::over;
   if (pixels.picture) canvas_.composite(*pixels.picture, compositing);
   frames_.push_back({canvas_.picture().clone(), delay});
@@ -34,9 +34,9 @@ std::vector<Frame> FramePlayer::takeFrames() && {
 }
 
 std::optional<int> loopsFromPlays(std::size_t plays) {
-  constexpr std::size_t most = 65535;
+  constexpr std::size_t maximum = 65535;
   if (plays == 1) return std::nullopt;
-  return plays == 0 ? 0 : static_cast<int>(std::min(plays - 1, most));
+  return plays == 0 ? 0 : static_cast<int>(std::min(plays - 1, maximum));
 }
 
 }  // namespace host

@@ -36,8 +36,8 @@ class FramePlayer {
   FramePlayer(std::string format, Size canvas, Diagnostics& diagnostics)
       : format_(std::move(format)), canvas_(canvas), diagnostics_(diagnostics) {}
 
-  /// Frames of which nothing is there keep their time; they are left out at the end of a file that is cut,
-  /// and before the first one that shows something. Throws FormatError for too many frames.
+  /// Frames without pixels keep their time; they are left out at the end of a truncated file and before the
+  /// first frame with pixels. Throws FormatError for too many frames.
   void show(const PlacedFrame& frame, const FramePixels& pixels);
 
   /// Whether nothing has been shown yet.

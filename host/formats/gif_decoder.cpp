@@ -14,8 +14,8 @@ namespace host {
 namespace {
 
 /// A code of at most 12 bits adds one pixel to the longest string known, and there are 4,096 strings: no byte
-/// of a file stands for more pixels than this.
-constexpr std::int64_t mostPixelsPerByte = 4096;
+/// of a file gives more pixels than this.
+constexpr std::int64_t maximumPixelsPerByte = 4096;
 /// The lines of an interlaced picture in the order in which the file has them.
 int interlacedLine(int order, int height) {
   struct Pass {
@@ -35,7 +35,7 @@ int interlacedLine(int order, int height) {
 GifDecoder::GifDecoder(ByteView bytes, Strictness strictness)
     : diagnostics_(strictness),
       reader_(bytes, diagnostics_),
-      pixelsLeft_(mostPixelsPerByte * static_cast<std::int64_t>(bytes.size()) + harmlessPixels) {
+      pixelsLeft_(maximumPixelsPerByte * static_cast<std::int64_t>(bytes.size()) + harmlessPixels) {
   while (!frameIsAhead_ && reader_.next(frame_)) {
     frameIsAhead_ = frame_.size.pixels() > 0;
     if (!frameIsAhead_) reportEmptyFrame();
@@ -47,7 +47,7 @@ GifDecoder::GifDecoder(ByteView bytes, Strictness strictness)
     size = {frame_.left + frame_.size.width, frame_.top + frame_.size.height};
   }
   requireUsableSize(size.width, size.height);
-  requirePixelsIn(bytes.size(), size, mostPixelsPerByte);
+  requirePixelsIn(bytes.size(), size, maximumPixelsPerByte);
   canvas_ = AnimationCanvas(size);
 }
 
@@ -64,7 +64,7 @@ bool GifDecoder::next() {
   return false;
 }
 
-/// Puts the frame onto the canvas; false for one that is left out.
+/// Draws the frame on the canvas; false for one that is left out.
 bool GifDecoder::show() {
   const RECT part = clippedTo(size(), frame_.left, frame_.top, frame_.size);
   pixelsLeft_ -= areaOf(part);
@@ -86,7 +86,7 @@ bool GifDecoder::draw(const RECT& part) {
     reportEmptyFrame();
     return false;
   }
-  if (frame_.minimumCodeSize > LzwDecoder::mostMinimumCodeSize) {
+  if (frame_.minimumCodeSize > LzwDecoder::largestMinimumCodeSize) {
     reportMissing(0, true);
     return false;
   }
@@ -123,7 +123,7 @@ std::array<Pixel, 256> GifDecoder::colours() {
   const std::vector<RGBQUAD>& palette = frame_.palette.empty() ? reader_.palette() : frame_.palette;
   if (palette.empty()) {
     diagnostics_.report(frameName(frame_.number) + " has no palette");
-    // As the viewers do.
+    // Viewers do the same.
     colours.fill(Pixel{0, 0, 0, 255});
   }
   std::transform(palette.begin(), palette.end(), colours.begin(), [](const RGBQUAD& entry) {

@@ -65,7 +65,7 @@ std::optional<std::vector<RGBQUAD>> GifReader::takePalette(int packedFields) {
   return palette;
 }
 
-/// Reports the fault behind which nothing can be read; there is no next frame.
+/// Reports a fault that ends the file; there is no next frame.
 bool GifReader::endWith(const std::string& fault) {
   ended_ = true;
   diagnostics_->report(fault);
@@ -99,7 +99,7 @@ bool GifReader::next(GifFrame& frame) {
   return false;
 }
 
-/// Goes behind the empty sub-block; false when the file ends before it.
+/// Skips to after the empty sub-block; false when the file ends before it.
 bool GifReader::skipSubBlocks() {
   while (has(1)) {
     const std::size_t length = bytes_[position_];

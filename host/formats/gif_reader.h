@@ -30,14 +30,14 @@ struct GifFrame {
   bool cut = false;  ///< the file ends before all of `codes`
 };
 
-/// An extension block that programs keep for others: a comment, plain text, or what an application put there.
+/// An extension block that does not affect the picture: a comment, plain text, or data of an application.
 struct GifExtension {
   int label = 0;          ///< 0xFE, 0x01 or 0xFF
   std::size_t frame = 0;  ///< how many frames are in front of it
-  ByteView blocks;  ///< its sub-blocks as in the file, each behind its length, and the empty one at the end
+  ByteView blocks;  ///< its sub-blocks as in the file, each after its length, and the empty one at the end
 };
 
-/// Takes a GIF file apart, block by block. Nothing is decoded or drawn.
+/// Splits a GIF file into its blocks. Nothing is decoded or drawn.
 class GifReader {
  public:
   /// \param bytes must outlive the reader and its extensions. Throws FormatError when there is no GIF's head.
@@ -81,7 +81,7 @@ class GifReader {
   std::size_t frames_ = 0;
   std::optional<int> loops_;
   std::vector<GifExtension> extensions_;
-  // What the last control block says of the frame behind it.
+  // What the last control block says of the frame that follows.
   Disposal disposal_ = Disposal::keep;
   int delay_ = 0;
   std::optional<int> transparent_;

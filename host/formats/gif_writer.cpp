@@ -13,7 +13,7 @@ enum ExtensionLabel { controlLabel = 0xF9, commentLabel = 0xFE, applicationLabel
 
 constexpr int hasPalette = 0x80;
 
-/// The format knows palettes of 2, 4, 8 ... 256 entries.
+/// Palettes have 2, 4, 8 ... or 256 entries in a file.
 int paletteBits(const std::vector<RGBQUAD>& palette) {
   return std::max(1, static_cast<int>(std::bit_width(std::max<std::size_t>(palette.size(), 1) - 1)));
 }
@@ -104,7 +104,7 @@ void GifWriter::putPalette(const std::vector<RGBQUAD>& palette) {
 }
 
 void GifWriter::putControl(const GifImage& image) {
-  // An image that shows for no time and leaves all as it is needs none: a still picture say.
+  // An image without delay, transparency or disposal, such as a still picture, needs none.
   if (image.disposal == Disposal::keep && image.delay == 0 && !image.transparent) return;
   put(extensionBlock);
   put(controlLabel);

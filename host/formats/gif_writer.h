@@ -21,21 +21,20 @@ struct GifImage {
   Disposal disposal = Disposal::keep;
   int delay = 0;  ///< in hundredths of a second
 
-  /// Bytes that it takes in a file, apart from what each image takes.
+  /// Bytes that it takes in a file, without those that every image takes.
   std::size_t storedSize() const;
 };
 
-/// Writes a GIF from its start to its end. Holds the bytes of the file, and nothing that grows with its
-/// frames otherwise.
+/// Writes a GIF from its start to its end. Only the bytes of the file grow with the number of frames.
 class GifWriter {
  public:
   /// \param palette at most 256 colours for all images; empty when each has its own
   /// \param loops how often the animation repeats, 0 for ever; nothing for once
   GifWriter(Size canvas, const std::vector<RGBQUAD>& palette, std::optional<int> loops);
 
-  /// For people, wherever in the file.
+  /// Adds a comment, which may be anywhere in the file.
   void addComment(std::string_view comment);
-  /// As another file has it.
+  /// Adds an extension block of another file.
   void addExtension(const GifExtension& extension);
   void addImage(const GifImage& image);
 

@@ -87,8 +87,8 @@ void JpegDecoder::onMessage(j_common_ptr common, int level) {
 void JpegDecoder::onProgress(j_common_ptr common) {
   auto* manager = static_cast<ErrorManager*>(common->err);
   // Each scan of a progressive picture goes through all of it, however few bytes it has.
-  constexpr int mostScans = 500;
-  const bool tooMany = reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > mostScans;
+  constexpr int maximumScans = 500;
+  const bool tooMany = reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > maximumScans;
   if (tooMany) std::strcpy(manager->message, "too many scans");
   manager->failed |= tooMany;
   if (tooMany || cancelRequested()) std::longjmp(manager->back, 1);

@@ -39,9 +39,9 @@ class JpegDecoder {
   /// the decoder can get without being smaller \return the size of what is decoded. Throws FormatError.
   Size start(int factor);
   /// Decodes the next line: blue, green, red and 255, or cyan, magenta, yellow and black. False at a fault
-  /// behind which there is nothing more; throws FormatError when there is not one line.
+  /// that ends the picture; throws FormatError when there is not one line.
   bool readLine(Pixel* line);
-  /// Reads what is behind the last line.
+  /// Reads what follows the last line.
   void finish() { finishStep(); }
   /// What was wrong so far. Where something is missing libjpeg has filled it.
   void reportFaults(Diagnostics& diagnostics) const;
@@ -55,7 +55,7 @@ class JpegDecoder {
     bool damaged;
     bool stray;
   };
-  /// Zero until it is created, and then destroyed on every way out.
+  /// Zero until it is created, and then destroyed on every path.
   struct Decompressor : jpeg_decompress_struct {
     Decompressor() : jpeg_decompress_struct{} {}
     Decompressor(const Decompressor&) = delete;

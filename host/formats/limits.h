@@ -13,14 +13,14 @@ namespace host {
 /// The largest picture that is read line by line where a smaller one is enough.
 constexpr std::int64_t maximumStoredPixels = std::int64_t{1} << 28;
 
-/// Files that claim pictures of up to this many pixels are believed.
+/// A picture of up to this many pixels is allocated even when its file is short.
 constexpr std::int64_t harmlessPixels = 1 << 24;
 
-/// A small file that claims a large picture is a trap. Throws FormatError when the picture is not harmless
-/// and a file of so many bytes cannot hold it.
-void requirePixelsIn(std::size_t fileBytes, Size size, std::int64_t mostPixelsPerByte);
+/// Guards against small files that claim large pictures. Throws FormatError for a picture of more than
+/// harmlessPixels that a file of so many bytes cannot hold.
+void requirePixelsIn(std::size_t fileBytes, Size size, std::int64_t maximumPixelsPerByte);
 
-/// For pictures that a decoder holds whole however small they come out. Throws TooManyPixels.
+/// For pictures that a decoder holds whole even when they are reduced. Throws TooManyPixels.
 /// \param kind of file, for the message
 void requireRoomInMemory(Size size, const char* kind);
 

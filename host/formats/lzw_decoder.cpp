@@ -32,7 +32,7 @@ int LzwDecoder::nextCode() {
   return code;
 }
 
-/// Adds the string before and the first pixel of this one; false for a code that cannot stand here.
+/// Adds the string before and the first pixel of this one; false for a code that cannot occur here.
 bool LzwDecoder::addString(int code) {
   if (previous_ == none) return code < clearCode_;
   if (code > next_) return false;

@@ -9,17 +9,17 @@
 
 namespace host {
 
-/// Decodes the pixels of a GIF frame, as many at a time as the caller has room for. Gives every pixel in
-/// front of a fault, takes code sizes up to the largest that fits into 12 bits, and goes on with a full table
-/// until the data clear it.
+/// Decodes the pixels of a GIF frame, as many at a time as fit into the caller's buffer. Gives every pixel
+/// before a fault, accepts code sizes up to the largest that fits into 12 bits, and continues with a full
+/// table until the data clear it.
 class LzwDecoder {
  public:
-  static constexpr int mostMinimumCodeSize = 11;
+  static constexpr int largestMinimumCodeSize = 11;
 
-  /// \param codes must outlive the decoder \param minimumCodeSize 0 to mostMinimumCodeSize
+  /// \param codes must outlive the decoder \param minimumCodeSize 0 to largestMinimumCodeSize
   LzwDecoder(ByteView codes, int minimumCodeSize);
 
-  /// Decodes palette indices into `to` and returns how many; fewer than there is room for when the data end.
+  /// Decodes palette indices into `to` and returns how many; fewer than fit in when the data end.
   std::size_t read(std::span<std::uint8_t> to);
   /// Whether the data ended at a code that no table has.
   bool damaged() const { return state_ == State::damaged; }
@@ -41,7 +41,7 @@ class LzwDecoder {
   std::array<std::uint16_t, tableSize> length_{};
   std::array<std::uint8_t, tableSize> first_{};
   std::array<std::uint8_t, tableSize> last_{};
-  // The string that did not fit into the room of the last call.
+  // The rest of a string that did not fit into the buffer of the last call.
   std::array<std::uint8_t, tableSize> held_{};
   std::size_t heldFrom_ = 0;
   std::size_t heldTo_ = 0;

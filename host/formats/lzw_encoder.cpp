@@ -41,8 +41,8 @@ class CodeBlocks {
 
 }  // namespace
 
-Bytes LzwEncoder::encode(ByteView indices, std::size_t most) {
-  // Codes may be as short as the indices allow, whatever the size of the palette.
+Bytes LzwEncoder::encode(ByteView indices, std::size_t maximumBytes) {
+  // Codes may be as short as the indices allow, even where the palette has more entries.
   std::uint8_t usedBits = 0;
   for (const std::uint8_t index : indices) usedBits |= index;
   const int indexBits = std::max(2, static_cast<int>(std::bit_width(usedBits)));
@@ -64,7 +64,7 @@ Bytes LzwEncoder::encode(ByteView indices, std::size_t most) {
     if (next >> width != 0) ++width;
     if (++next < maximumCodes) continue;
     blocks.put(clearCode, width);
-    if (blocks.size() > most) return {};
+    if (blocks.size() > maximumBytes) return {};
     clear();
     next = clearCode + 2;
     width = indexBits + 1;
@@ -74,10 +74,10 @@ Bytes LzwEncoder::encode(ByteView indices, std::size_t most) {
     blocks.put(clearCode + 1, next >> width != 0 ? width + 1 : width);
   }
   Bytes bytes = blocks.finish();
-  return bytes.size() > most ? Bytes() : std::move(bytes);
+  return bytes.size() > maximumBytes ? Bytes() : std::move(bytes);
 }
 
-/// The code of a string, or 0 after it was entered as `next`.
+/// The code of a string; adds a new string as `next` and returns 0.
 int LzwEncoder::findOrAdd(std::uint32_t prefix, std::uint32_t index, std::uint32_t next) {
   const std::uint32_t key = prefix << 8 | index;
   for (std::uint32_t slot = key * 2654435761U >> 18;; slot = (slot + 1) % slots) {

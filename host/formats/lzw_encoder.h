@@ -12,11 +12,12 @@ namespace host {
 /// frames.
 class LzwEncoder {
  public:
-  /// The pixels as a GIF has them: the bits of an index, the codes in blocks behind their lengths, and the
-  /// empty block. Nothing but an empty result when that takes more than `most` bytes, as soon as that is
-  /// certain: pixels that can be stored in several ways are compressed in all of them, and the shortest is
-  /// kept.
-  Bytes encode(ByteView indices, std::size_t most);
+  /// The pixels as a GIF stores them: the bits of an index, the codes in blocks that start with their length,
+  /// and the empty block.
+  ///
+  /// Gives up with an empty result when that takes more than `maximumBytes`. So a caller can compress several
+  /// versions of an image and keep the shortest.
+  Bytes encode(ByteView indices, std::size_t maximumBytes);
 
  private:
   static constexpr std::uint32_t maximumCodes = 4096;

@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-/// The numbers of a TIFF block, which says itself in which order its bytes stand.
+/// The numbers of a TIFF block, whose first bytes say which byte order it has.
 class TiffReader {
  public:
   explicit TiffReader(ByteView bytes) : bytes_(bytes), bigEndian_(bytes_.u8(0) == 'M') {}
@@ -66,8 +66,8 @@ std::optional<Size> asStored(const std::optional<Size>& upright, int orientation
 
 Picture upright(Picture picture, int orientation) {
   if (orientation == uprightAlready) return picture;
-  // What becomes of the upright picture's column x and line y: exchanged from 5 on, then counted from the
-  // other side.
+  // Maps column x and line y of the upright picture to the stored one: exchanged from 5 on, then counted
+  // from the other side.
   const bool exchanged = exchangesSides(orientation);
   const bool fromRight = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
   const bool fromBottom = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;

@@ -6,13 +6,13 @@
 #include "host/picture.h"
 
 /// \file
-/// Cameras store pictures as the sensor saw them, and beside them how the camera was held.
+/// Cameras store pictures as the sensor saw them, and note how the camera was held.
 namespace host {
 
-/// The orientation of pictures that are not to be turned.
+/// The orientation of pictures that need no rotation.
 constexpr int uprightAlready = 1;
 
-/// Which of the eight orientations a block of Exif data asks for; uprightAlready for damaged data.
+/// Which of the eight orientations a block of Exif data has; uprightAlready for damaged data.
 /// \param exif with the mark "Exif" at the start or without
 int orientationOf(ByteView exif);
 

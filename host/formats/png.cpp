@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-/// How the picture is to be turned, wherever in the file that is said.
+/// The orientation of the picture; its chunk may be anywhere in the file.
 int orientationIn(ByteView bytes) {
   PngChunks chunks(bytes);
   while (const std::optional<PngChunk> chunk = chunks.next()) {
@@ -24,8 +24,8 @@ int orientationIn(ByteView bytes) {
   return uprightAlready;
 }
 
-/// A copy of a file that ends in its pixels, with the length of that chunk made true; empty for others.
-/// libpng would want more of it than there is, and decode nothing of what there is.
+/// A copy of a file that ends in its pixels, with the length of that chunk corrected; empty for others.
+/// libpng would wait for the missing bytes and decode nothing of those that are there.
 Bytes withTrueLength(ByteView bytes) {
   PngChunks chunks(bytes);
   while (const std::optional<PngChunk> chunk = chunks.next()) {

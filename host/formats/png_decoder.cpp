@@ -46,8 +46,8 @@ void PngDecoder::onError(png_structp png, png_const_charp message) {
   std::longjmp(decoder->back_, 1);
 }
 
-/// What is wrong beside the pixels does not matter. Chunks that hold them, or their colours, have names that
-/// start with a capital letter.
+/// Only faults of critical chunks matter: those of the pixels and their colours, whose names start with a
+/// capital letter.
 void PngDecoder::onWarning(png_structp png, png_const_charp message) {
   auto* decoder = static_cast<PngDecoder*>(png_get_error_ptr(png));
   if (std::strstr(message, "CRC error") == nullptr || std::isupper(static_cast<unsigned char>(*message)) == 0)
@@ -102,7 +102,8 @@ bool PngDecoder::lineStep(Pixel* line) {
   return true;
 }
 
-/// Decodes a line; false when there is none. Behind the last one libpng may still find the end to be wrong.
+/// Decodes a line; false when there is none. After the last one libpng may still find a fault in the end of
+/// the file.
 bool PngDecoder::readLine(Pixel* line) {
   throwIfCancelled();
   if (failed_) return false;
@@ -113,7 +114,7 @@ bool PngDecoder::readLine(Pixel* line) {
   return png_get_current_row_number(handles_.png) != row || png_get_current_pass_number(handles_.png) != pass;
 }
 
-/// \param line room for the longest one
+/// \param line buffer for the longest one
 bool PngDecoder::readPass(const Pass& pass, std::span<Pixel> line, RowSink& sink) {
   if (pass.left >= size_.width) return false;
   const int columns = (size_.width - 1 - pass.left) / pass.across + 1;

@@ -15,11 +15,11 @@
 
 namespace host {
 
-/// What the checksums of a stream are worth: those of a file show damage, those of frames that were put
-/// together anew do not exist.
+/// Whether the checksums of a stream are verified: those of a file show damage, those of assembled frames are
+/// not set.
 enum class Checksums { verify, ignore };
 
-/// Decodes one PNG picture with libpng, line by line, so that the lines in front of a fault are not lost.
+/// Decodes one PNG picture with libpng, line by line, so that the lines before a fault are not lost.
 ///
 /// libpng leaves its calls by longjmp when something is wrong. The jumps stay inside of this class's steps,
 /// which hold nothing that needs to be destroyed.

@@ -85,7 +85,7 @@ struct Ring {
 
 constexpr int ringCount = 11;
 
-/// From the outermost ring to the innermost one; each stands in the gaps of the one below it.
+/// From the outermost ring to the innermost one; the petals of each cover the gaps of the one below.
 constexpr Ring ringAt(int i) {
   return {0.455 - 0.0395 * i, i < 4 ? 18 : i < 7 ? 15 : i < 9 ? 12 : 8, i * 0.5 + (i % 3) * 0.04};
 }
@@ -126,7 +126,7 @@ Colour petalColour(const Petal& petal, int ring, Point p) {
   constexpr Colour inner[] = {hex(0x9C1A3A), hex(0xE2463F), hex(0xFF8A3C),
                               hex(0xFFB84A), hex(0xFFDB73), hex(0xFFF2B8)};
   const double depth = static_cast<double>(ring) / (ringCount - 1);
-  // Only the last third of a petal shows, so the colours lie close together there.
+  // Only the last third of a petal shows, so the colours are close together there.
   const double place = std::pow(petal.along, 3.4) * (0.93 + 0.07 * chance(petal.number, ring, 365));
   const Colour colour = mix(gradient(outer, place), gradient(inner, place), ramp(0.40, 1.0, depth));
   // A groove along the middle, fine stripes beside it, the edges turned up to the light.

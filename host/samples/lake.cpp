@@ -14,7 +14,7 @@ constexpr Point sun{0.94, 0.585};
 constexpr Point moon{0.34, 0.17};
 constexpr double moonRadius = 0.038;
 
-/// Stars stand in cells of a grid, one in some of them, brighter the higher they are.
+/// Stars: at most one in each cell of a grid, brighter the higher they are.
 double stars(Point p) {
   constexpr double cell = 0.026;
   const int column = static_cast<int>(std::floor(p.x / cell));
@@ -35,7 +35,7 @@ double stars(Point p) {
 Colour moonAndGlow(Colour sky, Point p) {
   const double away = length(p - moon);
   sky = sky + hex(0xAFC3FF) * (0.30 * std::exp(-away * 16) + 0.10 * std::exp(-away * 5));
-  // A crescent: the disc without a second disc that lies a little towards the upper left.
+  // A crescent: the disc without a second disc a little to the upper left.
   const double lit =
       ramp(moonRadius + 0.0015, moonRadius - 0.0015, away) *
       ramp(moonRadius * 0.93 - 0.004, moonRadius * 0.93 + 0.004, length(p - moon - Point{-0.017, -0.010}));
@@ -66,7 +66,7 @@ struct Range {
   double frequency;
   unsigned seed;
   Colour shade;
-  double haze;  ///< how much of the evening light lies in front of it
+  double haze;  ///< how much of the evening light is in front of it
   double snow;
 };
 

@@ -93,7 +93,7 @@ Picture paint(Size size, const Scene& scene) {
                        std::max(std::abs(p.y - 0.5) - 0.5 + cornerRadius, 0.0)};
     return length(beyond) <= cornerRadius;
   };
-  forEachIndex(size.height, [&](int y) {
+  parallelFor(size.height, [&](int y) {
     Pixel* row = picture.row(y);
     for (int x = 0; x < size.width; ++x) {
       Colour sum;

@@ -91,8 +91,8 @@ void takeMilliseconds(CLI::Option* option) {
 }
 
 void warnOfShortDelay(const OutputTarget& output, double milliseconds, const Settings& settings) {
-  if (milliseconds >= HundredthsClock::leastMilliseconds) return;
-  const std::string least = std::to_string(HundredthsClock::leastMilliseconds) + " ms";
+  if (milliseconds >= HundredthsClock::minimumMilliseconds) return;
+  const std::string least = std::to_string(HundredthsClock::minimumMilliseconds) + " ms";
   warn(output.path(),
        {"delays under " + least + " become " + least + ": viewers show shorter ones for 100 ms"}, settings);
 }

@@ -160,7 +160,7 @@ void run(const Arguments& arguments, const Settings& settings) {
   for (const Job& job : jobs) {
     pictures.push_back(readPicture(job.source, settings));
     // Only 32 bits have room for transparency.
-    if (anythingAsked && options.bits != 32) layOver(pictures.back(), parseColour(arguments.matte));
+    if (anythingAsked && options.bits != 32) compositeOver(pictures.back(), parseColour(arguments.matte));
   }
   Report report;
   ProgressBar bar("convert", settings.quiet);

@@ -45,7 +45,7 @@ std::vector<Picture> readPictures(const Arguments& arguments, const Settings& se
     if (pictures.empty()) size = wanted.of(picture.size());
     requireGifSize(size);
     pictures.push_back(fitted(picture, size, fit, background));
-    if (!arguments.matte.empty()) layOver(pictures.back(), parseColour(arguments.matte));
+    if (!arguments.matte.empty()) compositeOver(pictures.back(), parseColour(arguments.matte));
     ditherAlpha(pictures.back());
   }
   return pictures;
