@@ -20,7 +20,8 @@ namespace host {
 template <class Cell>
 class AnimationWriter {
  public:
-  /// \param file has what precedes the frames \param transparent as for ChangeFinder
+  /// \param file has what precedes the frames
+  /// \param transparent as for ChangeFinder
   /// \param extensions those of the frames, in order; they keep their places
   /// All arguments must outlive this object.
   AnimationWriter(GifWriter& file, Size canvas, std::optional<Cell> transparent,

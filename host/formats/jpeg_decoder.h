@@ -35,8 +35,10 @@ class JpegDecoder {
   /// The first block of Exif data, until lines are read; empty when there is none.
   ByteView exif() const;
 
-  /// Starts to decode. \param factor by which the picture may be reduced; the result is as near to that as
-  /// the decoder can get without being smaller \return the size of what is decoded. Throws FormatError.
+  /// Starts to decode. Throws FormatError.
+  /// \param factor by which the picture may be reduced; the result is as near to that as the decoder can get
+  ///     without being smaller
+  /// \return the size of what is decoded
   Size start(int factor);
   /// Decodes the next line: blue, green, red and 255, or cyan, magenta, yellow and black. False at a fault
   /// that ends the picture; throws FormatError when there is not one line.

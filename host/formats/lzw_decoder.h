@@ -16,7 +16,8 @@ class LzwDecoder {
  public:
   static constexpr int largestMinimumCodeSize = 11;
 
-  /// \param codes must outlive the decoder \param minimumCodeSize 0 to largestMinimumCodeSize
+  /// \param codes must outlive the decoder
+  /// \param minimumCodeSize 0 to largestMinimumCodeSize
   LzwDecoder(ByteView codes, int minimumCodeSize);
 
   /// Decodes palette indices into `to` and returns how many; fewer than fit in when the data end.

@@ -6,9 +6,9 @@
 
 namespace dibkit {
 
-/// Calls row(y) for every one of an image's lines() from the top. After each it reports the fraction that is
-/// done to `progress`, unless that is null, and checks whether the user has cancelled. \return false when the
-/// user cancelled, also when that was during the last line
+/// Calls row(y) for each line of an image from the top. After each it reports the fraction that is done to
+/// `progress`, unless that is null, and checks whether the user has cancelled.
+/// \return false when the user cancelled, also when that was during the last line
 template <class Row>
 bool forEachRowReporting(int lines, CQorCommonProgress* progress, Row&& row) {
   for (int y = 0; y < lines; ++y) {

@@ -36,8 +36,10 @@ OwnedRegion selectOnCanvas(PlacedCel& frame, const POINT& seed, int tolerance, c
     return wandRow(frame.cel(), static_cast<int>(y - frame.box().top), static_cast<int>(x - frame.box().left),
                    count, buffer.data());
   };
-  frame.opaqueBits(seed.y, whole, opaque.row(0));
-  const bool seedIsOpaque = findBit(opaque.row(0), seed.x, seed.x + 1, true) == seed.x;
+  // Of the seed alone: a canvas may be far wider than the memory that the fill can have.
+  std::uint64_t seedBits = 0;
+  frame.opaqueBits(seed.y, placedBox(1, 1, seed), &seedBits);
+  const bool seedIsOpaque = seedBits != 0;
   const ColourRange range(seedIsOpaque ? Bgr24::get(rowAt(seed.x, seed.y, 1), 0) : Rgb{}, tolerance);
 
   const auto match = [&](int y, BYTE* flags) {

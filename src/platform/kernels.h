@@ -3,8 +3,8 @@
 namespace dibkit {
 
 /// Kernels are one source that is compiled for several instruction sets. Each compilation gives a table of
-/// its functions: `Kernels::plain` runs everywhere, `Kernels::avx2` is defined where DIBKIT_AVX2 is. \return
-/// the fastest table that this processor runs; chosen once
+/// its functions: `plain` runs everywhere, `avx2` is defined where DIBKIT_AVX2 is.
+/// \return the fastest table that this processor runs; chosen once
 template <class Kernels>
 const Kernels& fastestKernels() {
 #if defined(DIBKIT_AVX2)

@@ -87,9 +87,11 @@ class UnvisitedPixels {
 
 /// Four-connected flood fill by spans, which every fill and wand uses. It starts at the seed, which is
 /// visited whether it matches or not, and spreads over the pixels that match. Throws std::bad_alloc when the
-/// work list cannot grow; the runs visited until then stay visited. \param seed inside width x height \param
-/// match match(y, flags) sets flags[x] to 1 for the pixels of row y that match and to 0 for the others.
-///     Or match(y, x, count, flags), which does so for `count` pixels from x on, the first one in flags[0].
+/// work list cannot grow; the runs visited until then stay visited.
+///
+/// \param seed inside width x height
+/// \param match match(y, flags) sets flags[x] to 1 for the pixels of row y that match and to 0 for others,
+///     or match(y, x, count, flags), which does so for `count` pixels from x on, the first one in flags[0].
 ///     Called once for each row or block that is reached, before any pixel of it is visited
 /// \param visit visit(y, left, right) receives each run of reached pixels once
 template <class Match, class Visit>
