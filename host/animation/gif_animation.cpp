@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t maximumEntries = 256;
 
-// What the two passes over the frames cost, measured on fades and slides of photographs.
+// Estimates of what the two passes over the frames cost: both render, the second maps and compresses too.
 constexpr double paletteShare = 0.25;
 constexpr double writeShare = 1 - paletteShare;
 

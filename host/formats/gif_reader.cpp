@@ -72,8 +72,8 @@ bool GifReader::endWith(const std::string& fault) {
   return false;
 }
 
-std::string GifReader::behindFrames() const {
-  return frames_ == 0 ? "before the first frame" : "behind " + frameName(frames_);
+std::string GifReader::afterFrames() const {
+  return frames_ == 0 ? "before the first frame" : "after " + frameName(frames_);
 }
 
 bool GifReader::next(GifFrame& frame) {
@@ -86,14 +86,14 @@ bool GifReader::next(GifFrame& frame) {
       case imageIntroducer:
         return readFrame(frame);
       case extensionIntroducer:
-        if (!readExtension()) return endWith(truncated("in a block " + behindFrames()));
+        if (!readExtension()) return endWith(truncated("in a block " + afterFrames()));
         break;
       case trailer:
         ended_ = true;
         break;
       default:
         // Viewers stop here too.
-        return endWith("there are unknown data " + behindFrames());
+        return endWith("there are unknown data " + afterFrames());
     }
   }
   return false;

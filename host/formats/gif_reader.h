@@ -70,7 +70,7 @@ class GifReader {
   void readControl(ByteView block);
   void readCodes(GifFrame& frame);
   bool endWith(const std::string& fault);
-  std::string behindFrames() const;
+  std::string afterFrames() const;
 
   ByteView bytes_;
   Diagnostics* diagnostics_;

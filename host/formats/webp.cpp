@@ -114,7 +114,7 @@ std::vector<Frame> readFrames(const Container& container, Size size, Keep keep, 
     if (keep == Keep::firstFrame && !player.empty()) return std::move(player).takeFrames();
   }
   if (!container.whole && diagnostics.warnings().empty()) {
-    diagnostics.report(count == 0 ? "the file is truncated" : truncated("behind " + frameName(count)));
+    diagnostics.report(count == 0 ? "the file is truncated" : truncated("after " + frameName(count)));
   }
   return std::move(player).takeFrames();
 }
