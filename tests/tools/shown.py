@@ -10,6 +10,7 @@ import collections
 import io
 import itertools
 import os
+import signal
 import struct
 import sys
 import zlib
@@ -190,4 +191,5 @@ def main(what, path):
 
 
 if __name__ == "__main__":
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # its reader may want the first lines only
     main(*sys.argv[1:])
