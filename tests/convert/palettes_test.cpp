@@ -201,7 +201,7 @@ TEST(FrameColours, FinishLikeTheMapOfTheColoursNoted) {
     const int leaveOut = below(random, 4);  // 3: every pixel, which gets black
     for (int y = 0; y < work->biHeight; ++y) {
       for (int x = 0, end = 0; x < work->biWidth; x = end) {
-        end = std::min(work->biWidth, x + 1 + below(random, 30));
+        end = std::min<int>(work->biWidth, x + 1 + below(random, 30));
         if (below(random, 3) < leaveOut) continue;
         frame.note(test::rowOf(work.get(), y), x, end);
         for (int i = x; i < end; ++i) {
