@@ -9,8 +9,8 @@ fail() {
 }
 
 # What the library, the command line and their tests are built and run with, as Debian packages.
-build_packages=(g++ cmake ninja-build pkg-config python3 libgtest-dev libgif-dev libpng-dev libjpeg62-turbo-dev
-  libwebp-dev libcli11-dev libimagequant-dev)
+build_packages=(g++ cmake ninja-build pkg-config python3 libhwy-dev libgtest-dev libgif-dev libpng-dev
+  libjpeg62-turbo-dev libwebp-dev libcli11-dev libimagequant-dev)
 
 # need_packages NAME...: installs those that are missing, all at once.
 need_packages() {

@@ -57,7 +57,7 @@ class Build:
 
     def __init__(self, top, folder, jobs):
         self.top, self.folder = top, folder
-        configure = ["cmake", "-S", top, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O1"]
+        configure = ["cmake", "-S", top, "-B", folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1"]
         configure += ["-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DDIBKIT_SHARED=OFF"]
         configure += ["-DDIBKIT_TOOLS=OFF", "-DDIBKIT_EXAMPLES=OFF"]
         for command in (configure, ["ninja", "-C", folder, f"-j{jobs}"]):

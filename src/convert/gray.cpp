@@ -1,7 +1,7 @@
 #include "convert/convert.h"
 #include "convert/fill_rows.h"
-#include "convert/row_kernels.h"
 #include "dib/view.h"
+#include "kernels/conversion.h"
 #include "palette/palette.h"
 #include "raster/index_rows.h"
 
@@ -14,8 +14,9 @@ OwnedDib convertToGrays(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
   OwnedDib result = createDib(source.width(), source.height(), Index8::bits, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   CPaletteFuns::MakeGrayPalette(paletteOf(result.get()), 256);
+  const auto toGray = kernels<ConversionKernels>().bgr24ToGray;
   return fillRows(std::move(result), progress,
-                  [&](BYTE* to, int y) { rowKernels().bgr24ToGray(source.row(y), source.width(), to); });
+                  [&](BYTE* to, int y) { toGray(source.row(y), source.width(), to); });
 }
 
 /// A stage that is half of the whole operation's progress.

@@ -2,8 +2,8 @@
 
 #include "convert/convert.h"
 #include "convert/fill_rows.h"
-#include "convert/row_kernels.h"
 #include "dib/view.h"
+#include "kernels/conversion.h"
 #include "raster/index_rows.h"
 
 namespace dibkit {
@@ -63,12 +63,12 @@ OwnedDib convertIndexed(const BITMAPINFOHEADER* dib, CQorCommonProgress* progres
 
 /// The kernel from a format without palette.
 template <class Source, class Target>
-RowKernels::Row kernelFor() {
-  const RowKernels& kernels = rowKernels();
+ConversionKernels::Row kernelFor() {
+  const auto& row = kernels<ConversionKernels>();
   if constexpr (Target::bits == 24) {
-    return Source::bits == 16 ? kernels.rgb555ToBgr24 : kernels.bgra32ToBgr24;
+    return Source::bits == 16 ? row.rgb555ToBgr24 : row.bgra32ToBgr24;
   } else {
-    return Source::bits == 24 ? kernels.bgr24ToRgb555 : kernels.bgra32ToRgb555;
+    return Source::bits == 24 ? row.bgr24ToRgb555 : row.bgra32ToRgb555;
   }
 }
 
@@ -76,7 +76,7 @@ template <class Source, class Target>
 OwnedDib convertDirect(const BITMAPINFOHEADER* dib, CQorCommonProgress* progress) {
   const ConstView source = viewOfDepth(dib, Source::bits);
   if (!source) return nullptr;
-  const RowKernels::Row kernel = kernelFor<Source, Target>();
+  const ConversionKernels::Row kernel = kernelFor<Source, Target>();
   OwnedDib result = createDib(source.width(), source.height(), Target::bits, 0, InitialPixels::unwritten);
   return fillRows(std::move(result), progress,
                   [&](BYTE* to, int y) { kernel(source.row(y), source.width(), to); });
@@ -110,8 +110,9 @@ OwnedDib convertTo32Reversed(const BITMAPINFOHEADER* dib, bool flip, CQorCommonP
   const ConstView source = viewOfDepth(dib, Bgr24::bits);
   if (!source) return nullptr;
   OwnedDib result = createDib(source.width(), source.height(), Bgra32::bits, 0, InitialPixels::unwritten);
+  const auto reverse = kernels<ConversionKernels>().bgr24ToReversed32;
   return fillRows(std::move(result), progress, [&](BYTE* to, int y) {
-    rowKernels().bgr24ToReversed32(source.row(flip ? source.height() - 1 - y : y), source.width(), to);
+    reverse(source.row(flip ? source.height() - 1 - y : y), source.width(), to);
   });
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "convert/convert.h"
-#include "convert/row_kernels.h"
 #include "support/images.h"
 
 /// What all conversions that report their progress have in common, and those of them in which each pixel
@@ -221,42 +220,6 @@ TEST(ConvertDIBTo256Grays, ReportsTwoHalves) {
     EXPECT_EQ(Convert::ConvertDIBTo256Grays(cancelAt < 4 ? indexed.get() : nullptr, &bar), nullptr);
     EXPECT_EQ(bar.fractions.size(), static_cast<std::size_t>((cancelAt + 1) % 5));
     EXPECT_FLOAT_EQ(bar.ScaledFraction(0.0F), 1.0F);
-  }
-}
-
-TEST(RowKernels, GiveTheGrayOfEveryColour) {
-  constexpr int width = 0x10000;
-  std::vector<BYTE> colours(std::size_t{width} * 3), grays(width), plain(width);
-  long wrong = 0;
-  for (DWORD red = 0; red < 256; ++red) {
-    for (DWORD i = 0; i < width; ++i) {
-      const BYTE pixel[] = {static_cast<BYTE>(i & 255), static_cast<BYTE>(i >> 8), static_cast<BYTE>(red)};
-      std::memcpy(&colours[std::size_t{i} * 3], pixel, sizeof(pixel));
-    }
-    dibkit::rowKernels().bgr24ToGray(colours.data(), width, grays.data());
-    dibkit::RowKernels::plain.bgr24ToGray(colours.data(), width, plain.data());
-    for (DWORD i = 0; i < width; ++i) {
-      const DWORD expected = gray(red << 16 | i, {});
-      wrong += grays[i] != expected || plain[i] != expected;
-    }
-  }
-  EXPECT_EQ(wrong, 0);
-}
-
-TEST(RowKernels, AgreeAtEveryWidth) {
-  test::Random random(17);
-  std::vector<BYTE> from(4 * 300);
-  for (BYTE& byte : from) byte = static_cast<BYTE>(random());
-  using Kernels = dibkit::RowKernels;
-  for (Kernels::Row Kernels::*row :
-       {&Kernels::bgra32ToBgr24, &Kernels::rgb555ToBgr24, &Kernels::bgr24ToRgb555, &Kernels::bgra32ToRgb555,
-        &Kernels::bgr24ToReversed32, &Kernels::bgr24ToGray}) {
-    for (int width = 0; width <= 300; ++width) {
-      std::vector<BYTE> plain(4 * 300 + 16, 0xCD), chosen = plain;
-      (dibkit::RowKernels::plain.*row)(from.data(), width, plain.data());
-      (dibkit::rowKernels().*row)(from.data(), width, chosen.data());
-      ASSERT_EQ(chosen, plain) << width;
-    }
   }
 }
 

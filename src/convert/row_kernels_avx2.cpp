@@ -1,8 +1,0 @@
-#include "convert/row_kernels.h"
-#include "convert/row_kernels_body.h"
-
-namespace dibkit {
-
-const RowKernels RowKernels::avx2 = kernelsOfThisSource;
-
-}  // namespace dibkit
