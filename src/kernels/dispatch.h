@@ -28,13 +28,18 @@ std::span<const Compiled<Family>> compiledKernels();
 /// Whether this processor has an instruction set, one of Highway's bits.
 bool processorRuns(std::int64_t instructions);
 
+/// The instruction sets that kernels() chooses from: all, unless a test leaves some out before the first
+/// choice. \return a reference to the sum of their bits
+std::int64_t& allowedInstructions();
+
 /// The fastest kernels of a family that this processor runs; chosen once.
 template <class Family>
 const Family& kernels() {
 #if defined(DIBKIT_SIMD)
   static const Family& fastest = []() -> const Family& {
     for (const Compiled<Family>& compiled : compiledKernels<Family>()) {
-      if (processorRuns(compiled.instructions)) return *compiled.kernels;
+      const bool isAllowed = (allowedInstructions() & compiled.instructions) != 0;
+      if (isAllowed && processorRuns(compiled.instructions)) return *compiled.kernels;
     }
     return plainKernels<Family>();
   }();

@@ -21,4 +21,9 @@ bool processorRuns(std::int64_t instructions) {
   return false;
 }
 
+std::int64_t& allowedInstructions() {
+  static std::int64_t allowed = -1;
+  return allowed;
+}
+
 }  // namespace dibkit
