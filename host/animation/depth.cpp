@@ -42,7 +42,7 @@ OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, 
   for (int top = 0; top < matched.height(); top += band) {
     throwIfCancelled();
     const int bottom = std::min(top + band, matched.height());
-    const Bytes indices = mapper->indicesOf(matched, {0, top, matched.width(), bottom});
+    const Bytes indices = mapper->indicesOf(matched, {0, top, matched.width(), bottom}, nullptr);
     const std::uint8_t* next = indices.data();
     for (int y = top; y < bottom; ++y) {
       Pixel* row = matched.row(y);

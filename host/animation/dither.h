@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,20 +21,25 @@ enum class Dither {
 Dither ditherNamed(const std::string& name);
 std::vector<std::string> ditherNames();
 
-/// Maps pictures to a palette. Colours that are in the palette map to themselves. Remembers what it has
-/// found, so an object is for one thread.
+/// Pixels of frames that have been mapped, and the index of each. Pixels of the next frame that equal them
+/// need not be mapped again.
+struct MappedPicture {
+  std::optional<Picture> picture;  ///< nothing before the first frame
+  Bytes indices;                   ///< of the whole picture, lines from the top
+};
+
+/// Maps pictures to a palette. Colours that are in the palette map to themselves. Several threads may use one
+/// object at once.
 class PaletteMapper {
  public:
   virtual ~PaletteMapper() = default;
   /// The palette indices of a part of a picture, lines from the top.
+  /// \param before null for a picture by itself; otherwise an object that is passed for all frames that are
+  ///        mapped one after the other. Another size than before starts anew.
   ///
-  /// With diffusion, pictures come in the order in which they show, and the part has all pixels that differ
-  /// from the picture before; the first picture comes whole.
-  virtual Bytes indicesOf(const Picture& picture, const RECT& part) = 0;
-  /// Those of all of a picture.
-  Bytes indicesOf(const Picture& picture) {
-    return indicesOf(picture, {0, 0, picture.width(), picture.height()});
-  }
+  /// With diffusion, frames come in the order in which they show, and the part has all pixels that differ
+  /// from the frame before; the first frame comes whole.
+  virtual Bytes indicesOf(const Picture& picture, const RECT& part, MappedPicture* before) const = 0;
 };
 
 /// \param colours at most 256; 255 if there are transparent pixels, whose index is the one after them

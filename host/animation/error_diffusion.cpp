@@ -21,7 +21,8 @@ int corrected(int value, int error) {
 
 }  // namespace
 
-std::uint8_t ErrorDiffusion::diffuse(const Pixel& pixel, std::size_t place, int direction, Lines& lines) {
+std::uint8_t ErrorDiffusion::diffuse(const Pixel& pixel, std::size_t place, int direction,
+                                     Lines& lines) const {
   const std::uint8_t exact = index_->indexOf(pixel.red, pixel.green, pixel.blue);
   // A colour that the palette has stays, and the error ends there: flat areas are free of specks.
   if (index_->isExact(exact, pixel)) return exact;
@@ -45,32 +46,31 @@ std::uint8_t ErrorDiffusion::diffuse(const Pixel& pixel, std::size_t place, int 
   return index;
 }
 
-Bytes ErrorDiffusion::indicesOf(const Picture& picture, const RECT& part) {
+Bytes ErrorDiffusion::indicesOf(const Picture& picture, const RECT& part, MappedPicture* before) const {
   const Size size = picture.size();
-  const bool follows = before_ && before_->size() == size;
-  if (!follows) {
-    before_ = picture.clone();
-    indicesBefore_.assign(static_cast<std::size_t>(size.pixels()), 0);
-  }
-  Bytes indices;
-  indices.reserve(static_cast<std::size_t>(areaOf(part)));
-  const std::vector<Error> none(static_cast<std::size_t>(size.width) + 2);
+  const int width = part.right - part.left;
+  const bool follows = before != nullptr && before->picture && before->picture->size() == size;
+  if (before != nullptr && !follows)
+    *before = {picture.clone(), Bytes(static_cast<std::size_t>(size.pixels()))};
+  Bytes indices(static_cast<std::size_t>(areaOf(part)));
+  std::uint8_t* to = indices.data();
+  const std::vector<Error> none(static_cast<std::size_t>(width) + 2);
   Lines lines{none, none};
-  for (int y = part.top; y < part.bottom; ++y) {
-    const Pixel* row = picture.row(y);
-    Pixel* rowBefore = before_->row(y);
-    std::uint8_t* index = indicesBefore_.data() + std::ptrdiff_t{y} * size.width;
-    const int direction = y % 2 == 0 ? 1 : -1;
-    const int last = part.right - 1;
-    for (int i = part.left; i <= last; ++i) {
-      const int x = direction > 0 ? i : last - (i - part.left);
-      if (follows && row[x] == rowBefore[x]) continue;
-      rowBefore[x] = row[x];
-      index[x] = row[x].alpha < opaqueFrom
+  for (int y = part.top; y < part.bottom; ++y, to += width) {
+    const Pixel* pixels = picture.row(y) + part.left;
+    Pixel* known = follows ? before->picture->row(y) + part.left : nullptr;
+    std::uint8_t* index = to;
+    if (before != nullptr) index = before->indices.data() + std::ptrdiff_t{y} * size.width + part.left;
+    const bool forwards = y % 2 == 0;
+    for (int i = 0; i < width; ++i) {
+      const int x = forwards ? i : width - 1 - i;
+      if (follows && pixels[x] == known[x]) continue;
+      if (follows) known[x] = pixels[x];
+      index[x] = pixels[x].alpha < opaqueFrom
                      ? index_->transparent()
-                     : diffuse(row[x], static_cast<std::size_t>(x) + 1, direction, lines);
+                     : diffuse(pixels[x], static_cast<std::size_t>(x) + 1, forwards ? 1 : -1, lines);
     }
-    indices.insert(indices.end(), index + part.left, index + part.right);
+    if (before != nullptr) std::copy_n(index, width, to);
     lines.here = std::exchange(lines.below, none);
   }
   return indices;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <optional>
 #include <vector>
 
+#include "host/animation/dither.h"
 #include "host/animation/palette_index.h"
 #include "host/bytes.h"
 
@@ -14,12 +14,10 @@ namespace host {
 class ErrorDiffusion {
  public:
   /// \param index must outlive this object
-  explicit ErrorDiffusion(PaletteIndex& index) : index_(&index) {}
+  explicit ErrorDiffusion(const PaletteIndex& index) : index_(&index) {}
 
-  /// Indices of a part of the picture that follows the one before, lines from the top. All pixels outside of
-  /// the part equal those of the picture before; the first picture comes whole, and so does one of another
-  /// size.
-  Bytes indicesOf(const Picture& picture, const RECT& part);
+  /// As PaletteMapper does it.
+  Bytes indicesOf(const Picture& picture, const RECT& part, MappedPicture* before) const;
 
  private:
   struct Error {
@@ -33,11 +31,9 @@ class ErrorDiffusion {
     std::vector<Error> below;
   };
 
-  std::uint8_t diffuse(const Pixel& pixel, std::size_t place, int direction, Lines& lines);
+  std::uint8_t diffuse(const Pixel& pixel, std::size_t place, int direction, Lines& lines) const;
 
-  PaletteIndex* index_;
-  std::optional<Picture> before_;
-  Bytes indicesBefore_;  ///< of all of it
+  const PaletteIndex* index_;
 };
 
 }  // namespace host

@@ -26,25 +26,23 @@ SharedPalette paletteFrom(std::vector<RGBQUAD> colours, Dither dither) {
   return palette;
 }
 
-/// Palette indices of frames. Each thread has a mapper of its own; with a dithering that needs the frames in
-/// order there is one for all.
+/// Palette indices of frames. Each thread keeps the frame that it mapped last.
 class FrameMapper {
  public:
   FrameMapper(const SharedPalette& palette, const Workers& workers)
-      : palette_(&palette), mappers_(static_cast<std::size_t>(workers.count())) {}
+      : mapper_(mapperOnto(palette.colours(), palette.dither)),
+        before_(static_cast<std::size_t>(workers.count())) {}
 
   Patch<std::uint8_t> patchOf(const Picture& picture, const RECT& place, int thread) {
-    std::unique_ptr<PaletteMapper>& mapper = mappers_[static_cast<std::size_t>(thread)];
-    if (!mapper) mapper = mapperOnto(palette_->colours(), palette_->dither);
     Patch<std::uint8_t> patch;
     patch.place = place;
-    patch.cells = mapper->indicesOf(picture, place);
+    patch.cells = mapper_->indicesOf(picture, place, &before_[static_cast<std::size_t>(thread)]);
     return patch;
   }
 
  private:
-  const SharedPalette* palette_;
-  std::vector<std::unique_ptr<PaletteMapper>> mappers_;
+  std::unique_ptr<PaletteMapper> mapper_;
+  std::vector<MappedPicture> before_;  ///< one for each thread
 };
 
 }  // namespace

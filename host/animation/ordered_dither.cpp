@@ -20,7 +20,7 @@ float costOfNoise(float length) {
 
 }  // namespace
 
-OrderedDither::OrderedDither(PaletteIndex& index) : index_(&index) {
+OrderedDither::OrderedDither(const PaletteIndex& index) : index_(&index) {
   for (std::size_t i = 0; i < index.colours().size(); ++i) {
     const RGBQUAD& colour = index.colours()[i];
     ways_.push_back(waysFrom(i));
@@ -51,7 +51,7 @@ std::vector<OrderedDither::Way> OrderedDither::waysFrom(std::size_t start) const
   return nearest;
 }
 
-OrderedDither::Mix OrderedDither::mixFor(const Pixel& pixel) {
+OrderedDither::Mix OrderedDither::mixFor(const Pixel& pixel) const {
   const std::uint8_t start = index_->indexOf(pixel.red, pixel.green, pixel.blue);
   const RGBQUAD& colour = index_->colours()[start];
   const auto red = static_cast<float>(pixel.red - colour.rgbRed);
@@ -77,8 +77,14 @@ OrderedDither::Mix OrderedDither::mixFor(const Pixel& pixel) {
   return {end, start, static_cast<std::uint16_t>(blueNoiseRanks - ranks)};
 }
 
-std::uint8_t OrderedDither::indexOf(const Pixel& pixel, int x, int y) {
-  const Mix& mix = memory_.at(pixel.red, pixel.green, pixel.blue, [&] { return mixFor(pixel); });
+std::uint8_t OrderedDither::indexOf(const Pixel& pixel, int x, int y) const {
+  // Two threads may find the same mix at once.
+  std::atomic<Mix>& known = mixes_.at(pixel.red, pixel.green, pixel.blue);
+  Mix mix = known.load(std::memory_order_relaxed);
+  if (mix.lightBelow == Mix::unknown) {
+    mix = mixFor(pixel);
+    known.store(mix, std::memory_order_relaxed);
+  }
   return noise_.rankAt(x, y) < mix.lightBelow ? mix.light : mix.dark;
 }
 

@@ -73,7 +73,8 @@ ColourHistogram::ColourHistogram(std::int64_t pixels, BYTE visibleFrom)
 
 void ColourHistogram::add(const Picture& picture, int delay) {
   const auto weight = static_cast<std::uint32_t>(std::clamp(delay, 1, 200));
-  std::size_t place = 0;
+  std::uint32_t* weightOfColour = nullptr;
+  std::uint32_t colourBefore = 0;
   for (int y = 0; y < picture.height(); ++y) {
     const Pixel* row = picture.row(y);
     int x = offset_;
@@ -81,25 +82,24 @@ void ColourHistogram::add(const Picture& picture, int delay) {
       if (row[x].alpha < visibleFrom_) continue;
       const std::uint32_t colour = packRgb(row[x]);
       // Many pixels equal the one before.
-      if (counts_.empty() || counts_[place].colour != colour) {
-        const auto [entry, isNew] = places_.try_emplace(colour, counts_.size());
-        if (isNew) counts_.push_back({colour, 0});
-        place = entry->second;
+      if (weightOfColour == nullptr || colour != colourBefore) {
+        weightOfColour = &weights_.at(row[x].red, row[x].green, row[x].blue);
+        if (*weightOfColour == 0) colours_.push_back(colour);
+        colourBefore = colour;
       }
-      counts_[place].weight += weight;
+      *weightOfColour += weight;
     }
     offset_ = x - picture.width();
   }
 }
 
-std::vector<RGBQUAD> ColourHistogram::bestPalette(int maximumColours) const {
+std::vector<RGBQUAD> ColourHistogram::bestPalette(int maximumColours) {
   std::vector<liq_histogram_entry> entries;
-  entries.reserve(counts_.size());
-  for (const Count& count : counts_) {
-    const auto channel = [&count](int shift) {
-      return static_cast<unsigned char>(count.colour >> shift & 255);
-    };
-    entries.push_back({{channel(16), channel(8), channel(0), 255}, count.weight});
+  entries.reserve(colours_.size());
+  for (const std::uint32_t colour : colours_) {
+    const RGBQUAD channels = unpackRgb(colour);
+    entries.push_back({{channels.rgbRed, channels.rgbGreen, channels.rgbBlue, 255},
+                       weights_.at(channels.rgbRed, channels.rgbGreen, channels.rgbBlue)});
   }
   // The library adds up in as many parts as it has threads, which changes the last bit of its sums: with one,
   // the same pictures give the same palette on every machine.

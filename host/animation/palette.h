@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
+#include "host/animation/colour_cube.h"
 #include "host/formats/formats.h"
 
 namespace host {
@@ -50,19 +50,14 @@ class ColourHistogram {
   void add(const Picture& picture, int delay);
 
   /// The best palette that the quantising library finds. The same pictures always give the same one.
-  std::vector<RGBQUAD> bestPalette(int maximumColours) const;
+  std::vector<RGBQUAD> bestPalette(int maximumColours);
 
  private:
-  struct Count {
-    std::uint32_t colour = 0;
-    std::uint32_t weight = 0;
-  };
-
   BYTE visibleFrom_;
   int step_;
-  int offset_ = 0;  ///< of the first pixel that counts in the next line
-  std::vector<Count> counts_;
-  std::unordered_map<std::uint32_t, std::size_t> places_;  ///< of the colours in counts_
+  int offset_ = 0;                      ///< of the first pixel that counts in the next line
+  std::vector<std::uint32_t> colours_;  ///< in order of first appearance
+  ColourCube<std::uint32_t> weights_;   ///< 0 for a colour that is not there
 };
 
 /// The entries of an image's palette.

@@ -1,35 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
+#include "host/animation/colour_cube.h"
 #include "host/picture.h"
 
 namespace host {
-
-/// A cache of what was found for a colour: a hash table in which a new colour replaces the old one of its
-/// slot.
-template <class Found>
-class ColourMemory {
- public:
-  ColourMemory() : places_(std::size_t{1} << 16) {}
-
-  /// What `find()` gives for the colour, or gave for it before.
-  template <class Find>
-  const Found& at(int red, int green, int blue, Find find) {
-    const std::uint32_t key = static_cast<std::uint32_t>(red << 16 | green << 8 | blue) + 1;
-    Place& place = places_[key * 2654435761U >> 16];
-    if (place.key != key) place = {key, find()};
-    return place.found;
-  }
-
- private:
-  struct Place {
-    std::uint32_t key = 0;  ///< 0 is free
-    Found found{};
-  };
-  std::vector<Place> places_;
-};
 
 /// The squares of two colours' differences, weighted by what the eye sees of each channel.
 template <class Number>
@@ -37,19 +15,19 @@ constexpr Number colourDistance(Number red, Number green, Number blue) {
   return 3 * red * red + 4 * green * green + 2 * blue * blue;
 }
 
-/// Finds the nearest colours of a palette. Colours that are in it map to themselves. Remembers what it has
-/// found, so use one object for many pixels, on one thread.
+/// Finds the nearest colours of a palette; of equally near ones the first. Colours that are in the palette
+/// map to themselves. Keeps a table of what it has found. Several threads may use one object at once.
 class PaletteIndex {
  public:
   /// \param colours at most 256; 255 if there are transparent pixels, whose index is the one after them
-  explicit PaletteIndex(std::vector<RGBQUAD> colours);
+  explicit PaletteIndex(std::vector<RGBQUAD> colours) : colours_(std::move(colours)) {}
 
   const std::vector<RGBQUAD>& colours() const { return colours_; }
   /// For a pixel of less than half opacity.
   std::uint8_t transparent() const { return static_cast<std::uint8_t>(colours_.size()); }
 
-  std::uint8_t indexOf(int red, int green, int blue) {
-    return memory_.at(red, green, blue, [&] { return nearest(red, green, blue); });
+  std::uint8_t indexOf(int red, int green, int blue) const {
+    return nearest_.at(red, green, blue, [&](Block& block) { findNearest(red, green, blue, block); });
   }
   /// Whether the entry has exactly the pixel's colour.
   bool isExact(std::uint8_t index, const Pixel& pixel) const {
@@ -58,15 +36,12 @@ class PaletteIndex {
   }
 
  private:
-  struct Entry {
-    int blue, green, red, index;
-  };
+  using Block = ColourCube<std::uint8_t>::Block;
 
-  std::uint8_t nearest(int red, int green, int blue) const;
+  void findNearest(int red, int green, int blue, Block& block) const;
 
   std::vector<RGBQUAD> colours_;
-  std::vector<Entry> byGreen_;
-  ColourMemory<std::uint8_t> memory_;
+  mutable ColourCube<std::uint8_t> nearest_;
 };
 
 }  // namespace host
