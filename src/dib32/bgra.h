@@ -19,6 +19,8 @@ constexpr Bgra withAlpha(Rgb colour, BYTE alpha) { return {colour.blue, colour.g
 /// The pixels of a row of a 32-bit view. All members are bytes, which may alias any memory.
 inline Bgra* pixelsOf(BYTE* row) { return reinterpret_cast<Bgra*>(row); }
 inline const Bgra* pixelsOf(const BYTE* row) { return reinterpret_cast<const Bgra*>(row); }
+inline BYTE* bytesOf(Bgra* row) { return reinterpret_cast<BYTE*>(row); }
+inline const BYTE* bytesOf(const Bgra* row) { return reinterpret_cast<const BYTE*>(row); }
 
 /// \name Pixels as numbers 0xAARRGGBB
 /// Loops over whole pixels vectorise on these, not on structures.

@@ -1,6 +1,7 @@
 #include "dib/view.h"
-#include "dib32/blend.h"
 #include "dib32/dib32.h"
+#include "dib32/opacity.h"
+#include "kernels/blend.h"
 #include "raster/placement.h"
 
 namespace dibkit {
@@ -15,6 +16,12 @@ void blit(const Placed<BYTE>& destination, const Placed<BYTE>& source, Amount am
         row(pixelsOf(to), pixelsOf(from), count, amount, bytes);
       },
       destination, source, mask...);
+}
+
+/// A row of one of the blends.
+template <auto kernel>
+void blendRow(Bgra* to, Bgra* from, int count, LayerOpacity opacity, const BYTE* mask) {
+  (kernels<BlendKernels>().*kernel)(bytesOf(to), bytesOf(from), count, opacity, mask);
 }
 
 /// to[i] = rule(to[i], from[i], amount), pixels as numbers 0xAARRGGBB, in order from the left. Where the mask
@@ -67,39 +74,42 @@ BYTE CDIB32::CalcuRGBValue(BYTE dstAlpha, BYTE srcAlpha, BYTE dstColour, BYTE sr
 
 void CDIB32::CombineBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                           BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  blit<overRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
-                LayerOpacity{reduction});
+  blit<blendRow<&BlendKernels::over>>(placedOfDepth(destination, 32, destinationOrigin),
+                                      placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIBPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                               BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  blit<plainOverRow>(placedOfDepth(destination, 32, destinationOrigin),
-                     placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
+  blit<blendRow<&BlendKernels::plainOver>>(placedOfDepth(destination, 32, destinationOrigin),
+                                           placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  blit<linearMixRow>(placedOfDepth(destination, 32, destinationOrigin),
-                     placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
+  blit<blendRow<&BlendKernels::linearMix>>(placedOfDepth(destination, 32, destinationOrigin),
+                                           placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
 }
 
 void CDIB32::BitBlt32DIB(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                          BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  blit<copyOrShadeRow>(placedOfDepth(destination, 32, destinationOrigin),
-                       placedOfDepth(source, 32, sourceOrigin), LayerOpacity{reduction});
+  blit<blendRow<&BlendKernels::copyOrShade>>(placedOfDepth(destination, 32, destinationOrigin),
+                                             placedOfDepth(source, 32, sourceOrigin),
+                                             LayerOpacity{reduction});
 }
 
 void CDIB32::Mix32BitsDIBMMX(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                              BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency) {
-  blit<evenMixRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
-                   lessTransparency(transparency));
+  blit<blendRow<&BlendKernels::evenMix>>(placedOfDepth(destination, 32, destinationOrigin),
+                                         placedOfDepth(source, 32, sourceOrigin),
+                                         lessTransparency(transparency));
 }
 
 void CDIB32::Mix32BitsDIBMMX_Mask(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                   BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE transparency,
                                   BITMAPINFOHEADER* mask, const CPoint& maskOrigin) {
-  blit<evenMixRow>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
-                   lessTransparency(transparency), placedOfDepth(mask, 8, maskOrigin));
+  blit<blendRow<&BlendKernels::evenMix>>(placedOfDepth(destination, 32, destinationOrigin),
+                                         placedOfDepth(source, 32, sourceOrigin),
+                                         lessTransparency(transparency), placedOfDepth(mask, 8, maskOrigin));
 }
 
 void CDIB32::BitBltDIBAlphaChannelPlain(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,

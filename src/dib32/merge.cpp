@@ -2,21 +2,27 @@
 
 #include "dib/allocate.h"
 #include "dib/view.h"
-#include "dib32/blend.h"
+#include "dib32/bgra.h"
 #include "dib32/dib32.h"
+#include "kernels/blend.h"
 #include "raster/placement.h"
 
 namespace dibkit {
 namespace {
 
-/// A new image that covers two boxes. Null when it would be too large or memory runs out.
+/// A new transparent black image that covers two boxes. Null when it would be too large or memory runs out.
 struct Canvas {
   OwnedDib dib;
   POINT origin{0, 0};
 
-  explicit Canvas(const Box& box) : origin{static_cast<LONG>(box.left), static_cast<LONG>(box.top)} {
+  /// \param first the box whose pixels are written first, all of them; the image is not cleared for it if
+  /// that is all of the image
+  explicit Canvas(const Box& box, const Box& first = {})
+      : origin{static_cast<LONG>(box.left), static_cast<LONG>(box.top)} {
     if (box.width() <= INT32_MAX && box.height() <= INT32_MAX) {
-      dib = createDib(static_cast<int>(box.width()), static_cast<int>(box.height()), 32, 0);
+      const bool isWhole = first.width() == box.width() && first.height() == box.height();
+      dib = createDib(static_cast<int>(box.width()), static_cast<int>(box.height()), 32, 0,
+                      isWhole ? InitialPixels::unwritten : InitialPixels::cleared);
     }
   }
 
@@ -86,14 +92,16 @@ void pasteVisible(const Canvas& canvas, const Placed<BYTE>& image) {
 }
 
 /// The operations that write their out parameters in every case and refuse an empty union. They differ in
-/// draw(canvas).
+/// draw(canvas), which begins with all pixels of the first box.
 template <class Draw>
-BOOL mergeInto(bool usable, const Box& box, BITMAPINFOHEADER** out, POINT* outOrigin, Draw&& draw) {
+BOOL mergeInto(bool usable, const Box& first, const Box& second, BITMAPINFOHEADER** out, POINT* outOrigin,
+               Draw&& draw) {
   if (out == nullptr || outOrigin == nullptr) return FALSE;
+  const Box box = unionOf(first, second);
   *out = nullptr;
   *outOrigin = {static_cast<LONG>(box.left), static_cast<LONG>(box.top)};
   if (!usable || box.empty()) return FALSE;
-  Canvas canvas(box);
+  Canvas canvas(box, first);
   if (!canvas.dib) return FALSE;
   draw(canvas);
   return canvas.release(out, outOrigin);
@@ -110,7 +118,7 @@ BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BY
   const auto below = placedOfDepth(bottom, 32, bottomOrigin);
   const auto above = placedOfDepth(top, 32, topOrigin);
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
-  Canvas canvas(unionOf(below.box(), above.box()));
+  Canvas canvas(unionOf(below.box(), above.box()), below.box());
   if (!canvas.dib) return FALSE;
   canvas.forEachRowUnder(below, [=](Bgra* to, const Bgra* from, int count) {
     for (int i = 0; i < count; ++i) {
@@ -119,8 +127,9 @@ BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BY
       putWord(to, i, (pixel & colourBits) | alpha << 24);
     }
   });
-  canvas.forEachRowUnder(
-      above, [=](Bgra* to, const Bgra* from, int count) { overRow(to, from, count, {topReduction}); });
+  canvas.forEachRowUnder(above, [=](Bgra* to, const Bgra* from, int count) {
+    kernels<BlendKernels>().over(bytesOf(to), bytesOf(from), count, {topReduction}, nullptr);
+  });
   return canvas.release(out, outOrigin);
 }
 
@@ -144,7 +153,7 @@ BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMA
                             POINT& topOrigin, BITMAPINFOHEADER** out, POINT* outOrigin) {
   const auto below = placedOfDepth(bottom, 32, bottomOrigin);
   const auto above = placedOfDepth(top, 32, topOrigin);
-  return mergeInto(below.view && above.view, unionOf(below.box(), above.box()), out, outOrigin,
+  return mergeInto(below.view && above.view, below.box(), above.box(), out, outOrigin,
                    [&](const Canvas& canvas) {
                      canvas.paste(below);
                      pasteVisible(canvas, above);
@@ -154,19 +163,17 @@ BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* bottom, POINT& bottomOrigin, BITMA
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, const RECT& rect, BITMAPINFOHEADER** out,
                             POINT* outOrigin) {
   const auto placed = placedOfDepth(image, 32, origin);
-  return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
-                   [&](const Canvas& canvas) {
-                     canvas.paste(placed);
-                     canvas.fill(rect, {});
-                   });
+  return mergeInto(bool{placed.view}, placed.box(), toBox(rect), out, outOrigin, [&](const Canvas& canvas) {
+    canvas.paste(placed);
+    canvas.fill(rect, {});
+  });
 }
 
 BOOL CDIB32::Merge32BitsDIB(BITMAPINFOHEADER* image, POINT& origin, COLORREF colour, const RECT& rect,
                             BITMAPINFOHEADER** out, POINT* outOrigin) {
   const auto placed = placedOfDepth(image, 32, origin);
-  return mergeInto(bool{placed.view}, unionOf(placed.box(), toBox(rect)), out, outOrigin,
-                   [&](const Canvas& canvas) {
-                     canvas.fill(rect, withAlpha(fromColorRef(colour), 255));
-                     canvas.paste(placed);
-                   });
+  return mergeInto(bool{placed.view}, toBox(rect), placed.box(), out, outOrigin, [&](const Canvas& canvas) {
+    canvas.fill(rect, withAlpha(fromColorRef(colour), 255));
+    canvas.paste(placed);
+  });
 }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "dib32/blend.h"
+#include "dib32/opacity.h"
+#include "kernels/blend.h"
 
 namespace dibkit {
 namespace {
@@ -59,7 +60,8 @@ void CompositeColour::operator()(Bgra* run, int count) {
 void CompositeColour::operator()(Bgra* run, const BYTE* mask, int count) const {
   constexpr int size = std::tuple_size_v<decltype(row_)>;
   for (int begin = 0; begin < count; begin += size) {
-    overRow(run + begin, row_.data(), std::min(size, count - begin), {}, mask + begin);
+    kernels<BlendKernels>().over(bytesOf(run + begin), bytesOf(row_.data()), std::min(size, count - begin),
+                                 {}, mask + begin);
   }
 }
 

@@ -1,7 +1,7 @@
 #include "dib/view.h"
-#include "dib32/blend.h"
 #include "dib32/dib32.h"
 #include "dib32/sampling.h"
+#include "kernels/blend.h"
 #include "platform/guard.h"
 
 namespace dibkit {
@@ -40,25 +40,28 @@ void copyVisible(Bgra* to, const Bgra* from, int count) {
 /// since drawn pixels are read again.
 using Draw = void (*)(const View& destination, const View& source, const Sampling& sampling, BYTE reduction);
 
-/// By evenMixRow.
+/// By BlendKernels::evenMix.
 void mix(const View& destination, const View& source, const Sampling& sampling, BYTE reduction) {
   if (destination.row(0) == source.row(0)) {
-    forEachSampledPixel(destination, source, sampling,
-                        [=](Bgra& to, const Bgra& from) { evenMixRow(&to, &from, 1, {reduction}); });
+    forEachSampledPixel(destination, source, sampling, [=](Bgra& to, const Bgra& from) {
+      plainKernels<BlendKernels>().evenMix(&to.blue, &from.blue, 1, {reduction}, nullptr);
+    });
     return;
   }
   forEachSampledRow(
       destination, sampling, [&](int y, Bgra* row) { gatherRow(pixelsOf(source.row(y)), sampling, row); },
-      [&](Bgra* to, const Bgra* row) { evenMixRow(to, row, sampling.width(), {reduction}); });
+      [&](Bgra* to, const Bgra* row) {
+        kernels<BlendKernels>().evenMix(bytesOf(to), bytesOf(row), sampling.width(), {reduction}, nullptr);
+      });
 }
 
-/// By copyOrShade. A translucent source pixel changes with every destination pixel that shows it, and the
-/// next one reads the changed value. So only rows without translucent pixels may be gathered and copied. With
-/// a reduction no pixel is opaque.
+/// By BlendKernels::copyOrShade. A translucent source pixel changes with every destination pixel that shows
+/// it, and the next one reads the changed value. So only rows without translucent pixels may be gathered and
+/// copied. With a reduction no pixel is opaque.
 void copyOrShadeSource(const View& destination, const View& source, const Sampling& sampling,
                        BYTE reduction) {
   const auto drawPixel = [reduction](Bgra& to, Bgra& from) {
-    copyOrShade(to, from, reduced(from.alpha, reduction));
+    plainKernels<BlendKernels>().copyOrShade(&to.blue, &from.blue, 1, {reduction}, nullptr);
   };
   if (reduction != 0 || destination.row(0) == source.row(0)) {
     forEachSampledPixel(destination, source, sampling, drawPixel);

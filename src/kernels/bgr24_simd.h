@@ -12,24 +12,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "hwy/highway.h"
+#include "kernels/vectors_simd.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace dibkit::HWY_NAMESPACE {
 
 #if HWY_TARGET != HWY_SCALAR
-
-namespace hn = hwy::HWY_NAMESPACE;
-
-/// A whole vector of bytes.
-using U8 = hn::ScalableTag<std::uint8_t>;
-using U16 = hn::Repartition<std::uint16_t, U8>;
-using U32 = hn::Repartition<std::uint32_t, U8>;
-using VU8 = hn::Vec<U8>;
-
-/// Bytes of a vector, and its pixels of 32 bits.
-HWY_INLINE std::size_t vectorBytes() { return hn::Lanes(U8()); }
-HWY_INLINE std::size_t vectorPixels() { return hn::Lanes(U32()); }
 
 /// How many of the first pixels of a row of 24 bits may be processed a vector at a time, when each access
 /// touches vectorBytes() bytes and vectorPixels() pixels use only three quarters of them: the last access has

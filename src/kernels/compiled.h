@@ -21,7 +21,6 @@ constexpr const Family* recordedKernels = nullptr;
 /// The recorded tables; in Highway's order, which has the fastest first.
 template <class Family, std::int64_t allInstructions>
 std::span<const Compiled<Family>> everyRecorded() {
-  constexpr auto isRecorded = [](std::int64_t set) { return (allInstructions & set) != 0; };
   static constexpr auto all = []<std::size_t... bit>(std::index_sequence<bit...>) {
     constexpr std::size_t count =
         (std::size_t{(allInstructions >> bit & 1) != 0 &&

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "support/blends.h"
 #include "support/images.h"
 
 /// Placed images for tests that compare an operation with a rule for one pixel.
@@ -9,7 +10,6 @@ namespace test {
 
 constexpr int sizes[] = {1, 4, 7, 8, 9, 15, 33, 40};
 constexpr DWORD colourBits = 0xFFFFFF;
-inline BYTE byteOf(std::int64_t value) { return static_cast<BYTE>(value); }
 inline POINT randomPoint(Random& random, int reach) {
   return {below(random, 2 * reach + 1) - reach, below(random, 2 * reach + 1) - reach};
 }
@@ -51,17 +51,8 @@ class Layer {
   std::vector<BYTE> block_;
 };
 
-/// The pixel d composited with s of alpha a.
-inline void over(BYTE* d, const BYTE* s, int a) {
-  const int below = d[3], alpha = 255 - (255 - below) * (255 - a) / 255;
-  for (int i = 0; i < 3; ++i) {
-    const int sum = d[i] * below * (255 - a) / 255 + s[i] * a;
-    d[i] = byteOf(std::min(alpha > 0 ? sum / alpha : sum, 255));
-  }
-  d[3] = byteOf(alpha);
-}
 inline DWORD over(DWORD below, DWORD above, int alpha) {
-  over(reinterpret_cast<BYTE*>(&below), reinterpret_cast<const BYTE*>(&above), alpha);
+  blends::over(reinterpret_cast<BYTE*>(&below), reinterpret_cast<BYTE*>(&above), alpha);
   return below;
 }
 

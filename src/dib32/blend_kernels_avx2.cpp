@@ -1,8 +1,0 @@
-#include "dib32/blend_kernels.h"
-#include "dib32/blend_kernels_body.h"
-
-namespace dibkit {
-
-const BlendKernels BlendKernels::avx2 = kernelsOfThisSource;
-
-}  // namespace dibkit
