@@ -1,73 +1,47 @@
 #include "dib32/median_of_nine.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 #include "dib/view.h"
 #include "dib32/row_history.h"
-#include "raster/median.h"
+#include "kernels/median.h"
+#include "kernels/sorted_column.h"
 
 namespace dibkit {
 namespace {
 
-/// A luminance with the place of its pixel in the neighbourhood, [0000LLLL LLLLRRCC]: row and column count
-/// from 0. So no two keys of a neighbourhood are equal, and the low bits say which pixel is the median.
-/// Signed, because plain vectors of 16 bits compare signed numbers.
-using Key = std::int16_t;
+using Rows = std::array<MedianKernels::Row, 3>;
 
-/// The sorted three keys of each column; their column bits are 0.
-struct SortedColumns {
-  explicit SortedColumns(int width)
-      : minimum(static_cast<std::size_t>(width)), median(minimum), maximum(minimum) {}
-
-  void sort(const BYTE* top, const BYTE* centre, const BYTE* bottom, int width) {
-    Key* const low = minimum.data();
-    Key* const mid = median.data();
-    Key* const high = maximum.data();
-    for (int x = 0; x < width; ++x) {
-      const auto a = static_cast<Key>(top[x] << 4);
-      const auto b = static_cast<Key>(centre[x] << 4 | 4);
-      const auto c = static_cast<Key>(bottom[x] << 4 | 8);
-      const SortedColumn<Key> column = sortColumn(a, b, c);
-      low[x] = column.low;
-      mid[x] = column.middle;
-      high[x] = column.high;
-    }
-  }
-
-  std::vector<Key> minimum, median, maximum;
-};
-
-/// places[x] = the place of the median in the neighbourhood of column x + 1, for `count` columns.
-void findMedians(const SortedColumns& columns, int count, BYTE* places) {
-  const Key* const low = columns.minimum.data();
-  const Key* const mid = columns.median.data();
-  const Key* const high = columns.maximum.data();
-  const auto columnAt = [&](int x, int number) {
-    const auto key = [number](Key sorted) { return static_cast<Key>(sorted | number); };
-    return SortedColumn<Key>{key(low[x + number]), key(mid[x + number]), key(high[x + number])};
-  };
-  for (int x = 0; x < count; ++x) {
-    places[x] = static_cast<BYTE>(medianOfNine(columnAt(x, 0), columnAt(x, 1), columnAt(x, 2)) & 15);
-  }
+/// A row outside the image. Of any three pixels in a row one is the darkest and two are the brightest that
+/// there are, so that the median of these and six others is the upper middle one of the six. Where both have
+/// the median's luminance the kernel takes the other one, which is in a lower row.
+std::vector<BYTE> lumasOutside(int width) {
+  std::vector<BYTE> lumas(static_cast<std::size_t>(width), 255);
+  for (std::size_t x = 0; x < lumas.size(); x += 3) lumas[x] = 0;
+  return lumas;
 }
 
-/// The median at the image's edge, where the neighbourhood has fewer pixels.
-Bgra medianAtEdge(const RowHistory& rows, const View& image, int x, int y) {
-  struct Sample {
-    BYTE luma;
-    Bgra pixel;
-  };
-  std::array<Sample, 9> samples;
-  auto end = samples.begin();
-  for (int nearby = std::max(y - 1, 0); nearby <= std::min(y + 1, image.height() - 1); ++nearby) {
-    for (int column = std::max(x - 1, 0); column <= std::min(x + 1, image.width() - 1); ++column) {
-      *end++ = {rows.lumas(nearby)[column], rows.pixels(nearby)[column]};
+/// The median of column x in `height` rows at an edge of the image.
+Bgra medianAtEdge(const MedianKernels::Row* rows, int height, int x, int imageWidth) {
+  const int left = std::max(x - 1, 0);
+  const int width = std::min(x + 2, imageWidth) - left;
+  // Each key has luminance, row and column. The absent keys are as small and as large as it takes to make the
+  // upper middle one of the others the middle one of all.
+  constexpr int none = 1 << 12;
+  std::array<int, 9> keys{none, none, none, none, none, none, none, none, none};
+  std::fill_n(keys.begin(), 4 - height * width / 2, -1);
+  auto end = keys.end();
+  for (int row = 0; row < height; ++row) {
+    for (int column = 0; column < width; ++column) {
+      *--end = rows[row].lumas[left + column] << 4 | row << 2 | column;
     }
   }
-  const auto median = samples.begin() + (end - samples.begin()) / 2;
-  std::nth_element(samples.begin(), median, end,
-                   [](const Sample& a, const Sample& b) { return a.luma < b.luma; });
-  return median->pixel;
+  using Column = SortedColumn<int>;
+  const auto columnAt = [&](std::size_t i) { return Column(keys[i], keys[i + 1], keys[i + 2]); };
+  const int median = Column::medianOfNine(columnAt(0), columnAt(3), columnAt(6));
+  return pixelsOf(rows[median >> 2 & 3].pixels)[left + (median & 3)];
 }
 
 }  // namespace
@@ -76,28 +50,30 @@ void filterByNine(const View& image) {
   const int width = image.width();
   const int height = image.height();
   RowHistory history(image, 3);
-  SortedColumns columns(width);
-  std::vector<BYTE> places(static_cast<std::size_t>(width));
+  const auto ofPixels = kernels<MedianKernels>().ofPixels;
+  const std::vector<BYTE> outside = lumasOutside(width);
 
-  history.load(0);
-  for (int y = 0; y < height; ++y) {
-    if (y + 1 < height) history.load(y + 1);
+  // In the order of memory, from the last line to the first, which is the faster one.
+  history.load(height - 1);
+  for (int y = height - 1; y >= 0; --y) {
+    if (y > 0) history.load(y - 1);
+    const auto rowAt = [&](int line) {
+      return MedianKernels::Row{history.lumas(line), reinterpret_cast<const BYTE*>(history.pixels(line))};
+    };
+    Rows rows;
+    std::size_t count = 0;
+    for (int line = std::max(y - 1, 0); line <= std::min(y + 1, height - 1); ++line)
+      rows[count++] = rowAt(line);
+    const bool wide = width >= 3 && count > 1;
+    if (wide) {
+      const MedianKernels::Row first =
+          count == 3 ? rows[0] : MedianKernels::Row{outside.data(), rows[0].pixels};
+      ofPixels(first, rows[count - 2], rows[count - 1], width - 2, image.row(y) + 4);
+    }
     Bgra* const out = pixelsOf(image.row(y));
-    const bool inside = width >= 3 && y > 0 && y + 1 < height;
-    if (!inside) {
-      for (int x = 0; x < width; ++x) out[x] = medianAtEdge(history, image, x, y);
-      continue;
-    }
-    columns.sort(history.lumas(y - 1), history.lumas(y), history.lumas(y + 1), width);
-    findMedians(columns, width - 2, places.data());
-    // The pixel at each place of the neighbourhood of column 1. Of four places for a row three are used.
-    std::array<const Bgra*, 12> at;
-    for (std::size_t place = 0; place < at.size(); ++place) {
-      at[place] = history.pixels(y - 1 + static_cast<int>(place / 4)) + place % 4;
-    }
-    for (int x = 0; x < width - 2; ++x) out[x + 1] = at[places[static_cast<std::size_t>(x)]][x];
-    out[0] = medianAtEdge(history, image, 0, y);
-    out[width - 1] = medianAtEdge(history, image, width - 1, y);
+    const int step = wide ? width - 1 : 1;
+    for (int x = 0; x < width; x += step)
+      out[x] = medianAtEdge(rows.data(), static_cast<int>(count), x, width);
   }
 }
 

@@ -5,13 +5,9 @@
 
 #include "dib/view.h"
 #include "dib32/bgra.h"
+#include "kernels/median.h"
 
 namespace dibkit {
-
-/// lumas[i] = luminance(pixels[i])
-inline void luminances(const Bgra* pixels, int count, BYTE* lumas) {
-  for (int i = 0; i < count; ++i) lumas[i] = static_cast<BYTE>(luminance(pixels[i]));
-}
 
 /// Luminances and pixels of the last rows of an image as they were before the filter changed them.
 class RowHistory {
@@ -26,7 +22,7 @@ class RowHistory {
   void load(int y) {
     const Bgra* row = pixelsOf(image_.row(y));
     std::copy_n(row, image_.width(), pixels_.begin() + start(y));
-    luminances(row, image_.width(), lumas_.data() + start(y));
+    kernels<MedianKernels>().luminances(image_.row(y), image_.width(), lumas_.data() + start(y));
   }
   const Bgra* pixels(int y) const { return pixels_.data() + start(y); }
   const BYTE* lumas(int y) const { return lumas_.data() + start(y); }
