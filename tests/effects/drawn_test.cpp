@@ -229,11 +229,11 @@ TEST(Thawing, PixelatesByTwoFifthsOfItsAmount) {
 }
 
 TEST(Thawing, KeepsTheColoursAndTheAlphaOfOneColour) {
-  const auto uniform = [](int, int) { return DWORD{0x80'FF'64'00}; };
+  const auto uniform = [](int, int) { return DWORD{0x80'95'64'14}; };
   const OwnedDib in = drawn(30, 20, 32, uniform), out = opaquePicture(30, 20, 1);
   const dibkit::Effect* thaw = dibkit::findEffect("thaw");
   ASSERT_NE(thaw, nullptr);
-  // Blocks of one colour: 128 / 255 of 255 and 100 is 128 and 50, and back again 255 and 100.
+  // Blocks of one colour: 128 / 255 of 149, 100 and 20 is 75, 50 and 10, and back again 149, 100 and 20.
   EXPECT_EQ(pixelsOf(thaw->frame(in.get(), out.get(), 0, 0.9)), pixelsOf(in));
 }
 
