@@ -1,10 +1,11 @@
 #include <algorithm>
-#include <cmath>
+#include <numeric>
 #include <vector>
 
 #include "dib/view.h"
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
+#include "kernels/brush.h"
 #include "platform/guard.h"
 #include "raster/placement.h"
 #include "raster/region_spans.h"
@@ -12,9 +13,9 @@
 namespace dibkit {
 namespace {
 
-/// How many bytes of a brush are not 0 in the box around each of its pixels, row by row from the top. The box
-/// has n x n pixels, starts n / 2 to the left of and above its pixel (so it is off centre when n is even) and
-/// ends at the brush's edges. Running sums make the cost of a pixel independent of n.
+/// How many bytes of a brush are not 0 in the box around each of its pixels, row by row from the bottom. The
+/// box has n x n pixels, starts n / 2 to the left of and above its pixel (so it is off centre when n is even)
+/// and ends at the brush's edges. Running sums make the cost of a pixel independent of n.
 class BoxCounts {
  public:
   /// \param n 1 to the lesser side of the brush
@@ -22,56 +23,69 @@ class BoxCounts {
       : brush_(brush),
         n_(n),
         columns_(static_cast<std::size_t>(brush.width()) + static_cast<std::size_t>(n)),
-        counts_(static_cast<std::size_t>(brush.width())) {
-    for (int y = 0; y < ahead(); ++y) addRow<1>(y);
+        outside_(static_cast<std::size_t>(brush.width())) {
+    for (int y = brush.height() - 1 + n / 2; y >= brush.height(); --y) move(y);
   }
 
-  /// The counts of the next row, whose number is y.
-  std::int32_t* next(int y) {
-    if (y + ahead() < brush_.height()) addRow<1>(y + ahead());
-    if (y - n_ / 2 > 0) addRow<-1>(y - n_ / 2 - 1);
-    std::int32_t count = 0;
-    const std::uint16_t* column = columns_.data();
-    for (int x = 0; x < n_; ++x) count += column[x];
-    for (std::int32_t& result : counts_) {
-      result = count;
-      count += column[n_] - column[0];
-      ++column;
-    }
-    return counts_.data();
+  /// Proceeds to the next row, whose number is y.
+  /// \return for each of its pixels the first of n counts of columns, which its box has; n more follow the
+  /// last
+  const std::uint16_t* next(int y) {
+    move(y);
+    return columns_.data();
   }
 
  private:
-  /// Rows below a pixel's own in its box.
-  int ahead() const { return n_ - n_ / 2 - 1; }
-
-  template <int Step>
-  void addRow(int y) {
-    const BYTE* row = brush_.row(y);
-    std::uint16_t* const columns = columns_.data() + n_ / 2;
-    for (int x = 0; x < brush_.width(); ++x) {
-      columns[x] = static_cast<std::uint16_t>(columns[x] + (row[x] != 0 ? Step : 0));
-    }
+  const BYTE* row(int y) const { return y >= 0 && y < brush_.height() ? brush_.row(y) : outside_.data(); }
+  /// The columns' counts from those of row y + 1 to those of row y.
+  void move(int y) {
+    const int top = y - n_ / 2;
+    moveCounts_(row(top), row(top + n_), brush_.width(), columns_.data() + n_ / 2);
   }
 
   ConstView brush_;
   int n_;
   std::vector<std::uint16_t> columns_;  ///< sums of n rows, with room for the box on both sides of the brush
-  std::vector<std::int32_t> counts_;
+  std::vector<BYTE> outside_;           ///< a row above or below the brush
+  decltype(BrushKernels::moveCounts) moveCounts_ = kernels<BrushKernels>().moveCounts;
 };
 
-/// values[i] = amount values[i] / area. The product wraps in 32 bits, which takes amounts beyond a byte or
-/// boxes of some thousand pixels a side; the quotient is truncated towards zero.
-void scaleCounts(std::int32_t amount, std::int32_t area, std::int32_t* values, int count) {
-  // Exact: the half outweighs the error of a double and is too small to reach the next whole quotient.
-  const double reciprocal = 1.0 / area;
-  for (int i = 0; i < count; ++i) {
-    const auto product =
-        static_cast<std::int32_t>(static_cast<std::uint32_t>(amount) * static_cast<std::uint32_t>(values[i]));
-    const double dividend = product;
-    values[i] = static_cast<std::int32_t>((dividend + std::copysign(0.5, dividend)) * reciprocal);
+/// The brush's strengths, amount count / (n n), for amounts of a byte and boxes of usual sizes.
+struct ByteStrengths {
+  using Value = BYTE;
+  int n, amount;
+
+  static bool suits(int n, std::int32_t amount) {
+    return n <= BrushKernels::largestBox && amount >= 0 && amount <= 255;
   }
-}
+  void row(const std::uint16_t* columns, int width, BYTE* values) const {
+    kernels<BrushKernels>().strengths(columns, n, amount, width, values);
+  }
+};
+
+/// The same for any amount and any box. The product wraps in 32 bits, which takes amounts beyond a byte or
+/// boxes of some thousand pixels a side; the quotient is truncated towards zero.
+struct WrappingStrengths {
+  using Value = std::int32_t;
+  int n;
+  std::vector<std::int32_t> table;  ///< for each count; the brush has as many pixels but one, or more
+
+  WrappingStrengths(int side, std::int32_t amount)
+      : n(side), table(static_cast<std::size_t>(n) * static_cast<std::size_t>(n) + 1) {
+    std::uint32_t product = 0;
+    for (std::int32_t& strength : table) {
+      strength = static_cast<std::int32_t>(product) / (n * n);
+      product += static_cast<std::uint32_t>(amount);
+    }
+  }
+  void row(const std::uint16_t* columns, int width, std::int32_t* values) const {
+    std::int32_t count = std::accumulate(columns, columns + n, std::int32_t{0});
+    for (int x = 0; x < width; ++x) {
+      values[x] = table[static_cast<std::size_t>(count)];
+      count += columns[x + n] - columns[x];
+    }
+  }
+};
 
 constexpr std::int32_t addWrapping(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
@@ -87,6 +101,7 @@ struct SoftErase {
   static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
     return std::max(subtractWrapping(alpha, strength), 0);
   }
+  static constexpr auto kernel = &BrushKernels::lowerAlphas;
 };
 
 /// The fill adds the share of 255 - amount, so that 0 is the strongest, up to 255. Where that is negative
@@ -96,6 +111,7 @@ struct SoftFill {
   static std::int32_t apply(std::int32_t alpha, std::int32_t strength) {
     return std::min(addWrapping(alpha, strength), 255);
   }
+  static constexpr auto kernel = &BrushKernels::raiseAlphas;
 };
 
 template <class Rule>
@@ -106,14 +122,60 @@ void applyStrengths(const std::int32_t* strengths, int count, BYTE* pixels) {
     Bgra32::put(pixels, i, (pixel & colourBits) | alpha << 24);
   }
 }
+template <class Rule>
+void applyStrengths(const BYTE* strengths, int count, BYTE* pixels) {
+  (kernels<BrushKernels>().*Rule::kernel)(strengths, count, pixels);
+}
 
 /// strengths[i] = 0 where the reference is transparent
-void keepWhereVisible(const BYTE* reference, int count, std::int32_t* strengths) {
-  for (int i = 0; i < count; ++i) strengths[i] = Bgra32::get(reference, i) > colourBits ? strengths[i] : 0;
+template <class Strength>
+void keepWhereVisible(const BYTE* reference, int count, Strength* strengths) {
+  for (int i = 0; i < count; ++i) {
+    strengths[i] = Bgra32::get(reference, i) > colourBits ? strengths[i] : Strength{0};
+  }
+}
+
+/// Where a brush touches an image.
+struct Touch {
+  View destination;
+  ConstView brush;
+  const View* reference;  ///< where its pixels are transparent nothing changes; null for none
+  Box brushBox;
+  Box area;
+  int n;
+};
+
+template <class Rule, class Strengths>
+void applyBrush(const Touch& touch, const Strengths& rule, const RegionSpans* clip) {
+  using Strength = typename Strengths::Value;
+  BoxCounts counts(touch.brush, touch.n);
+  std::vector<Strength> strengths(static_cast<std::size_t>(touch.brush.width()));
+  // The sums continue from row to row, so they begin with the brush even where it is below the destination.
+  // Upwards, since that is the order of memory, the faster one.
+  for (std::int64_t y = touch.brushBox.bottom - 1; y >= touch.area.top; --y) {
+    const std::uint16_t* columns = counts.next(static_cast<int>(y - touch.brushBox.top));
+    if (y >= touch.area.bottom) continue;
+    rule.row(columns, touch.brush.width(), strengths.data());
+    const int line = static_cast<int>(y);
+    const int left = static_cast<int>(touch.area.left);
+    const int right = static_cast<int>(touch.area.right);
+    const auto paint = [&](int from, int end) {
+      Strength* const first = strengths.data() + (from - touch.brushBox.left);
+      const std::ptrdiff_t offset = std::ptrdiff_t{from} * 4;
+      if (touch.reference != nullptr) {
+        keepWhereVisible(touch.reference->row(line) + offset, end - from, first);
+      }
+      applyStrengths<Rule>(first, end - from, touch.destination.row(line) + offset);
+    };
+    if (clip == nullptr) {
+      paint(left, right);
+    } else {
+      clip->splitRow(line, left, right, paint, [](int, int) {});
+    }
+  }
 }
 
 /// One touch of a soft brush.
-/// \param reference where its pixels are transparent nothing changes; null for none
 template <class Rule>
 void brushAlpha(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushDib, const POINT& position,
                 int amount, int size, HRGN clipRegion, const View* reference = nullptr) {
@@ -125,29 +187,16 @@ void brushAlpha(BITMAPINFOHEADER* destinationDib, const BITMAPINFOHEADER* brushD
   if (reference != nullptr) area.bottom = std::min<std::int64_t>(area.bottom, reference->height());
   // n * n fits: a brush of n x n bytes is a block of less than 2^31.
   const int n = std::min({size, brush.width(), brush.height()});
-  const RegionSpans clip(clipRegion);
-  if (area.empty() || n < 1 || (clipRegion != nullptr && !clip.valid())) return;
+  const RegionSpans spans(clipRegion);
+  if (area.empty() || n < 1 || (clipRegion != nullptr && !spans.valid())) return;
 
-  BoxCounts counts(brush, n);
-  const auto paint = [&](int y, int left, int right, std::int32_t* strengths) {
-    const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
-    scaleCounts(Rule::share(amount), n * n, strengths, right - left);
-    if (reference != nullptr) keepWhereVisible(reference->row(y) + offset, right - left, strengths);
-    applyStrengths<Rule>(strengths, right - left, destination.row(y) + offset);
-  };
-  // The sums continue from row to row, so they begin with the brush even where it is above the destination.
-  for (std::int64_t y = brushBox.top; y < area.bottom; ++y) {
-    std::int32_t* const rowCounts = counts.next(static_cast<int>(y - brushBox.top));
-    if (y < area.top) continue;
-    const int line = static_cast<int>(y);
-    const int left = static_cast<int>(area.left);
-    const int right = static_cast<int>(area.right);
-    const auto span = [&](int from, int end) { paint(line, from, end, rowCounts + (from - brushBox.left)); };
-    if (clipRegion == nullptr) {
-      span(left, right);
-    } else {
-      clip.splitRow(line, left, right, span, [](int, int) {});
-    }
+  const Touch touch{destination, brush, reference, brushBox, area, n};
+  const RegionSpans* const clip = clipRegion != nullptr ? &spans : nullptr;
+  const std::int32_t share = Rule::share(amount);
+  if (ByteStrengths::suits(n, share)) {
+    applyBrush<Rule>(touch, ByteStrengths{n, share}, clip);
+  } else {
+    applyBrush<Rule>(touch, WrappingStrengths(n, share), clip);
   }
 }
 
