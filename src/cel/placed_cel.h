@@ -17,10 +17,20 @@ class PlacedCel {
   const Box& box() const { return box_; }
   const Cel& cel() const { return cel_; }
 
+  /// Whether all pixels of an area are opaque pixels of the cel, as far as that shows without a look at a
+  /// mask.
+  bool covers(const Box& area) const {
+    const Box common = intersection(box_, area);
+    return !cel_.mask().present() && common.width() == area.width() && common.height() == area.height();
+  }
   /// Gives the opaque pixels on line y in the columns of `area`: bit x of `bits` is 1 where the cel has an
   /// opaque pixel at area.left + x.
   void opaqueBits(std::int64_t y, const Box& area, std::uint64_t* bits);
 
+  /// The first byte of the pixel (x, y) inside the cel, for depths of whole bytes.
+  const BYTE* at(std::int64_t x, std::int64_t y) const {
+    return cel_.view().row(static_cast<int>(y - box_.top)) + (x - box_.left) * cel_.bitCount() / 8;
+  }
   /// `count` pixels to the right of (x, y), all inside the cel, as blue, green, red bytes; valid until the
   /// next call.
   const BYTE* bgr(std::int64_t x, std::int64_t y, int count) {

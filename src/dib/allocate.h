@@ -17,13 +17,13 @@ OwnedDib createDib(int width, int height, int bitCount, int clrUsed,
 /// A new frame mask without transparent pixels: palette entry 0 black, entry 1 white.
 OwnedDib createMask(int width, int height);
 
-/// A new image with a full palette, whose lines row(bytes, y) writes, from the top. Null when it cannot be
-/// created.
+/// A new image with a full palette, whose lines row(bytes, y) writes, from the bottom, which is the order of
+/// memory. Null when it cannot be created.
 template <class Row>
 OwnedDib makeImage(int width, int height, int bitCount, Row&& row) {
   OwnedDib image = createDib(width, height, bitCount, 0, InitialPixels::unwritten);
   const View view(image.get());
-  for (int y = 0; y < view.lines(); ++y) row(view.row(y), y);
+  for (int y = view.lines(); y-- > 0;) row(view.row(y), y);
   return image;
 }
 

@@ -1,17 +1,20 @@
+#include <cstring>
+
 #include "dib/view.h"
 #include "dib32/dib32.h"
 #include "dib32/opacity.h"
 #include "kernels/blend.h"
+#include "kernels/copy.h"
 #include "raster/placement.h"
 
 namespace dibkit {
 namespace {
 
-/// Calls row(to, from, count, amount, mask) for every row of the overlap of two images and a mask, if there
-/// is one.
+/// Calls row(to, from, count, amount, mask) for the rows of the overlap of two images and a mask, if there is
+/// one.
 template <auto row, class Amount, class... Mask>
 void blit(const Placed<BYTE>& destination, const Placed<BYTE>& source, Amount amount, const Mask&... mask) {
-  forEachCommonRow(
+  forEachCommonStretch(
       [amount](int count, BYTE* to, BYTE* from, const BYTE* bytes = nullptr) {
         row(pixelsOf(to), pixelsOf(from), count, amount, bytes);
       },
@@ -22,6 +25,21 @@ void blit(const Placed<BYTE>& destination, const Placed<BYTE>& source, Amount am
 template <auto kernel>
 void blendRow(Bgra* to, Bgra* from, int count, LayerOpacity opacity, const BYTE* mask) {
   (kernels<BlendKernels>().*kernel)(bytesOf(to), bytesOf(from), count, opacity, mask);
+}
+
+/// Copies the pixels, with max(alpha - reduction, 0), in order from the left.
+void copyLowered(Bgra* to, const Bgra* from, int count, BYTE reduction, const BYTE*) {
+  const auto distance = reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
+  const auto bytes = static_cast<std::size_t>(count) * sizeof(Bgra);
+  if (reduction == 0 && distance >= bytes && std::uintptr_t{0} - distance >= bytes) {
+    std::memcpy(to, from, bytes);
+  } else {
+    kernels<CopyKernels>().lowered(bytesOf(to), bytesOf(from), count, reduction);
+  }
+}
+
+void copyAlphas(Bgra* to, const Bgra* from, int count, BYTE, const BYTE*) {
+  kernels<CopyKernels>().alphas(bytesOf(to), bytesOf(from), count);
 }
 
 /// to[i] = rule(to[i], from[i], amount), pixels as numbers 0xAARRGGBB, in order from the left. Where the mask
@@ -47,13 +65,6 @@ constexpr DWORD lowered(DWORD alpha, DWORD by) { return alpha > by ? alpha - by 
 constexpr DWORD erased(DWORD below, DWORD above, BYTE strength) {
   return withAlphaOf(below, lowered(below >> 24, (above >> 24) * strength / 255));
 }
-/// alpha = max(source alpha - reduction, 0)
-constexpr DWORD copiedLowered(DWORD, DWORD above, BYTE reduction) {
-  return withAlphaOf(above, lowered(above >> 24, reduction));
-}
-constexpr DWORD copied(DWORD, DWORD above, BYTE) { return above; }
-constexpr DWORD alphaCopied(DWORD below, DWORD above, BYTE) { return withAlphaOf(below, above >> 24); }
-
 /// 256 (a + d) - a d, over 256
 constexpr BYTE stepwiseUnion(BYTE d, BYTE a) { return lowByte(((a + d) * 256 - d * a) >> 8); }
 
@@ -143,18 +154,18 @@ void CDIB32::Erase32BitsBlock(BITMAPINFOHEADER* destination, const POINT& destin
 
 void CDIB32::CopyBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                        BITMAPINFOHEADER* source, const POINT& sourceOrigin, BYTE reduction) {
-  blit<changeRow<copiedLowered>>(placedOfDepth(destination, 32, destinationOrigin),
-                                 placedOfDepth(source, 32, sourceOrigin), reduction);
+  blit<copyLowered>(placedOfDepth(destination, 32, destinationOrigin),
+                    placedOfDepth(source, 32, sourceOrigin), reduction);
 }
 
 void CDIB32::TransformBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                             BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
-  blit<changeRow<copied>>(placedOfDepth(destination, 32, destinationOrigin),
-                          placedOfDepth(source, 32, sourceOrigin), BYTE{});
+  blit<copyLowered>(placedOfDepth(destination, 32, destinationOrigin),
+                    placedOfDepth(source, 32, sourceOrigin), BYTE{});
 }
 
 void CDIB32::TransformAlphaChannelBlock(BITMAPINFOHEADER* destination, const POINT& destinationOrigin,
                                         BITMAPINFOHEADER* source, const POINT& sourceOrigin) {
-  blit<changeRow<alphaCopied>>(placedOfDepth(destination, 32, destinationOrigin),
-                               placedOfDepth(source, 32, sourceOrigin), BYTE{});
+  blit<copyAlphas>(placedOfDepth(destination, 32, destinationOrigin), placedOfDepth(source, 32, sourceOrigin),
+                   BYTE{});
 }

@@ -59,9 +59,11 @@ Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Exte
   const Box zoomed{left, top, left + std::int64_t{source.width} * factor,
                    top + std::int64_t{source.height} * factor};
   const Box area = intersection(zoomed, placedBox(destination.width, destination.height, destinationOrigin));
-  return sample(
+  Sampling sampling = sample(
       area, destinationOrigin, [&](std::int64_t x) { return static_cast<int>((x - left) / factor); },
       [&](std::int64_t y) { return static_cast<int>((y - top) / factor); });
+  sampling.repeat = factor;
+  return sampling;
 }
 
 Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Extent source,

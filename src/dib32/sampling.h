@@ -20,6 +20,7 @@ struct Sampling {
   std::vector<int> columns;
   std::vector<int> rows;
   int columnStep = 0;  ///< the distance of successive columns if it is known to be the same; else 0
+  int repeat = 1;      ///< how many successive columns show one of the source; at both ends it may be fewer
 
   int width() const { return static_cast<int>(columns.size()); }
 };
@@ -53,15 +54,20 @@ enum class ZoomOutArea {
 Sampling zoomOutSampling(Extent destination, const POINT& destinationOrigin, Extent source,
                          const POINT& sourceOrigin, int factor, ZoomOutArea area);
 
-/// Draws scaled source rows onto a 32-bit destination, from the top. gather(y, row) writes the scaled source
-/// row y, once for all successive destination rows that show it; blend(to, row) draws it.
+/// Draws scaled source rows onto a 32-bit destination of another image. gather(y, row) writes the scaled
+/// source row y, once for all successive destination rows that show it; blend(to, row) draws it on these,
+/// from the top. The source rows are taken from the bottom, which is the order of memory.
 template <class Gather, class Blend>
 void forEachSampledRow(const View& destination, const Sampling& sampling, Gather&& gather, Blend&& blend) {
   std::vector<Bgra> row(sampling.columns.size());
-  int gathered = -1;
-  for (std::size_t i = 0; i < sampling.rows.size(); ++i) {
-    if (sampling.rows[i] != gathered) gather(gathered = sampling.rows[i], row.data());
-    blend(pixelsOf(destination.row(sampling.top + static_cast<int>(i))) + sampling.left, row.data());
+  const auto lineAt = [&](std::size_t i) { return destination.row(sampling.top + static_cast<int>(i)); };
+  for (std::size_t end = sampling.rows.size(); end > 0;) {
+    const int y = sampling.rows[end - 1];
+    std::size_t begin = end - 1;
+    while (begin > 0 && sampling.rows[begin - 1] == y) --begin;
+    gather(y, row.data());
+    for (std::size_t i = begin; i < end; ++i) blend(pixelsOf(lineAt(i)) + sampling.left, row.data());
+    end = begin;
   }
 }
 

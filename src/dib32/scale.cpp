@@ -2,6 +2,7 @@
 #include "dib32/dib32.h"
 #include "dib32/sampling.h"
 #include "kernels/blend.h"
+#include "kernels/copy.h"
 #include "platform/guard.h"
 
 namespace dibkit {
@@ -17,16 +18,31 @@ void forEachSampledPixel(const View& destination, const View& source, const Samp
   }
 }
 
+/// Writes the scaled source row.
 void gatherRow(const Bgra* from, const Sampling& sampling, Bgra* row) {
   const int width = sampling.width();
   const int* const columns = sampling.columns.data();
+  const auto gather = [&](int begin, int end) {
+    for (int x = begin; x < end; ++x) putWord(row, x, wordAt(from, columns[x]));
+  };
   if (sampling.columnStep == 2) {
-    // With the step as a compile-time constant this becomes vector code.
-    const Bgra* const first = from + columns[0];
-    for (int x = 0; x < width; ++x) putWord(row, x, wordAt(first, 2 * x));
+    kernels<CopyKernels>().everySecond(bytesOf(from + columns[0]), width, bytesOf(row));
+  } else if (sampling.repeat == 2) {
+    // Both ends may show one half of a pair.
+    const int begin = width > 1 && columns[0] != columns[1] ? 1 : 0;
+    const int pairs = (width - begin) / 2;
+    gather(0, begin);
+    if (pairs > 0)
+      kernels<CopyKernels>().doubled(bytesOf(from + columns[begin]), pairs, bytesOf(row + begin));
+    gather(begin + 2 * pairs, width);
   } else {
-    for (int x = 0; x < width; ++x) putWord(row, x, wordAt(from, columns[x]));
+    gather(0, width);
   }
+}
+
+AlphaKind kindOf(const Bgra* pixels, int count) {
+  const DWORD common = kernels<CopyKernels>().commonBits(bytesOf(pixels), count);
+  return common > 0xFEFFFFFF ? AlphaKind::opaque : alphaKindOf(pixels, count);
 }
 
 void copyVisible(Bgra* to, const Bgra* from, int count) {
@@ -69,16 +85,28 @@ void copyOrShadeSource(const View& destination, const View& source, const Sampli
   }
   Bgra* from = nullptr;
   AlphaKind kind{};
+  const Bgra* drawn = nullptr;  // a row of the destination that shows the opaque row `from`
   forEachSampledRow(
       destination, sampling,
       [&](int y, Bgra* row) {
         from = pixelsOf(source.row(y));
+        drawn = nullptr;
+        if (sampling.repeat > 1) {  // shows every pixel between the first and the last one
+          const int first = sampling.columns.front();
+          kind = kindOf(from + first, sampling.columns.back() - first + 1);
+          if (kind == AlphaKind::opaque) return;
+        }
         gatherRow(from, sampling, row);
-        kind = alphaKindOf(row, sampling.width());
+        if (sampling.repeat == 1) kind = kindOf(row, sampling.width());
       },
       [&](Bgra* to, const Bgra* row) {
         if (kind == AlphaKind::opaque) {
-          std::copy_n(row, sampling.width(), to);
+          if (sampling.repeat > 1 && drawn == nullptr) {
+            gatherRow(from, sampling, to);
+            drawn = to;
+          } else {
+            std::copy_n(drawn != nullptr ? drawn : row, sampling.width(), to);
+          }
         } else if (kind == AlphaKind::opaqueOrTransparent) {
           copyVisible(to, row, sampling.width());
         } else {

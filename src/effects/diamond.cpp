@@ -4,6 +4,7 @@
 #include "dib/view.h"
 #include "effects/effects.h"
 #include "effects/piece.h"
+#include "kernels/mix.h"
 #include "platform/guard.h"
 #include "raster/region_spans.h"
 
@@ -63,15 +64,6 @@ BYTE weightAt(int percent) {
   return lowByte((end - percent) * 255 / 50);
 }
 
-/// byte = (outgoing * weight + incoming * (255 - weight)) / 255, truncated; opaque.
-void mixPixels(BYTE* to, const BYTE* in, const BYTE* out, int count, int weight) {
-  const int rest = 255 - weight;
-  for (int i = 0; i < count * 4; ++i) {
-    to[i] = static_cast<BYTE>(static_cast<std::uint16_t>(out[i] * weight + in[i] * rest) / 255);
-  }
-  for (int i = 0; i < count; ++i) to[i * 4 + 3] = 255;
-}
-
 void copyAsOpaque(BYTE* to, const BYTE* from, int count) {
   for (int i = 0; i < count; ++i) Bgra32::put(to, i, Bgra32::get(from, i) | opaqueAlpha);
 }
@@ -110,13 +102,13 @@ OwnedDib diamondFrame(const ConstView& incoming, const OutgoingRows& outgoing, i
   const OwnedRegion region = bandRegion(size);
   const RegionSpans bands(region.get());
   if (!bands.valid()) return nullptr;
+  const BYTE weight = weightAt(percent);
   return makeRows(incoming, [&](BYTE* to, int y) {
     const BYTE* in = incoming.row(y);
     const BYTE* out = outgoing.row(size.cy - 1 - y);
-    const auto mix = [&](int left, int right) {
-      const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
-      mixPixels(to + offset, in + offset, out + offset, right - left, weightAt(percent));
-    };
+    // The whole row fades; what does not is copied over it.
+    kernels<MixKernels>().opaqueOver255(out, in, size.cx, weight, to);
+    const auto leave = [](int, int) {};
     const auto copy = [to](const BYTE* from) {
       return [to, from](int left, int right) {
         const std::ptrdiff_t offset = std::ptrdiff_t{left} * 4;
@@ -125,9 +117,9 @@ OwnedDib diamondFrame(const ConstView& incoming, const OutgoingRows& outgoing, i
     };
     // First the bands fade, then the gaps between them.
     if (percent <= 50) {
-      bands.splitRow(y, 0, size.cx, mix, copy(out));
+      bands.splitRow(y, 0, size.cx, leave, copy(out));
     } else {
-      bands.splitRow(y, 0, size.cx, copy(in), mix);
+      bands.splitRow(y, 0, size.cx, copy(in), leave);
     }
   });
 }

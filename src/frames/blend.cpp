@@ -4,7 +4,7 @@
 #include "dib/allocate.h"
 #include "dib/view.h"
 #include "frames/frames.h"
-#include "frames/mix.h"
+#include "kernels/mix.h"
 #include "platform/guard.h"
 
 namespace dibkit {
@@ -21,9 +21,39 @@ struct Composite {
   OwnedDib mask;   ///< the new mask; null when it has no transparent pixel
 };
 
+/// Pixels of the upper frame and what is below them.
+struct Run {
+  PlacedCel& upper;
+  PlacedCel* lower;    ///< null where the backdrop is the colour
+  const BYTE* colour;  ///< a row of it, 24 bits
+  std::int64_t x, y;   ///< on the canvas
+  int count;
+
+  const BYTE* backdrop() const { return lower != nullptr ? lower->bgr(x, y, count) : colour; }
+  const BYTE* top() const { return upper.bgr(x, y, count); }
+};
+
+/// Mixes the pixels of a run at one weight.
+struct Mixture {
+  MixKernels::Row bytes;
+  MixKernels::Row bgra32ToBgr24;  ///< the same without decoding both frames first
+  WORD weight;
+
+  void operator()(const Run& run, BYTE* mixed) const {
+    const auto is32 = [](const PlacedCel* cel) {
+      return cel != nullptr && cel->cel().bitCount() == Bgra32::bits;
+    };
+    if (is32(&run.upper) && is32(run.lower)) {
+      bgra32ToBgr24(run.upper.at(run.x, run.y), run.lower->at(run.x, run.y), run.count, weight, mixed);
+    } else {
+      bytes(run.top(), run.backdrop(), std::ptrdiff_t{run.count} * 3, weight, mixed);
+    }
+  }
+};
+
 /// Composites two frames inside an area of the canvas, row by row from the top.
 /// \param lower may be null; where it is not opaque, the colour is the backdrop of the upper frame
-/// \param mix mix(top, backdrop, bytes, mixed) makes the pixels where the upper frame is opaque
+/// \param mix mix(run, mixed) makes the pixels where the upper frame is opaque
 /// \return nothing when memory runs out for the image or the mask
 template <class Mix>
 std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb colour, const Box& area,
@@ -40,9 +70,15 @@ std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb c
   for (int x = 0; x < width; ++x) Bgr24::put(plain.data(), x, colour);
   BitGrid opaque(width, 2);
   MaskOnDemand transparent(width, height);
-  for (int y = 0; y < target.lines(); ++y) {
+  const bool solid = upper.covers(area) && (lower == nullptr || lower->covers(area));
+  const auto compositeLine = [&](int y) {
     BYTE* row = target.row(y);
     const std::int64_t canvasY = area.top + y;
+    if (solid) {
+      mix(Run{upper, lower, plain.data(), area.left, canvasY, width}, row);
+      colours.note(row, 0, width);
+      return;
+    }
     upper.opaqueBits(canvasY, area, opaque.row(0));
     if (lower != nullptr) lower->opaqueBits(canvasY, area, opaque.row(1));
     forEachPairRun(opaque.row(0), opaque.row(1), width, [&](int left, int right, bool above, bool below) {
@@ -53,16 +89,19 @@ std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb c
         if (beside == Beside::lowerFrame) transparent.mark(y, left, right);
         return;
       }
-      const std::int64_t canvasX = area.left + left;
-      const BYTE* backdrop = below ? lower->bgr(canvasX, canvasY, right - left) : plain.data();
+      const Run run{upper, below ? lower : nullptr, plain.data(), area.left + left, canvasY, right - left};
       if (above) {
-        mix(upper.bgr(canvasX, canvasY, right - left), backdrop, bytes, out);
+        mix(run, out);
       } else {
-        std::memcpy(out, backdrop, bytes);
+        std::memcpy(out, run.backdrop(), bytes);
       }
       colours.note(row, left, right);
     });
-  }
+  };
+  // Colours are noted from the top. When there are too many of them the rest is done in the order of memory.
+  int y = 0;
+  while (y < target.lines() && !colours.overflowed()) compositeLine(y++);
+  for (int rest = target.lines(); rest-- > y;) compositeLine(rest);
   if (transparent.failed()) return std::nullopt;
   return Composite{colours.finish(std::move(work)), transparent.take()};
 }
@@ -70,11 +109,10 @@ std::optional<Composite> compositeOver(PlacedCel& upper, PlacedCel* lower, Rgb c
 /// Fades the upper frame inside its own box; the out mask is a copy of its mask.
 int fadeUpper(PlacedCel& upper, BITMAPINFOHEADER* mask, PlacedCel* lower, DWORD colour, BYTE opacity,
               BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  const MixKernels& mixing = kernels<MixKernels>();
   std::optional<Composite> composite =
       compositeOver(upper, lower, fromColorRef(colour), upper.box(), Beside::nothing,
-                    [opacity](const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE* mixed) {
-                      mixByByteOpacity(top, backdrop, bytes, opacity, mixed);
-                    });
+                    Mixture{mixing.bytesOver255, mixing.bgra32ToBgr24Over255, opacity});
   if (!composite) return 0;
   *outImage = composite->image.release();
   *outMask = CBitmapCreator::Clone(mask);
@@ -126,8 +164,8 @@ int MergeFrames(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const POINT& 
     PlacedCel upper(frameA, maskA, positionA);
     PlacedCel lower(frameB, maskB, positionB);
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
-    const auto takeTop = [](const BYTE* top, const BYTE*, std::size_t bytes, BYTE* mixed) {
-      std::memcpy(mixed, top, bytes);
+    const auto takeTop = [](const Run& run, BYTE* mixed) {
+      std::memcpy(mixed, run.top(), static_cast<std::size_t>(run.count) * 3);
     };
     return mergeInside(unionOf(upper.box(), lower.box()), upper, lower, 0, takeTop, outImage, outMask,
                        outPosition);
@@ -144,9 +182,8 @@ int AlphaBlendByFrame2(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, const 
     if (!upper || !lower || outImage == nullptr || outMask == nullptr || outPosition == nullptr) return 0;
     const Box area =
         intersection(unionOf(upper.box(), lower.box()), placedBox(canvas.cx, canvas.cy, POINT{0, 0}));
-    const auto mix = [opacity](const BYTE* top, const BYTE* backdrop, std::size_t bytes, BYTE* mixed) {
-      mixByWordOpacity(top, backdrop, bytes, opacity, mixed);
-    };
+    const MixKernels& mixing = kernels<MixKernels>();
+    const Mixture mix{mixing.bytesOver256, mixing.bgra32ToBgr24Over256, opacity};
     return mergeInside(area, upper, lower, colour, mix, outImage, outMask, outPosition);
   });
 }

@@ -3,12 +3,12 @@
 #include <vector>
 
 #include "dib/pixel_format.h"
-#include "frames/mix.h"
+#include "kernels/mix.h"
 
 namespace dibkit {
 
-/// A percentage as an opacity of mixByWordOpacity: 100 is 256. Computed in 64 bits and taken modulo 2^16, so
-/// that every int is valid.
+/// A percentage as a weight of MixKernels::bytesOver256: 100 is 256. Computed in 64 bits and taken modulo
+/// 2^16, so that every int is valid.
 constexpr WORD opacityOfPercent(int percent) {
   return static_cast<WORD>(std::int64_t{percent} * 256 / 100 & 0xFFFF);
 }
@@ -25,7 +25,8 @@ class Tint {
   /// Tints the pixels [left, right) of a 24-bit row.
   void apply(BYTE* row, int left, int right) const {
     BYTE* first = row + std::ptrdiff_t{left} * 3;
-    mixByWordOpacity(fill_.data(), first, static_cast<std::size_t>(right - left) * 3, opacity_, first);
+    kernels<MixKernels>().bytesOver256(fill_.data(), first, std::ptrdiff_t{right - left} * 3, opacity_,
+                                       first);
   }
 
  private:

@@ -28,6 +28,13 @@ HWY_INLINE void storePixels(VU32 pixels, std::uint8_t* to) {
   hn::StoreU(hn::BitCast(U8(), pixels), U8(), to);
 }
 
+/// Whether writing a vector of `to` changes pixels of `from` that the same vector has read already: `to`
+/// begins inside of it. Compared as numbers, since pointers into two different images have no defined order.
+HWY_INLINE bool writesAhead(const std::uint8_t* from, const std::uint8_t* to) {
+  const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
+  return ahead != 0 && ahead < vectorBytes();
+}
+
 /// \name The same bits as numbers of 16 bits, two for each pixel, and back
 /// @{
 HWY_INLINE VU16 words(VU32 pixels) { return hn::BitCast(U16(), pixels); }

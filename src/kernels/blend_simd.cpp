@@ -174,13 +174,6 @@ struct PlainOver {
   }
 };
 
-/// Whether writing a vector of `to` changes pixels of `from` that the same vector has read already: `to`
-/// begins inside of it. Compared as numbers, since pointers into two different images have no defined order.
-HWY_INLINE bool writesAhead(const Byte* from, const Byte* to) {
-  const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
-  return ahead != 0 && ahead < vectorBytes();
-}
-
 HWY_INLINE const Byte* at(const Byte* mask, std::ptrdiff_t x) { return mask != nullptr ? mask + x : nullptr; }
 
 /// Calls step(below, above, alphas) for whole vectors of the row, from the left; the twin processes the rest.

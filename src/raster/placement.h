@@ -111,4 +111,33 @@ void forEachCommonRow(Use&& use, const Placed<Byte>&... placed) {
   }
 }
 
+/// The same for operations on separate images, in the order of memory: rows that follow each other without a
+/// gap are passed as one long row. Views of one image are passed row by row from the top, since there the
+/// order can change the result.
+template <class Use, class... Byte>
+void forEachCommonStretch(Use&& use, const Placed<Byte>&... placed) {
+  const auto overlap = overlapOf<sizeof...(Byte)>({placed.box()...});
+  if (overlap.height == 0) return;
+  const std::array bottoms{static_cast<const void*>(placed.view.row(placed.view.height() - 1))...};
+  const bool separate = [&] {
+    for (std::size_t i = 1; i < bottoms.size(); ++i) {
+      if (std::find(bottoms.begin(), bottoms.begin() + i, bottoms[i]) != bottoms.begin() + i) return false;
+    }
+    return true;
+  }();
+  if (!separate) return forEachCommonRow(use, placed...);
+  const bool gapless =
+      ((std::int64_t{overlap.width} * placed.view.bitCount() / 8 == placed.view.stride()) && ...);
+  const int rows = gapless ? std::min(overlap.height, INT32_MAX / overlap.width) : 1;
+  for (int bottom = overlap.height; bottom > 0; bottom -= rows) {
+    const int count = std::min(rows, bottom);
+    std::size_t next = 0;
+    const auto start = [&](const auto& one) {
+      const auto& corner = overlap.start[next++];
+      return one.at(corner.x, corner.y + bottom - 1);
+    };
+    std::apply(use, std::tuple{overlap.width * count, start(placed)...});
+  }
+}
+
 }  // namespace dibkit
