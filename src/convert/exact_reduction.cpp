@@ -138,7 +138,7 @@ OwnedDib reduceExactly(const BITMAPINFOHEADER* dib, int colourCount, CQorCommonP
       createDib(source.width(), source.height(), Format::bits, colourCount, InitialPixels::unwritten);
   if (!result) return nullptr;
   ExactReducer<Format> reducer(source, result.get());
-  return fillRows(std::move(result), progress, [&](BYTE* to, int y) { reducer.row(to, y); });
+  return fillRowsFromTop(std::move(result), progress, [&](BYTE* to, int y) { reducer.row(to, y); });
 }
 
 }  // namespace

@@ -54,8 +54,8 @@ OwnedDib changeDepth(const BITMAPINFOHEADER* dib, const ColourMap* map, CQorComm
                               InitialPixels::unwritten);
   if (!result) return nullptr;
   RemapTable table = makePalette<From, To>(dib, map, result.get());
-  return fillRows(std::move(result), progress,
-                  [&](BYTE* to, int y) { table.row<From, To>(source.row(y), source.width(), to); });
+  return fillRowsFromTop(std::move(result), progress,
+                         [&](BYTE* to, int y) { table.row<From, To>(source.row(y), source.width(), to); });
 }
 
 template <class From, class To>

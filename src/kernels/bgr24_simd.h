@@ -64,7 +64,7 @@ constexpr Moves movesTo24() {
 using WordIndices = decltype(hn::SetTableIndices(U32(), static_cast<const std::uint32_t*>(nullptr)));
 
 /// Loads vectorPixels() pixels of 24 bits as pixels of 32 bits, whose bytes are in the order that
-/// movesFrom24() has. Reads vectorBytes() bytes.
+/// movesFrom24() has. Reads at most vectorBytes() bytes.
 template <const Moves& moves>
 class Bgr24Loader {
  public:
@@ -73,10 +73,15 @@ class Bgr24Loader {
       : bytes_(hn::Load(U8(), moves.bytes)), words_(hn::SetTableIndices(U32(), moves.words)) {}
 
   HWY_INLINE VU8 operator()(const std::uint8_t* from) const {
-    const VU8 loaded = hn::LoadU(U8(), from);
     if constexpr (HWY_MAX_BYTES == 16) {
-      return hn::TableLookupBytesOr0(loaded, bytes_);
+      return hn::TableLookupBytesOr0(hn::LoadU(U8(), from), bytes_);
+    } else if constexpr (HWY_MAX_BYTES == 32) {
+      // Two loads take less time than one and a permutation across the halves.
+      const hn::Half<U8> half;
+      const VU8 blocks = hn::Combine(U8(), hn::LoadU(half, from + 12), hn::LoadU(half, from));
+      return hn::TableLookupBytesOr0(blocks, bytes_);
     } else {
+      const VU8 loaded = hn::LoadU(U8(), from);
       const auto blocks = hn::TableLookupLanes(hn::BitCast(U32(), loaded), words_);
       return hn::TableLookupBytesOr0(hn::BitCast(U8(), blocks), bytes_);
     }
@@ -87,8 +92,8 @@ class Bgr24Loader {
   WordIndices words_;
 };
 
-/// Stores the first three bytes of each of vectorPixels() pixels of 32 bits. Writes vectorBytes() bytes, the
-/// last quarter of which has no meaning: what is stored after it replaces them.
+/// Stores the first three bytes of each of vectorPixels() pixels of 32 bits. Writes at most vectorBytes()
+/// bytes, the last quarter of which has no meaning: what is stored after it replaces them.
 class Bgr24Storer {
  public:
   HWY_INLINE Bgr24Storer()
@@ -98,6 +103,10 @@ class Bgr24Storer {
     const VU8 packed = hn::TableLookupBytesOr0(pixels, bytes_);
     if constexpr (HWY_MAX_BYTES == 16) {
       hn::StoreU(packed, U8(), to);
+    } else if constexpr (HWY_MAX_BYTES == 32) {
+      const hn::Half<U8> half;
+      hn::StoreU(hn::LowerHalf(half, packed), half, to);
+      hn::StoreU(hn::UpperHalf(half, packed), half, to + 12);
     } else {
       hn::StoreU(hn::BitCast(U8(), hn::TableLookupLanes(hn::BitCast(U32(), packed), words_)), U8(), to);
     }
