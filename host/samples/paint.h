@@ -9,7 +9,7 @@
 
 /// \file
 /// What the sample pictures are painted with: colours as light, noise, shapes as smooth functions of the
-/// place.
+/// place. A scene computes only what shows: nothing behind what covers a place wholly.
 namespace host::paint {
 
 constexpr double pi = 3.14159265358979323846;
@@ -20,7 +20,8 @@ struct Point {
 };
 constexpr Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
 constexpr Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
-inline double length(Point p) { return std::hypot(p.x, p.y); }
+constexpr double square(double value) { return value * value; }
+inline double length(Point p) { return std::sqrt(square(p.x) + square(p.y)); }
 
 /// Red, green and blue from 0 to 1.
 struct Colour {
@@ -55,7 +56,7 @@ inline double chance(int x, int y, unsigned seed) {
                     static_cast<std::uint32_t>(y) * 0xD8163841U ^ seed * 0xCB1AB31FU;
   h = (h ^ h >> 16) * 0x7FEB352DU;
   h = (h ^ h >> 15) * 0x846CA68BU;
-  return (h ^ h >> 16) / 4294967295.0;
+  return (h ^ h >> 16) * (1 / 4294967295.0);
 }
 
 /// Smooth noise from 0 to 1 with features of about one unit.
