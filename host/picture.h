@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -15,7 +16,10 @@ struct Pixel {
   BYTE red = 0;
   BYTE alpha = 0;
 
-  bool operator==(const Pixel&) const = default;
+  /// All four bytes at once: the compiler would compare one after the other.
+  constexpr bool operator==(const Pixel& other) const {
+    return std::bit_cast<std::uint32_t>(*this) == std::bit_cast<std::uint32_t>(other);
+  }
 };
 static_assert(sizeof(Pixel) == 4);
 

@@ -69,13 +69,12 @@ bool GifDecoder::show() {
   const RECT part = clippedTo(size(), frame_.left, frame_.top, frame_.size);
   pixelsLeft_ -= areaOf(part);
   if (pixelsLeft_ < 0) throw FormatError("the file is too short for the pixels of its frames");
-  const RECT takenAway = canvas_.prepare(part, frame_.disposal);
+  changed_ = canvas_.prepare(part, frame_.disposal);
   if (!draw(part) && (!shownAny_ || frame_.cut)) {
     canvas_.forget();
     return false;
   }
-  changed_ = {0, 0, size().width, size().height};
-  if (shownAny_) UnionRect(&changed_, &takenAway, &part);
+  if (!shownAny_) changed_ = {0, 0, size().width, size().height};
   shownAny_ = true;
   return true;
 }
@@ -109,12 +108,21 @@ bool GifDecoder::draw(const RECT& part) {
 void GifDecoder::drawLine(int y, const RECT& part, ByteView indices, const std::array<Pixel, 256>& colours) {
   if (y >= part.bottom) return;
   Pixel* row = canvas_.drawing().row(y) + part.left;
-  for (const std::uint8_t index :
-       indices.first(std::min<std::size_t>(indices.size(), part.right - part.left))) {
-    const Pixel colour = colours[index];
-    if (colour.alpha != 0) *row = colour;
-    ++row;
+  const auto changes = [&](int x) {
+    const Pixel& colour = colours[indices[static_cast<std::size_t>(x)]];
+    return colour.alpha != 0 && colour != row[x];
+  };
+  int first = 0;
+  int last = std::min(static_cast<int>(indices.size()), static_cast<int>(part.right - part.left));
+  while (first < last && !changes(first)) ++first;
+  if (first == last) return;
+  while (!changes(last - 1)) --last;
+  for (int x = first; x < last; ++x) {
+    const Pixel& colour = colours[indices[static_cast<std::size_t>(x)]];
+    row[x] = colour.alpha != 0 ? colour : row[x];
   }
+  const RECT line{part.left + first, y, part.left + last, y + 1};
+  UnionRect(&changed_, &changed_, &line);
 }
 
 /// What each index of the frame draws; nothing is drawn by the transparent one and those beyond the palette.

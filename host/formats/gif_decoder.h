@@ -37,7 +37,8 @@ class GifDecoder {
   bool next();
   /// The frame reached, until the next step.
   const Picture& canvas() const { return canvas_.picture(); }
-  /// The rectangle outside of which the canvas is as it was a step before; all of it at the first frame.
+  /// The rectangle outside of which the canvas is as it was a step before: what the step restored, and the
+  /// box of the pixels that it changed. All of the canvas at the first frame.
   RECT changed() const { return changed_; }
   /// The time of the frame in hundredths of a second.
   int delay() const { return frame_.delay; }

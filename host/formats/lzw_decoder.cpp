@@ -10,7 +10,7 @@ LzwDecoder::LzwDecoder(ByteView codes, int minimumCodeSize)
     const auto entry = static_cast<std::size_t>(code);
     length_[entry] = 1;
     // Code sizes above 8 have literals that are no palette index; their low eight bits are one.
-    first_[entry] = last_[entry] = static_cast<std::uint8_t>(code & 255);
+    chunk_[entry] = first_[entry] = static_cast<std::uint8_t>(code & 255);
   }
   clear();
 }
@@ -22,9 +22,12 @@ void LzwDecoder::clear() {
 }
 
 int LzwDecoder::nextCode() {
-  for (; bitCount_ < codeSize_; bitCount_ += 8) {
-    if (position_ == codes_.size()) return none;
-    bits_ |= std::uint32_t{codes_[position_++]} << bitCount_;
+  if (bitCount_ < codeSize_) {
+    const std::size_t count = std::min<std::size_t>(4, codes_.size() - position_);
+    for (std::size_t i = 0; i < count; ++i, bitCount_ += 8)
+      bits_ |= std::uint64_t{codes_[position_ + i]} << bitCount_;
+    position_ += count;
+    if (bitCount_ < codeSize_) return none;
   }
   const int code = static_cast<int>(bits_ & ((1U << codeSize_) - 1));
   bits_ >>= codeSize_;
@@ -39,11 +42,18 @@ bool LzwDecoder::addString(int code) {
   if (next_ == tableSize) return true;
   const auto before = static_cast<std::size_t>(previous_);
   const auto added = static_cast<std::size_t>(next_);
-  prefix_[added] = static_cast<std::uint16_t>(previous_);
+  // The string being added may be the one that this code means.
+  const std::uint64_t last = code == next_ ? first_[before] : first_[static_cast<std::size_t>(code)];
+  const std::size_t inChunk = length_[before] % chunkSize;
+  if (inChunk == 0) {
+    chunk_[added] = last;
+    front_[added] = static_cast<std::uint16_t>(before);
+  } else {
+    chunk_[added] = chunk_[before] | last << 8 * inChunk;
+    front_[added] = front_[before];
+  }
   length_[added] = static_cast<std::uint16_t>(length_[before] + 1);
   first_[added] = first_[before];
-  // The string being added may be the one that this code means.
-  last_[added] = code == next_ ? first_[before] : first_[static_cast<std::size_t>(code)];
   ++next_;
   return true;
 }
@@ -58,9 +68,15 @@ std::size_t LzwDecoder::deliverHeld(std::span<std::uint8_t> to) {
 std::size_t LzwDecoder::deliver(int code, std::span<std::uint8_t> to) {
   auto entry = static_cast<std::size_t>(code);
   const std::size_t length = length_[entry];
-  const bool fits = length <= to.size();
-  std::uint8_t* start = fits ? to.data() : held_.data();
-  for (std::uint8_t* end = start + length; end > start; entry = prefix_[entry]) *--end = last_[entry];
+  std::size_t start = (length - 1) / chunkSize * chunkSize;
+  // Whole chunks are written, beyond the end of the string.
+  const bool fits = start + chunkSize <= to.size();
+  std::uint8_t* pixels = fits ? to.data() : held_.data();
+  for (;; start -= chunkSize, entry = front_[entry]) {
+    const std::uint64_t chunk = chunk_[entry];
+    for (std::size_t i = 0; i < chunkSize; ++i) pixels[start + i] = static_cast<std::uint8_t>(chunk >> 8 * i);
+    if (start == 0) break;
+  }
   if (fits) return length;
   heldFrom_ = 0;
   heldTo_ = length;

@@ -37,19 +37,21 @@ class LzwDecoder {
   std::size_t deliver(int code, std::span<std::uint8_t> to);
   std::size_t deliverHeld(std::span<std::uint8_t> to);
 
-  // A string is the one before it in its chain and one more pixel.
-  std::array<std::uint16_t, tableSize> prefix_{};
+  // Strings are stored in chunks of eight pixels: a string has the last one, which may be shorter, and the
+  // code of the string that is all of it before that chunk.
+  static constexpr std::size_t chunkSize = 8;
+  std::array<std::uint64_t, tableSize> chunk_{};  ///< the first pixel in the lowest byte
+  std::array<std::uint16_t, tableSize> front_{};
   std::array<std::uint16_t, tableSize> length_{};
   std::array<std::uint8_t, tableSize> first_{};
-  std::array<std::uint8_t, tableSize> last_{};
   // The rest of a string that did not fit into the buffer of the last call.
-  std::array<std::uint8_t, tableSize> held_{};
+  std::array<std::uint8_t, tableSize + chunkSize> held_{};
   std::size_t heldFrom_ = 0;
   std::size_t heldTo_ = 0;
 
   ByteView codes_;
   std::size_t position_ = 0;
-  std::uint32_t bits_ = 0;
+  std::uint64_t bits_ = 0;
   int bitCount_ = 0;
   State state_ = State::running;
   int minimumCodeSize_;
