@@ -1,34 +1,18 @@
 #include "dib32/pixel_box.h"
 
-#include <algorithm>
+#include "kernels/match.h"
 
 namespace dibkit {
-namespace {
-
-/// A range as one comparison of bytes: value - low, taken modulo 256, is at most the width.
-struct Window {
-  BYTE low, width;
-
-  explicit Window(const ByteRange& range)
-      : low(static_cast<BYTE>(range.low)), width(static_cast<BYTE>(range.high - range.low)) {}
-  /// 1 or 0
-  BYTE holds(BYTE value) const { return static_cast<BYTE>(value - low) <= width; }
-};
-
-}  // namespace
 
 void markMatches(const Bgra* pixels, int count, const PixelBox& box, BYTE* flags) {
-  if (box.blue.empty() || box.green.empty() || box.red.empty() || box.alpha.empty()) {
-    std::fill_n(flags, count, BYTE{0});
-    return;
+  MatchKernels::Box limits{};
+  std::size_t i = 0;
+  for (const ByteRange& range : {box.blue, box.green, box.red, box.alpha}) {
+    // The limits of an empty range may be no bytes.
+    limits.low[i] = range.empty() ? BYTE{255} : static_cast<BYTE>(range.low);
+    limits.high[i++] = range.empty() ? BYTE{0} : static_cast<BYTE>(range.high);
   }
-  const Window blue(box.blue), green(box.green), red(box.red), alpha(box.alpha);
-  for (int i = 0; i < count; ++i) {
-    const Bgra& pixel = pixels[i];
-    // All four are evaluated: a branch would prevent vectorisation.
-    flags[i] = static_cast<BYTE>(blue.holds(pixel.blue) & green.holds(pixel.green) & red.holds(pixel.red) &
-                                 alpha.holds(pixel.alpha));
-  }
+  kernels<MatchKernels>().inside32(reinterpret_cast<const BYTE*>(pixels), count, limits, flags);
 }
 
 void keepUnderMask(const BYTE* mask, int count, BYTE* flags) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dib/pixel_format.h"
+#include "kernels/match.h"
 
 namespace dibkit {
 
@@ -14,11 +15,7 @@ class ColourRange {
   void match(const BYTE* bgr, int count, BYTE* flags) const;
 
  private:
-  /// The limits are repeated for this many pixels: all their bytes are then compared by one vectorised loop.
-  static constexpr int block = 16;
-
-  BYTE low_[block * 3];   ///< blue, green, red, inclusive
-  BYTE high_[block * 3];  ///< inclusive; below low_ when nothing matches
+  MatchKernels::Box box_;
 };
 
 }  // namespace dibkit

@@ -1,12 +1,6 @@
 #include "raster/index_rows.h"
 
-#include <bit>
-
-#include "raster/mask_rows.h"
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#endif
+#include "kernels/match.h"
 
 namespace dibkit {
 namespace {
@@ -21,33 +15,6 @@ struct BitTable {
   }
 };
 constexpr BitTable bitTable;
-
-static_assert(std::endian::native == std::endian::little);
-
-/// One bit for each of eight bytes, set where the byte is at least `level`, the first one's the most
-/// significant.
-BYTE bitsOfEight(const BYTE* bytes, BYTE level) {
-  BYTE flags[8];
-  for (int i = 0; i < 8; ++i) flags[i] = bytes[i] >= level;
-  std::uint64_t word = 0;
-  std::memcpy(&word, flags, sizeof(word));
-  // Adds bit 8i shifted to bit 63 - i for every i; no two of the partial products meet, so nothing carries.
-  return static_cast<BYTE>(word * 0x8040201008040201U >> 56);
-}
-
-#if defined(__SSE2__) || defined(_M_X64)
-/// The same for 64 bytes, each group of eight to one byte of the word.
-std::uint64_t bitsOf64(const BYTE* bytes, BYTE level) {
-  const __m128i levels = _mm_set1_epi8(static_cast<char>(level));
-  std::uint64_t bits = 0;
-  for (int i = 0; i < 4; ++i) {
-    const __m128i sixteen = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes) + i);
-    const __m128i reached = _mm_cmpeq_epi8(_mm_max_epu8(sixteen, levels), sixteen);
-    bits |= static_cast<std::uint64_t>(_mm_movemask_epi8(reached)) << 16 * i;
-  }
-  return mirrorBytes(bits);
-}
-#endif
 
 }  // namespace
 
@@ -67,15 +34,9 @@ void unpackNibbles(const BYTE* row, int count, BYTE* indexes) {
 }
 
 void packBits(const BYTE* bytes, int count, BYTE* row, BYTE level) {
-  int x = 0;
-#if defined(__SSE2__) || defined(_M_X64)
-  for (; count - x >= 64; x += 64) {
-    const std::uint64_t bits = bitsOf64(bytes + x, level);
-    std::memcpy(row + x / 8, &bits, sizeof(bits));
-  }
-#endif
-  for (; count - x >= 8; x += 8) row[x / 8] = bitsOfEight(bytes + x, level);
-  for (; x < count; ++x) Set1BitPixel(row, bytes[x] >= level, x);
+  const int whole = count / 8 * 8;
+  kernels<MatchKernels>().atLeast(bytes, whole, level, row);
+  for (int x = whole; x < count; ++x) Set1BitPixel(row, bytes[x] >= level, x);
 }
 
 void packNibbles(const BYTE* indexes, int count, BYTE* row) {
