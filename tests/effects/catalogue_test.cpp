@@ -38,7 +38,10 @@ TEST(Catalogue, TurnsProgressIntoParameters) {
                         {"slide", std::nan(""), {100, 50}, 3, 0},
                         {"thaw", 0.25, {100, 50}, 75, 0},
                         {"iris", 1.0, {100, 50}, 50, 0},
-                        {"iris", 1.0, {0, -5}, 1, 0}}) {
+                        {"iris", 1.0, {0, -5}, 1, 0},
+                        // Eleven columns of one pixel do not reach the end; beyond 100 everything shows.
+                        {"mosaic-sweep", 1.0, {19, 20}, 3, 101},
+                        {"mosaic-sweep", 1.0, {100, 50}, 3, 100}}) {
     const auto [a, b] = dibkit::findEffect(c.effect)->parameters(c.progress, c.size, 3);
     EXPECT_TRUE(a == c.a && b == c.b) << c.effect << " at " << c.progress << ": " << a << ' ' << b;
   }

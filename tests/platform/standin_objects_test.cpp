@@ -97,6 +97,7 @@ TEST_F(StandinClipboard, MakesABitmapAndALongerHeaderOfADib) {
 
 TEST(StandinTools, HaveNumbersFromTheStock) {
   for (const int number : {-1, 9, 14, 16, 1000}) EXPECT_EQ(GetStockObject(number), nullptr) << number;
+  for (const int number : {0, 5, 6, 8, 15}) EXPECT_NE(GetStockObject(number), nullptr) << number;
 }
 
 TEST(StandinColourTables, AreThoseOfTheSelectedSection) {
@@ -134,6 +135,32 @@ TEST(StandinSurfaces, HaveNoPixelBeyondThemAndTheirClipRegion) {
       EXPECT_EQ(SetPixel(surface.context(), x, y, RGB(1, 2, 3)), expected) << x << ", " << y;
       EXPECT_EQ(GetPixel(surface.context(), x, y), expected) << x << ", " << y;
     }
+  }
+}
+
+TEST(StandinCalls, RefuseNoPointers) {
+  const POINT points[] = {{0, 0}, {2, 0}, {0, 2}};
+  const RECT some{0, 0, 1, 1};
+  RECT out{};
+  const test::Surface surface(3, 3, true);
+  EXPECT_FALSE(Polygon(nullptr, points, 3) || Polygon(surface.context(), nullptr, 3) ||
+               Polygon(surface.context(), points, 1));
+  for (const auto combine : {IntersectRect, UnionRect}) {
+    EXPECT_FALSE(combine(nullptr, &some, &some) || combine(&out, nullptr, &some) ||
+                 combine(&out, &some, nullptr));
+  }
+  EXPECT_EQ(CreatePolygonRgn(nullptr, 1, ALTERNATE), nullptr);
+  EXPECT_TRUE(test::OwnedRegion(CreatePolygonRgn(nullptr, 0, ALTERNATE)).get() != nullptr);
+}
+
+TEST(StandinMemory, IsClearedOnRequest) {
+  for (int round = 0; round < 2; ++round) {  // the second block is where the first one was, or may be
+    const HGLOBAL block = GlobalAlloc(GMEM_ZEROINIT, 64);
+    auto* bytes = static_cast<BYTE*>(GlobalLock(block));
+    EXPECT_TRUE(std::all_of(bytes, bytes + 64, [](BYTE byte) { return byte == 0; }));
+    std::fill(bytes, bytes + 64, BYTE{0xA5});
+    GlobalUnlock(block);
+    GlobalFree(block);
   }
 }
 
