@@ -21,6 +21,11 @@ using dibkit::OwnedDib;
 // What mapping a picture to the best palette costs, measured on photographs; the rest finds the palette.
 constexpr double mappingShare = 0.6;
 
+/// Receives the shares of a part of the work. \param done must outlive it
+ShareDone partOf(const ShareDone& done, double part) {
+  return [&done, part](double share) { done(part * share); };
+}
+
 OwnedDib made(BITMAPINFOHEADER* dib) {
   throwIfCancelled();
   if (dib == nullptr) throw std::bad_alloc();
@@ -51,7 +56,7 @@ OwnedDib inColours(const Picture& picture, const std::vector<RGBQUAD>& colours, 
         row[x] = {colour.rgbBlue, colour.rgbGreen, colour.rgbRed, 255};
       }
     }
-    done(mappingShare * (bottom - top) / matched.height());
+    done(static_cast<double>(bottom - top) / matched.height());
   }
   return trueColour(matched);
 }
@@ -110,10 +115,13 @@ OwnedDib blackAndWhite(const Picture& picture, std::optional<int> threshold) {
 OwnedDib onOwnPalette(const Picture& picture, int bits, Dither dither, const ShareDone& done) {
   const OwnedDib flat = trueColour(picture);
   const auto colours = fewColoursOf(flat.get());
-  if (colours && std::ssize(*colours) <= 1 << bits) return onColours(flat.get(), *colours, bits);
+  if (colours && std::ssize(*colours) <= 1 << bits) {
+    done(1);
+    return onColours(flat.get(), *colours, bits);
+  }
   const std::vector<RGBQUAD> palette = bestColours({&picture, 1}, 1 << bits);
   done(1 - mappingShare);
-  return ontoPalette(picture, palette, bits, dither, done);
+  return ontoPalette(picture, palette, bits, dither, partOf(done, mappingShare));
 }
 
 /// All pictures on one palette of all their colours; nothing when these are too many.
@@ -135,12 +143,14 @@ std::vector<OwnedDib> onJoinedPalette(std::span<const Picture> pictures, int bit
 std::vector<OwnedDib> onSharedPalette(std::span<const Picture> pictures, int bits, Dither dither,
                                       const ShareDone& done) {
   std::vector<OwnedDib> all = onJoinedPalette(pictures, bits);
-  if (!all.empty()) return all;
+  if (!all.empty()) {
+    done(1);
+    return all;
+  }
   const std::vector<RGBQUAD> palette = bestColours(pictures, 1 << bits);
   done(1 - mappingShare);
-  const ShareDone doneOfAll = [&](double share) { done(share / static_cast<double>(pictures.size())); };
-  for (const Picture& picture : pictures)
-    all.push_back(ontoPalette(picture, palette, bits, dither, doneOfAll));
+  const ShareDone mapped = partOf(done, mappingShare / static_cast<double>(pictures.size()));
+  for (const Picture& picture : pictures) all.push_back(ontoPalette(picture, palette, bits, dither, mapped));
   return all;
 }
 
@@ -150,11 +160,22 @@ OwnedDib trueColourAt(BITMAPINFOHEADER* dib, int bits) {
   return made(CBitmapConverter::ConvertDIBTo24Bits(dib, &progress));
 }
 
+/// A picture at a depth for which no palette has to be found and nothing mapped to one.
+OwnedDib inOneStep(const Picture& picture, const DepthOptions& options) {
+  if (options.blackAndWhite) return blackAndWhite(picture, options.threshold);
+  if (options.gray) return gray(picture);
+  if (options.bits == 32) return made(CBitmapCreator::Clone(picture.dib()));
+  if (options.bits) return trueColourAt(picture.dib(), *options.bits);
+
+  if (CDIB32::IsFullOpacity32BitsImage(picture.dib()) == 0) return made(CBitmapCreator::Clone(picture.dib()));
+  OwnedDib flat = trueColour(picture);
+  OwnedDib low = reducedExactly(flat.get());
+  return low ? std::move(low) : std::move(flat);
+}
+
 /// A picture at the depth of the options.
 OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options, const ShareDone& done) {
-  if (options.blackAndWhite) return blackAndWhite(picture, options.threshold);
-  if (options.gray && options.bits.value_or(8) == 8) return gray(picture);
-  if (options.gray) {
+  if (options.gray && options.bits.value_or(8) != 8) {
     const OwnedDib grays = gray(picture);
     const Picture again(made(CDIB32::ConvertTo32BitsDIB(grays.get(), nullptr, 255, 0)));
     DepthOptions colours = options;
@@ -165,14 +186,12 @@ OwnedDib oneAtDepth(const Picture& picture, const DepthOptions& options, const S
     return ontoPalette(picture, options.palette,
                        options.bits.value_or(smallestDepthFor(options.palette.size())), options.dither, done);
   }
-  if (options.bits == 32) return made(CBitmapCreator::Clone(picture.dib()));
-  if (options.bits && *options.bits > 8) return trueColourAt(picture.dib(), *options.bits);
-  if (options.bits) return onOwnPalette(picture, *options.bits, options.dither, done);
-
-  if (CDIB32::IsFullOpacity32BitsImage(picture.dib()) == 0) return made(CBitmapCreator::Clone(picture.dib()));
-  OwnedDib flat = trueColour(picture);
-  OwnedDib low = reducedExactly(flat.get());
-  return low ? std::move(low) : std::move(flat);
+  const bool chosenColours = options.blackAndWhite || options.gray;
+  if (!chosenColours && options.bits.value_or(32) <= 8)
+    return onOwnPalette(picture, *options.bits, options.dither, done);
+  OwnedDib dib = inOneStep(picture, options);
+  done(1);
+  return dib;
 }
 
 void requireSense(const DepthOptions& options) {
@@ -197,23 +216,11 @@ void requireSense(const DepthOptions& options) {
 std::vector<OwnedDib> atDepth(std::span<const Picture> pictures, const DepthOptions& options,
                               const ShareDone& done) {
   requireSense(options);
-  // Few ways to another depth report their shares; what remains of each picture is added here.
-  double left = 1;
-  const ShareDone count = [&](double share) {
-    left -= share;
-    done(share);
-  };
+  if (options.sharedPalette && options.palette.empty())
+    return onSharedPalette(pictures, options.bits.value_or(8), options.dither, done);
+  const ShareDone doneOfOne = partOf(done, 1 / static_cast<double>(pictures.size()));
   std::vector<OwnedDib> all;
-  if (options.sharedPalette && options.palette.empty()) {
-    all = onSharedPalette(pictures, options.bits.value_or(8), options.dither, count);
-  } else {
-    const auto pictureCount = static_cast<double>(pictures.size());
-    for (const Picture& picture : pictures) {
-      all.push_back(oneAtDepth(picture, options, [&](double share) { count(share / pictureCount); }));
-      count(left - (1 - static_cast<double>(all.size()) / pictureCount));
-    }
-  }
-  done(left);
+  for (const Picture& picture : pictures) all.push_back(oneAtDepth(picture, options, doneOfOne));
   return all;
 }
 

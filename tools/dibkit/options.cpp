@@ -35,7 +35,7 @@ constexpr std::array<NamedColour, 12> namedColours{{
 }};
 
 /// The longest side of a GIF, which stores it in 16 bits.
-constexpr int mostPixelsAcross = 65535;
+constexpr int maximumSide = 65535;
 
 /// The whole text as a number in the given base, or -1.
 long wholeNumber(std::string_view text, int base) {
@@ -46,9 +46,9 @@ long wholeNumber(std::string_view text, int base) {
 
 /// A side of a size, or -1 when the text is no whole number above 0.
 long sideOf(std::string_view text) {
-  constexpr long most = std::numeric_limits<int>::max();
+  constexpr long maximum = std::numeric_limits<int>::max();
   const long side = wholeNumber(text, 10);
-  return side > 0 && side <= most ? side : -1;
+  return side > 0 && side <= maximum ? side : -1;
 }
 
 }  // namespace
@@ -68,10 +68,10 @@ Size WantedSize::of(Size picture) const {
   } else if (sides_.height == 0) {
     height = scaled(picture.height, width, picture.width);
   }
-  if (std::max(width, height) > mostPixelsAcross || width * height > double{maximumPixels}) {
+  if (std::max(width, height) > maximumSide || width * height > double{maximumPixels}) {
     const auto digits = [](double side) { return std::to_string(std::llround(side)); };
     throw UsageError(digits(width) + "x" + digits(height) +
-                     " pixels are too many: no side may have more than " + std::to_string(mostPixelsAcross) +
+                     " pixels are too many: no side may have more than " + std::to_string(maximumSide) +
                      ", nor all more than " + std::to_string(maximumPixels));
   }
   return {static_cast<int>(width), static_cast<int>(height)};
@@ -88,10 +88,10 @@ WantedSize parseSize(const std::string& text) {
       return WantedSize(Size{static_cast<int>(width), static_cast<int>(height)});
     }
   } else if (all.ends_with('%')) {
-    constexpr double most = 100.0 * mostPixelsAcross;
+    constexpr double maximum = 100.0 * maximumSide;
     double percent = 0;
     const auto [end, error] = std::from_chars(all.data(), all.data() + all.size() - 1, percent);
-    if (error == std::errc() && end == all.data() + all.size() - 1 && percent > 0 && percent <= most) {
+    if (error == std::errc() && end == all.data() + all.size() - 1 && percent > 0 && percent <= maximum) {
       return WantedSize(percent);
     }
   }
@@ -120,7 +120,7 @@ Pixel parseColour(const std::string& text) {
 }
 
 void requireGifSize(Size size) {
-  if (std::max(size.width, size.height) > mostPixelsAcross) {
+  if (std::max(size.width, size.height) > maximumSide) {
     throw UsageError(toString(size) + " pixels are more than a GIF can have; choose a --size");
   }
 }

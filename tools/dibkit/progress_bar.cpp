@@ -22,13 +22,13 @@ int terminalColumns() {
 
 /// Label, bar and percentage. A narrow terminal gets no bar, a very narrow one only the percentage.
 std::string lineOf(const std::string& label, int percent, int columns) {
-  constexpr int mostCells = 30;
-  constexpr int leastCells = 4;
+  constexpr int maximumCells = 30;
+  constexpr int minimumCells = 4;
   const std::string number = std::to_string(percent);
   const std::string end = std::string(3 - std::min<std::size_t>(3, number.size()), ' ') + number + '%';
   const int room = columns - 1 - static_cast<int>(end.size());  // some terminals wrap after the last column
-  const int cells = std::min(mostCells, room - static_cast<int>(label.size()) - 4);
-  if (cells >= leastCells) {
+  const int cells = std::min(maximumCells, room - static_cast<int>(label.size()) - 4);
+  if (cells >= minimumCells) {
     const auto filled = static_cast<std::size_t>(cells * percent / 100);
     const std::string bar =
         std::string(filled, '#') + std::string(static_cast<std::size_t>(cells) - filled, '.');

@@ -14,20 +14,20 @@ namespace {
 
 /// Whether the whole text is a number between the limits; NaN is none.
 template <class Number>
-bool isNumber(const std::string& text, Number least, Number most) {
+bool isNumber(const std::string& text, Number minimum, Number maximum) {
   Number value{};
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size() && value >= least && value <= most;
+  return error == std::errc() && end == text.data() + text.size() && value >= minimum && value <= maximum;
 }
 
 template <class Number>
-void take(CLI::Option* option, const char* kind, const char* what, Number least, std::int64_t most) {
-  const std::string message = std::string(" is no ") + what + " from " + std::to_string(std::int64_t(least)) +
-                              " to " + std::to_string(most);
+void take(CLI::Option* option, const char* kind, const char* what, Number minimum, std::int64_t maximum) {
+  const std::string message = std::string(" is no ") + what + " from " +
+                              std::to_string(std::int64_t(minimum)) + " to " + std::to_string(maximum);
   option->type_name(kind)->capture_default_str()->check(
-      [least, most, message](const std::string& text) {
-        return isNumber<Number>(text, least, static_cast<Number>(most)) ? std::string()
-                                                                        : "'" + text + "'" + message;
+      [minimum, maximum, message](const std::string& text) {
+        return isNumber<Number>(text, minimum, static_cast<Number>(maximum)) ? std::string()
+                                                                             : "'" + text + "'" + message;
       },
       "");
 }
@@ -81,8 +81,8 @@ Picture readPictureFor(Size sides, const std::string& path, const Settings& sett
   return std::move(animation.frames.front().picture);
 }
 
-void takeNumber(CLI::Option* option, std::int64_t least, std::int64_t most) {
-  take<std::int64_t>(option, "N", "whole number", least, most);
+void takeNumber(CLI::Option* option, std::int64_t minimum, std::int64_t maximum) {
+  take<std::int64_t>(option, "N", "whole number", minimum, maximum);
 }
 
 void takeMilliseconds(CLI::Option* option) {
@@ -92,9 +92,10 @@ void takeMilliseconds(CLI::Option* option) {
 
 void warnOfShortDelay(const OutputTarget& output, double milliseconds, const Settings& settings) {
   if (milliseconds >= HundredthsClock::minimumMilliseconds) return;
-  const std::string least = std::to_string(HundredthsClock::minimumMilliseconds) + " ms";
+  const std::string minimum = std::to_string(HundredthsClock::minimumMilliseconds) + " ms";
   warn(output.path(),
-       {"delays under " + least + " become " + least + ": viewers show shorter ones for 100 ms"}, settings);
+       {"delays under " + minimum + " become " + minimum + ": viewers show shorter ones for 100 ms"},
+       settings);
 }
 
 void addRepeats(CLI::App* command, Repeats& repeats) {

@@ -41,8 +41,8 @@ Picture readPicture(const std::string& path, const Settings& settings);
 /// picture
 Picture readPictureFor(Size sides, const std::string& path, const Settings& settings);
 
-/// Makes an option accept whole numbers from `least` to `most`.
-void takeNumber(CLI::Option* option, std::int64_t least, std::int64_t most);
+/// Makes an option accept whole numbers from `minimum` to `maximum`.
+void takeNumber(CLI::Option* option, std::int64_t minimum, std::int64_t maximum);
 
 /// Makes an option accept a time in milliseconds, fractions included, up to ten minutes.
 void takeMilliseconds(CLI::Option* option);

@@ -100,9 +100,9 @@ class TemporaryFile {
 
   /// Puts all bytes onto the disk. Returns 0, or the number of the error, which is EINTR after Ctrl-C.
   int fill(ByteView bytes) {
-    constexpr std::size_t mostAtOnce = std::size_t{1} << 22;
+    constexpr std::size_t maximumAtOnce = std::size_t{1} << 22;
     while (!bytes.empty() && !HeldSignals::anyPending()) {
-      const std::size_t count = std::min(bytes.size(), mostAtOnce);
+      const std::size_t count = std::min(bytes.size(), maximumAtOnce);
       if (const int error = writeAll(file_.get(), bytes.first(count))) return error;
       bytes = bytes.subspan(count);
     }
