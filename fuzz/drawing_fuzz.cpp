@@ -76,9 +76,9 @@ void shapes(fuzz::Input& input) {
 void calls(fuzz::Input& input) {
   using dibkit::DrawingSurface;
   const bool colour = input.byte() % 2 != 0;
-  DrawingSurface surface(nearRect(input),
-                         colour ? DrawingSurface::Colours::screen : DrawingSurface::Colours::blackAndWhite,
-                         0xFFFFFF);
+  constexpr RGBQUAD colours[] = {{0, 0, 0, 0}, {0, 0, 255, 0}, {255, 255, 255, 0}};
+  const RECT box = nearRect(input);
+  DrawingSurface surface = colour ? DrawingSurface(box, colours, 0xFFFFFF) : DrawingSurface(box, 0xFFFFFF);
   if (!surface) return;
   const HDC context = surface.context();
   const dibkit::OwnedRegion clip = clipRegion(input);
@@ -102,7 +102,7 @@ void calls(fuzz::Input& input) {
       BitBlt(context, rect.left, rect.top, rect.right, rect.bottom, context, rect.bottom, rect.left, SRCCOPY);
     if (call == 6) SetPixel(context, rect.left, rect.top, GetPixel(context, rect.right, rect.bottom));
   }
-  const OwnedDib read(surface.read(colour ? 24 : 8));
+  const OwnedDib read(surface.read(8));
 }
 
 /// Pictures of any depth put on and copied between sections of any depth.

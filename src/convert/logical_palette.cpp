@@ -89,7 +89,9 @@ OwnedDib convertFormat(const BITMAPINFOHEADER* dib, UINT bitCount, HPALETTE pale
   const SectionContext from(screen.get(), reinterpret_cast<const BITMAPINFO*>(dib));
   if (!to || !from) return nullptr;
   std::memcpy(from.bits(), GetDIBBits(dib), static_cast<std::size_t>(source.stride() * source.height()));
-  BitBlt(to.context(), 0, 0, source.width(), source.height(), from.context(), 0, 0, SRCCOPY);
+  if (BitBlt(to.context(), 0, 0, source.width(), source.height(), from.context(), 0, 0, SRCCOPY) == FALSE) {
+    return nullptr;
+  }
   GdiFlush();
   return imageFrom(*format, to.bits());
 }

@@ -3,27 +3,10 @@
 #include <new>
 
 #include "dib/view.h"
-
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
+#include "platform/large_pages.h"
 
 namespace dibkit {
 namespace {
-
-void preferLargePages(BYTE* block, std::int64_t bytes) {
-#if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr std::uintptr_t largePage = std::uintptr_t{2} << 20;
-  const auto begin = (reinterpret_cast<std::uintptr_t>(block) + largePage - 1) & ~(largePage - 1);
-  const auto end =
-      (reinterpret_cast<std::uintptr_t>(block) + static_cast<std::uintptr_t>(bytes)) & ~(largePage - 1);
-  // Only advice: if the system does not take it, only the speed differs.
-  if (begin < end) static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
-#else
-  static_cast<void>(block);
-  static_cast<void>(bytes);
-#endif
-}
 
 void clearPadding(const View& view) {
   // A byte with both pixels and padding is cleared too.
@@ -39,7 +22,7 @@ void clearPadding(const View& view) {
 BYTE* allocateBlock(std::int64_t bytes) {
   if (bytes > maximumDibBytes) return nullptr;
   BYTE* block = new (std::nothrow) BYTE[static_cast<std::size_t>(bytes)];
-  if (block != nullptr) preferLargePages(block, bytes);
+  if (block != nullptr) preferLargePages(block, static_cast<std::size_t>(bytes));
   return block;
 }
 

@@ -53,14 +53,19 @@ OwnedDib lineCoverage(const RECT& area, const POINT& from, const POINT& to, int 
     if (!areaClip) return nullptr;
   }
   const RECT box = boxOfLine(area, ends, penWidth, margin, areaClip.get());
-  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
+  DrawingSurface surface(box, black);
   if (!surface) return nullptr;
   if (areaClip) {
-    // Clip regions do not follow the viewport origin.
-    OffsetRgn(areaClip.get(), relative(0, box.left), relative(0, box.top));
-    SelectClipRgn(surface.context(), areaClip.get());
+    // Clip regions do not follow the viewport origin. Only the part in the box is moved: all of a region may
+    // leave the range of coordinates.
+    const OwnedRegion whole(CreateRectRgn(box.left, box.top, box.right, box.bottom));
+    if (CombineRgn(areaClip.get(), areaClip.get(), whole.get(), RGN_AND) == ERROR ||
+        OffsetRgn(areaClip.get(), relative(0, box.left), relative(0, box.top)) == ERROR ||
+        SelectClipRgn(surface.context(), areaClip.get()) == ERROR) {
+      return nullptr;
+    }
   }
-  surface.drawLine(ends.data(), 2, penWidth, roundCaps, white);
+  if (!surface.drawLine(ends.data(), 2, penWidth, roundCaps, white)) return nullptr;
   OwnedDib coverage = surface.read(8);
   if (!coverage) return nullptr;
   // The image read has the platform's palette. Black and white have the indexes 0 and 255 there, as in the

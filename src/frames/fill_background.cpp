@@ -70,7 +70,7 @@ int giveTrimmed(OwnedDib image, OwnedDib mask, BITMAPINFOHEADER** outImage, BITM
                 POINT* outPosition) {
   const TransparentEdges edges = transparentEdges(ConstView(mask.get()));
   *outPosition = {edges.left, edges.top};
-  if (edges.any()) return cropLeakingRegion(image.get(), mask.get(), edges, outImage, outMask);
+  if (edges.any()) return cropTrimmed(image.get(), mask.get(), edges, outImage, outMask);
   *outImage = image.release();
   *outMask = mask.release();
   return 1;

@@ -9,12 +9,11 @@ namespace {
 OwnedDib whiteLine(const BITMAPINFOHEADER* picture, const RECT& box, const POINT& from, const POINT& to,
                    int penWidth, bool roundEnds) {
   if (picture != nullptr && !viewOfDepth(picture, 1)) return nullptr;
-  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, black);
+  DrawingSurface surface(box, black);
   if (!surface) return nullptr;
-  if (picture != nullptr) surface.put(picture);
+  if (picture != nullptr && !surface.put(picture)) return nullptr;
   const POINT ends[] = {from, to};
-  surface.drawLine(ends, 2, penWidth, roundEnds, white);
-  return surface.read(1);
+  return surface.drawLine(ends, 2, penWidth, roundEnds, white) ? surface.read(1) : nullptr;
 }
 
 OwnedDib blackPolyline(const RECT& bounds, const POINT* points, int count, int penWidth, bool roundEnds,
@@ -23,10 +22,9 @@ OwnedDib blackPolyline(const RECT& bounds, const POINT* points, int count, int p
   RECT box;
   IntersectRect(&box, &around, &bounds);
   position = {box.left, box.top};
-  DrawingSurface surface(box, DrawingSurface::Colours::blackAndWhite, white);
+  DrawingSurface surface(box, white);
   if (!surface) return nullptr;
-  surface.drawLine(points, count, penWidth, roundEnds, black);
-  return surface.read(1);
+  return surface.drawLine(points, count, penWidth, roundEnds, black) ? surface.read(1) : nullptr;
 }
 
 }  // namespace

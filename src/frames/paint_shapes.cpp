@@ -1,4 +1,7 @@
-#include "convert/convert.h"
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
 #include "dib/allocate.h"
 #include "dib/view.h"
 #include "drawing/drawing_surface.h"
@@ -6,74 +9,109 @@
 #include "frames/painted.h"
 #include "frames/trim.h"
 #include "platform/guard.h"
+#include "raster/mask_rows.h"
 
 namespace dibkit {
 namespace {
 
 constexpr COLORREF red = RGB(255, 0, 0);
 
-/// Indexes of the finished picture.
+/// Indexes of the picture.
 enum Index : BYTE { outline, interior, background };
+constexpr RGBQUAD palette[] = {{0, 0, 0, 0}, {0, 0, 255, 0}, {255, 255, 255, 0}};
 
-/// The drawn colours as a palette picture.
-OwnedDib reduced(BITMAPINFOHEADER* drawn) {
-  CMap<DWORD, DWORD&, int, int&> indexes;
-  const auto add = [&](COLORREF colour, int index) {
-    DWORD key = packRgb(fromColorRef(colour));
-    indexes.SetAt(key, index);
-  };
-  add(black, outline);
-  add(red, interior);
-  add(white, background);
-  return OwnedDib(Convert24BitsDIBToLowerBitsDIB(drawn, indexes));
+/// Sixteen pixels of the background.
+constexpr std::uint64_t blankWord = 0x1111111111111111U * background;
+
+std::uint64_t wordAt(const BYTE* row, int x) {
+  std::uint64_t word;
+  std::memcpy(&word, row + x / 2, sizeof(word));
+  return word;
 }
 
-/// A frame mask of a 4-bit picture whose background is transparent.
-OwnedDib maskOf(const BITMAPINFOHEADER* picture) {
-  const ConstView from(picture);
-  OwnedDib mask = createDib(from.width(), from.height(), 1, 0);
-  if (!mask) return nullptr;
-  const View to(mask.get());
-  for (int y = 0; y < from.height(); ++y) {
-    const BYTE* row = from.row(y);
-    BYTE* bits = to.row(y);
-    for (int x = 0; x < from.width(); ++x) Set1BitPixel(bits, Get4BitPixel(row, x) >= background, x);
+/// The first pixel of [0, end) that is drawn, or `end`.
+int firstDrawn(const BYTE* row, int end) {
+  int x = 0;
+  while (x + 16 <= end && wordAt(row, x) == blankWord) x += 16;
+  while (x < end && Get4BitPixel(row, x) == background) ++x;
+  return x;
+}
+
+/// The pixel after the last one of [begin, end) that is drawn, or `begin`.
+int drawnEnd(const BYTE* row, int begin, int end) {
+  int x = end;
+  while (x > begin && x % 16 != 0 && Get4BitPixel(row, x - 1) == background) --x;
+  if (x % 16 == 0) {
+    while (x - 16 >= begin && wordAt(row, x - 16) == blankWord) x -= 16;
   }
-  return mask;
+  while (x > begin && Get4BitPixel(row, x - 1) == background) --x;
+  return x;
 }
 
-/// Cuts off the background at the edges and moves the position accordingly; null when nothing is drawn.
-OwnedDib trimmed(OwnedDib picture, POINT& position) {
-  const OwnedDib mask = maskOf(picture.get());
-  if (!mask) return nullptr;
-  const TransparentEdges edges = transparentEdges(ConstView(mask.get()));
-  if (!edges.any()) return picture;
-  if (edges.left == picture->biWidth) return nullptr;
-  position = {position.x + edges.left, position.y + edges.top};
-  BITMAPINFOHEADER* piece = nullptr;
-  BITMAPINFOHEADER* noMask = nullptr;  // there is none for a rectangle inside the picture
-  cropLeakingRegion(picture.get(), nullptr, edges, &piece, &noMask);
-  return OwnedDib(piece);
+/// The box of what is drawn; nothing is drawn if it is empty.
+RECT drawnBox(const DrawingSurface& surface) {
+  const int width = surface.width();
+  const auto isBlank = [&](int y) { return firstDrawn(surface.row(y), width) == width; };
+  int top = 0;
+  int bottom = surface.height();
+  while (top < bottom && isBlank(top)) ++top;
+  while (top < bottom && isBlank(bottom - 1)) --bottom;
+  int left = width;
+  int right = 0;
+  for (int y = top; y < bottom; ++y) {
+    left = firstDrawn(surface.row(y), left);
+    right = drawnEnd(surface.row(y), right, width);
+  }
+  return {left, top, right, bottom};
 }
 
-/// Makes a shape picture. draw(context) draws on a white surface with the pen and the brush selected.
+/// The drawn part of a surface as an image; null when nothing is drawn. The region that has always remained
+/// after each trimmed picture remains here too (keepRegionForGood).
+/// \param position of the surface; receives that of the image
+OwnedDib trimmed(const DrawingSurface& surface, POINT& position) {
+  const RECT box = drawnBox(surface);
+  if (IsRectEmpty(&box)) return nullptr;
+  position = {position.x + box.left, position.y + box.top};
+  const int width = static_cast<int>(box.right - box.left);
+  const int height = static_cast<int>(box.bottom - box.top);
+  if (keepRegionForGood(box) == nullptr) return nullptr;
+  OwnedDib piece = createDib(width, height, Index4::bits, std::size(palette), InitialPixels::unwritten);
+  if (!piece) return nullptr;
+  std::copy(std::begin(palette), std::end(palette), paletteOf(piece.get()));
+  const View rows(piece.get());
+  for (int y = 0; y < height; ++y) {
+    copyPixels(Index4::bits, surface.row(static_cast<int>(box.top) + y), static_cast<int>(box.left), width,
+               rows.row(y), 0);
+  }
+  return piece;
+}
+
+/// Whether a picture of the box's size could have 32 bits a pixel: the limit of these operations.
+bool isPossible(const RECT& box) {
+  const std::int64_t width = std::int64_t{box.right} - box.left;
+  const std::int64_t height = std::int64_t{box.bottom} - box.top;
+  return width > 0 && height > 0 && width <= maximumDibBytes / 4 / height;
+}
+
+/// Makes a shape picture. draw(context) draws on a white surface with the pen and the brush selected and
+/// returns whether it succeeded.
 /// \param position receives the canvas coordinates of the picture's top-left pixel
 template <class Draw>
 OwnedDib paintedShape(const RECT& box, int penWidth, bool filled, POINT& position, Draw&& draw) {
   position = {box.left, box.top};
-  DrawingSurface surface(box, DrawingSurface::Colours::screen, white);
-  if (!surface) return nullptr;
+  if (!isPossible(box)) return nullptr;
+  DrawingSurface surface(box, palette, white);
+  const OwnedGraphicsObject pen(penWidth < 1 ? GetStockObject(NULL_PEN)
+                                             : CreatePen(PS_SOLID, penWidth, black));
+  const OwnedGraphicsObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
+  if (!surface || !pen || !brush) return nullptr;
   {
-    const OwnedGraphicsObject pen(penWidth < 1 ? GetStockObject(NULL_PEN)
-                                               : CreatePen(PS_SOLID, penWidth, black));
-    const OwnedGraphicsObject brush(filled ? CreateSolidBrush(red) : GetStockObject(NULL_BRUSH));
     const SelectedObject selectedPen(surface.context(), pen.get());
     const SelectedObject selectedBrush(surface.context(), brush.get());
-    draw(surface.context());
+    if (!draw(surface.context())) return nullptr;
   }
-  const OwnedDib drawn = surface.read(24);
-  OwnedDib picture = drawn ? reduced(drawn.get()) : nullptr;
-  return picture ? trimmed(std::move(picture), position) : nullptr;
+  GdiFlush();
+  return trimmed(surface, position);
 }
 
 /// Runs paint(position), which returns a picture; the caller's position may be null.
@@ -96,11 +134,8 @@ BITMAPINFOHEADER* PaintShapeOnPic(const RECT& shape, int penWidth, int ellipse, 
     const RECT box = widened(shape, paintMargin(penWidth));
     return paintedShape(box, penWidth, filled != 0, place, [&](HDC context) {
       const auto& [left, top, right, bottom] = shape;
-      if (ellipse != 0) {
-        Ellipse(context, left, top, right, bottom);
-      } else {
-        RoundRect(context, left, top, right, bottom, corner.x, corner.y);
-      }
+      return ellipse != 0 ? Ellipse(context, left, top, right, bottom)
+                          : RoundRect(context, left, top, right, bottom, corner.x, corner.y);
     });
   });
 }
@@ -109,6 +144,6 @@ BITMAPINFOHEADER* PaintPolygonOnPic(POINT* points, int count, int penWidth, int 
   return withPosition(position, [&](POINT& place) {
     const RECT box = boxAround(points, count, paintMargin(penWidth));
     return paintedShape(box, penWidth, filled != 0, place,
-                        [&](HDC context) { Polygon(context, points, count); });
+                        [&](HDC context) { return Polygon(context, points, count); });
   });
 }

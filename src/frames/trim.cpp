@@ -71,10 +71,15 @@ TransparentEdges transparentEdges(const ConstView& mask) {
   return {left, top, right, bottom};
 }
 
-int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
-                      BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
-  const HRGN kept = CreateRectRgn(edges.left, edges.top, static_cast<int>(image->biWidth - edges.right),
-                                  static_cast<int>(image->biHeight - edges.bottom));
+HRGN keepRegionForGood(const RECT& rect) {
+  return CreateRectRgn(static_cast<int>(rect.left), static_cast<int>(rect.top), static_cast<int>(rect.right),
+                       static_cast<int>(rect.bottom));
+}
+
+int cropTrimmed(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
+                BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask) {
+  const HRGN kept = keepRegionForGood(
+      {edges.left, edges.top, image->biWidth - edges.right, image->biHeight - edges.bottom});
   return CropFrame(image, mask, kept, outImage, outMask);
 }
 

@@ -18,11 +18,14 @@ struct TransparentEdges {
 /// std::bad_alloc when memory runs out.
 TransparentEdges transparentEdges(const ConstView& mask);
 
-/// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts. The region for that call
-/// is never deleted, on purpose: trimming has always left one region behind, and hosts can see the number of
-/// objects that their process has.
+/// A region that is never deleted, on purpose: trimming a picture has always left one region behind, and
+/// hosts can see the number of objects that their process has. Null when memory runs out.
+HRGN keepRegionForGood(const RECT& rect);
+
+/// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts, and keeps a region for
+/// good.
 /// \return the result of CropFrame
-int cropLeakingRegion(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
-                      BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
+int cropTrimmed(BITMAPINFOHEADER* image, BITMAPINFOHEADER* mask, const TransparentEdges& edges,
+                BITMAPINFOHEADER** outImage, BITMAPINFOHEADER** outMask);
 
 }  // namespace dibkit

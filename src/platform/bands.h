@@ -40,6 +40,8 @@ class BandBuilder {
   }
 
   bool empty() const { return rectangles_.empty(); }
+  /// How many rectangles there are; equal bands that touch may still be separate.
+  std::size_t size() const { return rectangles_.size(); }
 
   /// Gives the list and leaves the builder empty.
   std::vector<RECT> take();

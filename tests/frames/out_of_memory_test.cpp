@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include "convert/convert.h"
+#include "dib32/dib32.h"
 #include "plain.h"
+#include "support/palettes.h"
 
 namespace {
 
@@ -26,13 +29,14 @@ void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
     return nullptr;
   }
 }
-void* operator new(std::size_t bytes) {
+// Not inlined, here and below: the compiler would see blocks of malloc passed to delete, and of new to free.
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
   void* block = spent(othersLeft) ? nullptr : std::malloc(bytes);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 
 namespace {
 
@@ -110,6 +114,39 @@ TEST(OutOfMemory, LeavesAPlaceButNoImagesInTheMiddleOfABackground) {
     begun = left;
   }
   EXPECT_TRUE(begun);
+}
+
+/// Drawing and conversion through the platform's objects: the k-th block of memory fails, for every k.
+TEST(OutOfMemory, GivesTheTruePictureOrNone) {
+  std::vector<POINT> corners{{2, 3}, {40, 9}, {11, 31}, {2, 30}};
+  const OwnedDib picture = test::imageOf(3, 1, 1, {0, 1, 0}, {0xFFFFFF, 0});
+  const OwnedDib photo = test::imageOf(2, 1, 24, {0x123456, 0xFEDCBA});
+  const auto palette = test::logicalPalette({0x112233, 0xFFFFFF, 0x00FF00});
+  const dibkit::OwnedRegion clip(CreateEllipticRgn(5, 0, 60, 50));
+  const RECT box{0, 0, 70, 50};
+  const std::function<BITMAPINFOHEADER*()> operations[] = {
+      [&] { return PaintLineOnPic(picture.get(), box, corners[0], corners[1], 6, 1); },
+      [&] { return PaintLineOnPic2(box, corners.data(), 4, 5, 0, nullptr); },
+      [&] {
+        return PaintShapeOnPic(box, 3, 0, 1, {20, 30}, nullptr);
+      },
+      [&] { return PaintPolygonOnPic(corners.data(), 4, 4, 1, nullptr); },
+      [&] { return CDIB32::GenerateLine(box, corners[0], corners[1], 6, 4, 1, clip.get(), nullptr); },
+      [&] { return ConvertDIBFormat(photo.get(), 4, palette.get()); }};
+  for (std::size_t i = 0; i < std::size(operations); ++i) {
+    const OwnedDib whole(operations[i]());
+    ASSERT_NE(whole, nullptr);
+    int failures = 0;
+    for (bool failed = true; failed; ++failures) {
+      othersLeft = failures;
+      const OwnedDib got(operations[i]());
+      failed = othersLeft < 0;
+      othersLeft = -1;
+      EXPECT_TRUE(failed ? !got || test::same(got, whole) : test::same(got, whole))
+          << i << ", block " << failures;
+    }
+    EXPECT_GT(failures, 4) << i;
+  }
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include <ctime>
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "plain.h"
@@ -111,5 +114,39 @@ TEST(PaintShapeOnPic, EqualsEveryRecordedCase) {
             expected);
   EXPECT_EQ(reversedOutOfSight, 21);
 }
+
+#if !defined(_WIN32)  // the system's own drawing takes its time
+/// What cannot be seen costs nothing, and many points no more than their number.
+TEST(PaintLineOnPic, CostsWhatCanBeSeen) {
+  std::vector<POINT> wide, dense;
+  for (int i = 0; i < 2000; ++i) wide.push_back({i % 50, i * 7919 % 50});
+  for (int i = 0; i < 200'000; ++i) dense.push_back({i * 7919 % 301, i % 2 * 150});
+  const RECT box{0, 0, 50, 50};
+  const auto at = [](int size) { return RECT{0, 0, size, size}; };
+  const struct {
+    std::function<BITMAPINFOHEADER*()> draw;
+    int width, height;
+  } cases[] = {
+      {[&] { return PaintLineOnPic2(box, wide.data(), 2000, 1 << 19, 1, nullptr); }, 50, 50},
+      {[&] { return PaintLineOnPic2(box, wide.data(), 2000, 1 << 30, 1, nullptr); }, 50, 50},
+      {[&] {
+         return PaintLineOnPic(nullptr, box, {-(1 << 30), 3}, {1 << 30, 40}, 1, 0);
+       },
+       50, 50},
+      {[&] { return PaintPolygonOnPic(dense.data(), 200'000, 1, 1, nullptr); }, 301, 151},
+      // The outline is that of columns 0 to 999, and 500 pixels to the left of it, 499 to the right.
+      {[&] { return PaintShapeOnPic(at(1000), 1000, 1, 1, {}, nullptr); }, 1999, 1999},
+  };
+  for (const auto& [draw, width, height] : cases) {
+    const std::clock_t begin = std::clock();
+    const OwnedDib picture(draw());
+    const double seconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(picture->biWidth, width);
+    EXPECT_EQ(picture->biHeight, height);
+    EXPECT_LT(seconds, 3) << width << " x " << height;
+  }
+}
+#endif
 
 }  // namespace

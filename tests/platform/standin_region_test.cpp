@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/recorded.h"
-#include "platform/standin/drawing/strokes.h"
+#include "platform/standin/drawing/nib.h"
 #include "support/bitmap_regions.h"
 
 /// What the stand-in promises beyond the calls that it replaces: exact results up to the largest numbers,
@@ -41,16 +41,21 @@ TEST(StandinStrokes, AreExactForTheLargestPensAndSegments) {
   // The square of 1855077841 is twice that of 1311738121, less one: the width over the root of 2 is a hair
   // below 1311738121. So the sides of a diagonal stroke are 1311738120 + 1 columns apart, the larger half to
   // the right.
-  const dibkit::standin::Nib nib{1855077841, false};
+  const dibkit::standin::Nib nib(1855077841, false);
+  struct Row : dibkit::standin::Painter {
+    Row() : Painter({lowest, 0, highest, 1}) {}
+    void store(const RECT& rect) override { painted = rect; }
+    RECT painted{};
+  };
   for (const int sign : {1, -1}) {
     const POINT from{sign > 0 ? lowest : highest, lowest}, to{sign > 0 ? highest : lowest, highest};
-    const dibkit::standin::Region row =
-        dibkit::standin::segmentRegion(from, to, nib, {lowest, 0, highest, 1});
+    Row row;
+    nib.drawSegment(row, from, to);
     // The corners beyond the coordinates are moved to their end, which brings either side half way nearer.
     // The falling diagonal passes through column 0 of this row, the rising one through column -1.
     const int middle = sign > 0 ? 0 : -1;
     const RECT expected{middle - 655869060, 0, middle + 655869061, 1};
-    EXPECT_TRUE(EqualRect(&row.box(), &expected));
+    EXPECT_TRUE(EqualRect(&row.painted, &expected));
   }
 }
 

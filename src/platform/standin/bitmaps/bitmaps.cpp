@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/guard.h"
+#include "platform/large_pages.h"
 #include "platform/standin/bitmaps/bitmap_object.h"
 #include "platform/standin/drawing/device_context.h"
 
@@ -20,6 +21,13 @@ bool isPossible(const PictureFormat& format) {
 
 HBITMAP newBitmap(PictureFormat&& format, bool section) {
   return handleOf<HBITMAP>(new BitmapObject(std::move(format), section));
+}
+
+std::unique_ptr<BYTE[]> zeroedBlock(std::size_t bytes) {
+  auto block = std::make_unique_for_overwrite<BYTE[]>(bytes);
+  preferLargePages(block.get(), bytes);
+  std::memset(block.get(), 0, bytes);
+  return block;
 }
 
 /// The rows of a bitmap that is not a section fill whole words.
@@ -82,7 +90,7 @@ BitmapObject::BitmapObject(PictureFormat pictureFormat, bool section)
     : GdiObject(ownKind),
       format(std::move(pictureFormat)),
       section_(section),
-      bits_(new BYTE[static_cast<std::size_t>(format.byteCount())]()) {}
+      bits_(zeroedBlock(static_cast<std::size_t>(format.byteCount()))) {}
 
 int BitmapObject::describe(int byteCount, void* out) const {
   const int rowBytes =

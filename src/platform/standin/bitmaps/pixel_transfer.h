@@ -15,12 +15,14 @@ class PixelTransfer {
   void copy(int fromX, int fromY, int toX, int toY, int count);
 
  private:
+  void expandBits(int fromX, int fromY, int toX, int toY, int count) const;
   DWORD translated(DWORD raw);
   DWORD indexOf(Colour colour);
 
   Pixels from_;
   Pixels to_;
   bool verbatim_;
+  bool inverts_ = false;        ///< between two tables of black and white in different orders
   std::vector<DWORD> indexes_;  ///< the target's pixel for each index of a source with a colour table
   std::vector<DWORD> known_;    ///< cache of true colours found in the table: the colour above its index
 };

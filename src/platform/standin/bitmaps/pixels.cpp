@@ -5,6 +5,8 @@
 #include <limits>
 #include <type_traits>
 
+#include "platform/bit_rows.h"
+
 namespace dibkit::standin {
 
 namespace {
@@ -84,16 +86,22 @@ void Pixels::write(int x, int y, std::span<const DWORD> raw) const {
 }
 
 void Pixels::fill(const RECT& rect, DWORD raw) const {
-  std::array<DWORD, 256> same;
-  same.fill(raw);
-  for (int y = rect.top; y < rect.bottom; ++y) {
-    int x = rect.left;
-    while (x < rect.right) {
-      const int count = std::min(rect.right - x, static_cast<int>(same.size()));
-      write(x, y, std::span<const DWORD>(same).first(static_cast<std::size_t>(count)));
-      x += count;
+  if (IsRectEmpty(&rect)) return;
+  if (bitCount < 8) {
+    // A byte of such pixels.
+    const auto pattern = static_cast<BYTE>(bitCount == 1 ? raw * 0xFF : raw * 0x11);
+    for (int y = rect.top; y < rect.bottom; ++y) {
+      fillBits(row(y), std::int64_t{rect.left} * bitCount, std::int64_t{rect.right} * bitCount, pattern);
     }
+    return;
   }
+  withPixelBytes(bitCount, [&](auto bytes) {
+    const std::size_t start = static_cast<std::size_t>(rect.left) * bytes;
+    const auto count = static_cast<std::size_t>(rect.right - rect.left);
+    BYTE* const first = row(rect.top) + start;
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(first + i * bytes, &raw, bytes);
+    for (int y = rect.top + 1; y < rect.bottom; ++y) std::memcpy(row(y) + start, first, count * bytes);
+  });
 }
 
 Colour Pixels::colourOfRaw(DWORD raw) const {

@@ -19,8 +19,7 @@ void place(const DeviceContext& context, const Pixels& picture, std::int64_t x, 
   RECT common;
   if (!IntersectRect(&common, &area, &cover)) return;
   PixelTransfer pixels(picture, context.pixels());
-  const Region region = Region::ofRectangle(common.left, common.top, common.right, common.bottom);
-  context.forEachVisible(region, [&](const RECT& rect) {
+  context.forEachVisible(common, [&](const RECT& rect) {
     for (int row = rect.top; row < rect.bottom; ++row) {
       pixels.copy(static_cast<int>(rect.left - x), static_cast<int>(row - y), rect.left, row,
                   rect.right - rect.left);

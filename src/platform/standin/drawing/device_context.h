@@ -4,6 +4,7 @@
 
 #include "platform/standin/bitmaps/bitmap_object.h"
 #include "platform/standin/drawing/drawing_tools.h"
+#include "platform/standin/drawing/nib.h"
 #include "platform/standin/regions/region.h"
 
 namespace dibkit::standin {
@@ -23,6 +24,11 @@ class DeviceContext : public GdiObject {
   Pixels pixels() const;
   BitmapObject* bitmap() const { return objectOf<BitmapObject>(bitmap_); }
   const PenObject& pen() const { return *objectOf<PenObject>(pen_); }
+  /// The tip of the selected pen. Throws std::bad_alloc when there is no memory for its shape.
+  const Nib& nib() const {
+    if (!nib_) nib_.emplace(pen().width, pen().squareCaps);
+    return *nib_;
+  }
   const BrushObject& brush() const { return *objectOf<BrushObject>(brush_); }
   int bitCount() const;
 
@@ -32,17 +38,20 @@ class DeviceContext : public GdiObject {
   /// Palettes are not selected by SelectObject.
   GdiObject* selectPalette(GdiObject* palette) { return put(palette_, palette); }
 
-  /// Paints the part of an area, in the bitmap's coordinates, that is inside the bitmap and the clip region.
-  void paint(const Region& area, Colour colour) const;
+  /// The box of what can be visible: the bitmap's, cut to that of the clip region.
+  RECT bounds() const;
 
-  /// Calls use(rect) for the rectangles of that part.
+  /// Calls use(rect) for the parts of a rectangle, in the bitmap's coordinates, that are inside the bitmap
+  /// and the clip region.
   template <class Use>
-  void forEachVisible(const Region& area, Use&& use) const {
-    const Region clipped = clip ? Region::combine(area, *clip, Combination::both) : Region();
-    const RECT bounds = pixels().bounds();
-    for (const RECT& rect : (clip ? clipped : area).rectangles()) {
-      RECT visible;
-      if (IntersectRect(&visible, &rect, &bounds)) use(visible);
+  void forEachVisible(const RECT& area, Use&& use) const {
+    const RECT visible = bounds();
+    RECT inside;
+    if (!IntersectRect(&inside, &area, &visible)) return;
+    if (clip) {
+      clip->forEachPart(inside, use);
+    } else {
+      use(inside);
     }
   }
 
@@ -55,6 +64,7 @@ class DeviceContext : public GdiObject {
 
   GdiObject* bitmap_ = nullptr;
   GdiObject* pen_;
+  mutable std::optional<Nib> nib_;  ///< made for the first line; none after another pen was selected
   GdiObject* brush_;
   GdiObject* palette_;
 };

@@ -68,6 +68,7 @@ GdiObject* DeviceContext::select(GdiObject* object) {
       break;
     case Kind::pen:
       place = &pen_;
+      nib_.reset();
       break;
     case Kind::brush:
       place = &brush_;
@@ -85,10 +86,10 @@ GdiObject* DeviceContext::put(GdiObject*& place, GdiObject* object) {
   return before;
 }
 
-void DeviceContext::paint(const Region& area, Colour colour) const {
-  const Pixels surface = pixels();
-  const DWORD raw = surface.rawOfColour(colour);
-  forEachVisible(area, [&](const RECT& rect) { surface.fill(rect, raw); });
+RECT DeviceContext::bounds() const {
+  RECT box = pixels().bounds();
+  if (clip) IntersectRect(&box, &box, &clip->box());
+  return box;
 }
 
 BOOL exchangePoint(HDC handle, POINT DeviceContext::*point, const POINT& value, POINT* before) {

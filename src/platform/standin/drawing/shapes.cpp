@@ -1,14 +1,14 @@
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "platform/guard.h"
-#include "platform/standin/drawing/device_context.h"
-#include "platform/standin/drawing/strokes.h"
+#include "platform/standin/drawing/context_painter.h"
 #include "platform/standin/geometry.h"
 #include "platform/standin/regions/ellipse_corner.h"
-#include "platform/standin/regions/scan_polygon.h"
 
 namespace dibkit::standin {
 
@@ -19,23 +19,12 @@ POINT placed(const DeviceContext& context, const POINT& point) {
           clampedToInt(std::int64_t{point.y} + context.origin.y)};
 }
 
-void drawSegment(const DeviceContext& context, const POINT& from, const POINT& to) {
+/// Draws a closed line with the context's pen.
+void drawOutline(const DeviceContext& context, std::span<const POINT> corners) {
   const PenObject& pen = context.pen();
   if (pen.null) return;
-  const Nib nib{pen.width, pen.squareCaps};
-  context.paint(segmentRegion(from, to, nib, context.pixels().bounds()), pen.colour);
-}
-
-void drawOutline(const DeviceContext& context, const std::vector<POINT>& corners) {
-  const POINT* from = &corners.back();
-  for (const POINT& to : corners) {
-    drawSegment(context, *from, to);
-    from = &to;
-  }
-}
-
-void fillInterior(const DeviceContext& context, const Region& interior) {
-  if (!context.brush().null) context.paint(interior, context.brush().colour);
+  ContextPainter painter(context, pen.colour);
+  context.nib().drawOutline(painter, corners);
 }
 
 /// An ellipse or rounded rectangle as it is drawn: unlike the region of that shape it fills its rectangle.
@@ -44,9 +33,7 @@ struct RoundedShape {
   int cornerWidth;
   int cornerHeight;
 
-  Region region() const {
-    return roundedRegion(rect.left, rect.top, rect.right, rect.bottom, cornerWidth, cornerHeight);
-  }
+  RoundedRectangle area() const { return {rect, cornerWidth, cornerHeight}; }
   /// The corners of its outline as a polygon, clockwise from the left side.
   std::vector<POINT> path() const;
 };
@@ -71,28 +58,43 @@ std::vector<POINT> RoundedShape::path() const {
   return points;
 }
 
-/// The pixels of an area that have a neighbour outside it.
-Region edgeOf(const Region& area) {
-  Region inner = area;
-  for (const auto& [dx, dy] : {std::pair{1, 0}, {-1, 0}, {0, 1}, {0, -1}}) {
-    Region moved = area;
-    moved.offset(dx, dy);
-    inner = Region::combine(inner, moved, Combination::both);
+void fillRows(Painter& painter, const RoundedRectangle& area) {
+  const RECT& bounds = painter.bounds();
+  for (int y = bounds.top; y < bounds.bottom; ++y) {
+    const RoundedRectangle::Span span = area.row(y);
+    painter.paintRow(y, span.left, span.right);
   }
-  return Region::combine(area, inner, Combination::firstOnly);
+}
+
+/// Paints the pixels of an area that have a neighbour outside it.
+void paintEdge(Painter& painter, const RoundedRectangle& area) {
+  const RECT& bounds = painter.bounds();
+  for (std::int64_t y = bounds.top; y < bounds.bottom; ++y) {
+    const RoundedRectangle::Span span = area.row(y);
+    const RoundedRectangle::Span above = area.row(y - 1);
+    const RoundedRectangle::Span below = area.row(y + 1);
+    const int left = std::max({span.left + 1, above.left, below.left});
+    const int right = std::min({span.right - 1, above.right, below.right});
+    if (above.empty() || below.empty() || left >= right) {
+      painter.paintRow(y, span.left, span.right);
+    } else {
+      painter.paintRow(y, span.left, left);
+      painter.paintRow(y, right, span.right);
+    }
+  }
 }
 
 /// The shape for corners of at most two pixels. With a null pen it is one pixel narrower and lower.
 void drawRectangle(const DeviceContext& context, const RECT& rect) {
+  const int less = context.pen().null ? 1 : 0;
+  if (!context.brush().null) {
+    ContextPainter(context, context.brush().colour)
+        .paintRectangle(rect.left, rect.top, rect.right - less, rect.bottom - less);
+  }
   const int rightmost = rect.right - 1;
   const int lowest = rect.bottom - 1;
-  if (context.pen().null) {
-    fillInterior(context, Region::ofRectangle(rect.left, rect.top, rightmost, lowest));
-    return;
-  }
-  fillInterior(context, Region::ofRectangle(rect.left, rect.top, rect.right, rect.bottom));
-  drawOutline(context,
-              {{rect.left, rect.top}, {rightmost, rect.top}, {rightmost, lowest}, {rect.left, lowest}});
+  drawOutline(context, std::array<POINT, 4>{POINT{rect.left, rect.top}, POINT{rightmost, rect.top},
+                                            POINT{rightmost, lowest}, POINT{rect.left, lowest}});
 }
 
 void drawRounded(const DeviceContext& context, const POINT& corner, const POINT& opposite,
@@ -108,11 +110,15 @@ void drawRounded(const DeviceContext& context, const POINT& corner, const POINT&
     drawRectangle(context, rect);
     return;
   }
-  const Region area = shape.region();
-  fillInterior(context, area);
+  const RoundedRectangle area = shape.area();
+  if (!context.brush().null) {
+    ContextPainter painter(context, context.brush().colour);
+    fillRows(painter, area);
+  }
   if (context.pen().null) return;
   if (context.pen().width <= 1) {
-    context.paint(edgeOf(area), context.pen().colour);
+    ContextPainter painter(context, context.pen().colour);
+    paintEdge(painter, area);
   } else {
     drawOutline(context, shape.path());
   }
@@ -138,10 +144,8 @@ int FillRect(HDC handle, const RECT* rect, HBRUSH brushHandle) {
   const auto [top, bottom] = ordered(rect->top, rect->bottom);
   const POINT& origin = context->origin;
   const RECT area = clampedRect(left + origin.x, top + origin.y, right + origin.x, bottom + origin.y);
-  return catchOutOfMemory([&] {
-    context->paint(Region::ofRectangle(area.left, area.top, area.right, area.bottom), brush->colour);
-    return 1;
-  });
+  ContextPainter(*context, brush->colour).paintRectangle(area.left, area.top, area.right, area.bottom);
+  return 1;
 }
 
 BOOL MoveToEx(HDC handle, int x, int y, POINT* before) {
@@ -153,7 +157,10 @@ BOOL LineTo(HDC handle, int x, int y) {
   if (context == nullptr) return FALSE;
   const POINT from = std::exchange(context->position, POINT{x, y});
   return catchOutOfMemory([&] {
-    drawSegment(*context, placed(*context, from), placed(*context, {x, y}));
+    const PenObject& pen = context->pen();
+    if (pen.null) return TRUE;
+    ContextPainter painter(*context, pen.colour);
+    context->nib().drawSegment(painter, placed(*context, from), placed(*context, {x, y}));
     return TRUE;
   });
 }
@@ -164,7 +171,10 @@ BOOL Polygon(HDC handle, const POINT* points, int count) {
   return catchOutOfMemory([&] {
     std::vector<POINT> corners(points, points + count);
     for (POINT& corner : corners) corner = placed(*context, corner);
-    fillInterior(*context, polygonRegion(corners, {0, context->pixels().height}));
+    if (!context->brush().null) {
+      ContextPainter painter(*context, context->brush().colour);
+      paintPolygon(painter, corners);
+    }
     drawOutline(*context, corners);
     return TRUE;
   });

@@ -9,21 +9,6 @@ namespace {
 
 constexpr int unreached = -1;
 
-/// The insets of the ellipse's rows from both sides, for its upper half. In a narrow, tall box the curve ends
-/// before the top; the rows above it get the middle of the box.
-std::vector<int> insetsOf(int width, int height, std::int64_t shapeWidth) {
-  EllipseCorner corner(width, height);
-  std::vector<int> insets((static_cast<std::size_t>(height) + 1) / 2, unreached);
-  insets.back() = 0;
-  while (!corner.done()) {
-    if (corner.step() && corner.row() >= 0) insets[static_cast<std::size_t>(corner.row())] = corner.column();
-  }
-  for (int& inset : insets) {
-    if (inset == unreached || 2 * std::int64_t{inset} >= shapeWidth) inset = (width - 1) / 2;
-  }
-  return insets;
-}
-
 }  // namespace
 
 EllipseCorner::EllipseCorner(int width, int height) : left_(0), right_(width - 1) {
@@ -57,17 +42,38 @@ bool EllipseCorner::step() {
   return reachesRow;
 }
 
-Region roundedRegion(int left, int top, int right, int bottom, int cornerWidth, int cornerHeight) {
-  const std::vector<int> insets = insetsOf(cornerWidth, cornerHeight, std::int64_t{right} - left);
-  const auto insetOf = [&](int row) {
-    return insets[static_cast<std::size_t>(row < cornerHeight - 1 - row ? row : cornerHeight - 1 - row)];
-  };
-  const int upper = cornerHeight / 2;
+RowInsets::RowInsets(int width, int height, std::int64_t shapeWidth) : height_(height) {
+  EllipseCorner corner(width, height);
+  insets_.assign((static_cast<std::size_t>(height) + 1) / 2, unreached);
+  insets_.back() = 0;
+  while (!corner.done()) {
+    if (corner.step() && corner.row() >= 0) insets_[static_cast<std::size_t>(corner.row())] = corner.column();
+  }
+  // In a narrow, tall box the curve ends before the top; the rows above it get the middle of the box.
+  for (int& inset : insets_) {
+    if (inset == unreached || 2 * std::int64_t{inset} >= shapeWidth) inset = (width - 1) / 2;
+  }
+}
+
+RoundedRectangle::Span RoundedRectangle::row(std::int64_t y) const {
+  if (y < rect_.top || y >= rect_.bottom) return {};
+  if (y >= fullTop() && y < fullBottom()) return {rect_.left, rect_.right};
+  const std::int64_t inCorner = y < fullTop() ? y - rect_.top : y - (rect_.bottom - cornerHeight_);
+  const int inset = insets_[static_cast<int>(inCorner)];
+  return {rect_.left + inset, rect_.right - inset};
+}
+
+Region RoundedRectangle::region() const {
   BandBuilder bands;
-  const auto addRow = [&](int y, int inset) { bands.add(y, y + 1, left + inset, right - inset); };
-  for (int i = 0; i < upper; ++i) addRow(top + i, insetOf(i));
-  bands.add(top + upper, bottom - (cornerHeight - upper), left, right);
-  for (int i = upper; i < cornerHeight; ++i) addRow(bottom - cornerHeight + i, insetOf(i));
+  const auto addRows = [&](int top, int bottom) {
+    for (int y = top; y < bottom; ++y) {
+      const Span span = row(y);
+      bands.add(y, y + 1, span.left, span.right);
+    }
+  };
+  addRows(rect_.top, fullTop());
+  bands.add(fullTop(), fullBottom(), rect_.left, rect_.right);
+  addRows(fullBottom(), rect_.bottom);
   Region region(bands.take());
   region.markCurved();
   return region;

@@ -36,8 +36,53 @@ class EllipseCorner {
   std::int64_t error_;
 };
 
+/// The pixels between either side of an ellipse's box and the ellipse, by rows.
+class RowInsets {
+ public:
+  RowInsets() = default;
+  /// \param shapeWidth width of the shape that has the ellipse's quarters as corners; in each row of it at
+  ///     least a pixel is left
+  /// Throws std::bad_alloc when memory runs out, and std::length_error above EllipseCorner::longestSide.
+  RowInsets(int width, int height, std::int64_t shapeWidth);
+
+  bool empty() const { return insets_.empty(); }
+  int operator[](int row) const {
+    const int mirrored = height_ - 1 - row;
+    return insets_[static_cast<std::size_t>(row < mirrored ? row : mirrored)];
+  }
+
+ private:
+  int height_ = 0;
+  std::vector<int> insets_;  ///< of the upper half
+};
+
 /// A rectangle with round corners; right and bottom are exclusive. The corners are those of an ellipse of
 /// `cornerWidth` x `cornerHeight` pixels, from 2 to the size of the rectangle.
-Region roundedRegion(int left, int top, int right, int bottom, int cornerWidth, int cornerHeight);
+class RoundedRectangle {
+ public:
+  /// Throws as RowInsets does.
+  RoundedRectangle(const RECT& rect, int cornerWidth, int cornerHeight)
+      : rect_(rect),
+        cornerHeight_(cornerHeight),
+        insets_(cornerWidth, cornerHeight, std::int64_t{rect.right} - rect.left) {}
+
+  struct Span {
+    int left = 0;
+    int right = 0;
+    bool empty() const { return left >= right; }
+  };
+  /// Row y; nothing above and below the rectangle.
+  Span row(std::int64_t y) const;
+  /// The rows between the upper and the lower corners, which fill the width.
+  int fullTop() const { return rect_.top + cornerHeight_ / 2; }
+  int fullBottom() const { return rect_.bottom - (cornerHeight_ - cornerHeight_ / 2); }
+
+  Region region() const;
+
+ private:
+  RECT rect_;
+  int cornerHeight_;
+  RowInsets insets_;
+};
 
 }  // namespace dibkit::standin

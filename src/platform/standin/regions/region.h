@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -28,6 +29,16 @@ class Region {
   /// The bounding box, all zeros for an empty region.
   const RECT& box() const { return box_; }
   bool contains(int x, int y) const;
+  /// Calls use(rect) for the parts of a rectangle that are in the region.
+  template <class Use>
+  void forEachPart(const RECT& area, Use&& use) const {
+    const auto first = std::partition_point(rectangles_.begin(), rectangles_.end(),
+                                            [&](const RECT& rect) { return rect.bottom <= area.top; });
+    for (auto rect = first; rect != rectangles_.end() && rect->top < area.bottom; ++rect) {
+      RECT part;
+      if (IntersectRect(&part, &*rect, &area)) use(part);
+    }
+  }
   bool operator==(const Region& other) const;
 
   /// NULLREGION, SIMPLEREGION or COMPLEXREGION.

@@ -10,8 +10,8 @@
 #include "platform/guard.h"
 #include "platform/standin/geometry.h"
 #include "platform/standin/regions/ellipse_corner.h"
+#include "platform/standin/regions/polygon_scan.h"
 #include "platform/standin/regions/region_object.h"
-#include "platform/standin/regions/scan_polygon.h"
 
 namespace dibkit::standin {
 
@@ -39,7 +39,9 @@ Region curvedRegion(const RECT& rect, std::int64_t ellipseWidth, std::int64_t el
   const int leftSide = static_cast<int>(left);
   const int topSide = static_cast<int>(top);
   if (width < 2 || height < 2) return Region::ofRectangle(leftSide, topSide, rightSide, bottomSide);
-  return roundedRegion(leftSide, topSide, rightSide, bottomSide, clampedToInt(width), clampedToInt(height));
+  return RoundedRectangle({leftSide, topSide, rightSide, bottomSide}, clampedToInt(width),
+                          clampedToInt(height))
+      .region();
 }
 
 bool isIdentity(const XFORM& form) {
