@@ -27,9 +27,10 @@ class FillWork {
   int lines() const { return rows_.lines(); }
   BYTE* row(int y) const { return rows_.row(y); }
 
-  /// Bits of the opaque pixels of a line; valid until the next call.
-  const std::uint64_t* opaque(int y) {
-    frame_.opaqueBits(y, frame_.box(), opaque_.row(0));
+  /// Bits of the opaque pixels of a line, or of `count` of them from x on; valid until the next call.
+  const std::uint64_t* opaque(int y) { return opaque(y, 0, width()); }
+  const std::uint64_t* opaque(int y, int x, int count) {
+    frame_.opaqueBits(y, placedBox(count, 1, {x, y}), opaque_.row(0));
     return opaque_.row(0);
   }
 
@@ -45,12 +46,12 @@ class FillWork {
     forEachRun(opaque(y), width(), [&](int left, int right) { colours_.note(row(y), left, right); });
   }
 
-  /// Marks the opaque pixels of a line inside a range, one byte each.
-  void match(int y, const ColourRange& range, BYTE* flags) {
-    range.match(row(y), width(), flags);
+  /// Marks the opaque ones of `count` pixels of a line inside a range, one byte each.
+  void match(int y, int x, int count, const ColourRange& range, BYTE* flags) {
+    range.match(row(y) + std::ptrdiff_t{x} * 3, count, flags);
     if (!frame_.cel().mask().present()) return;
-    const std::uint64_t* bits = opaque(y);
-    for (int x = 0; x < width(); ++x) flags[x] = static_cast<BYTE>(flags[x] & (bits[x / 64] >> x % 64));
+    const std::uint64_t* bits = opaque(y, x, count);
+    for (int i = 0; i < count; ++i) flags[i] = static_cast<BYTE>(flags[i] & (bits[i / 64] >> i % 64));
   }
 
   OwnedDib finish() { return colours_.finish(std::move(image_)); }
@@ -79,7 +80,7 @@ int ExtFillFrame(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD target, 
     std::vector<BYTE> flags(matched.wordsPerRow() * 64);
     for (int y = 0; y < work.lines(); ++y) {
       work.decodeRow(y);
-      work.match(y, range, flags.data());
+      work.match(y, 0, work.width(), range, flags.data());
       packFlags(flags.data(), matched.wordsPerRow(), matched.row(0));
       forEachRun(matched.row(0), work.width(),
                  [&](int left, int right) { tint.apply(work.row(y), left, right); });
@@ -109,7 +110,8 @@ int ExtFillAdjacentArea(BITMAPINFOHEADER* frame, BITMAPINFOHEADER* mask, DWORD t
     const ColourRange range(fromColorRef(target), tolerance);
     const Tint tint(fromColorRef(fill), percent, work.width());
     floodFill(
-        work.width(), work.height(), seed, [&](int y, BYTE* flags) { work.match(y, range, flags); },
+        work.width(), work.height(), seed,
+        [&](int y, int x, int count, BYTE* flags) { work.match(y, x, count, range, flags); },
         [&](int y, int left, int right) { tint.apply(work.row(y), left, right); });
 
     for (int y = 0; y < work.lines(); ++y) work.noteRow(y);

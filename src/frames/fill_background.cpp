@@ -54,10 +54,10 @@ void clearArea(const View& mask, const POINT& seed, std::int64_t frameX, Visitin
   const std::int64_t excluded = std::int64_t{seed.y} * mask.width() + frameX;
   floodFill(
       mask.width(), mask.height(), seed,
-      [&](int y, BYTE* flags) {
-        unpackBits(mask.row(y), mask.width(), flags);
-        const std::int64_t x = excluded - std::int64_t{y} * mask.width();
-        if (x >= 0 && x < mask.width()) flags[x] = 0;
+      [&](int y, int x, int count, BYTE* flags) {
+        unpackBits(mask.row(y) + x / 8, count, flags);
+        const std::int64_t i = excluded - std::int64_t{y} * mask.width() - x;
+        if (i >= 0 && i < count) flags[i] = 0;
       },
       [&](int y, int left, int right) {
         visiting();

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <vector>
+#include <array>
 
 #include "cel/placed_cel.h"
 #include "frames/colour_range.h"
@@ -30,8 +30,7 @@ OwnedRegion selectOnCanvas(PlacedCel& frame, const POINT& seed, int tolerance, c
   const Box whole = placedBox(canvas.cx, canvas.cy, POINT{0, 0});
   if (!frame || !whole.contains(seed.x, seed.y)) return nullptr;
 
-  BitGrid opaque(canvas.cx, 1);
-  std::vector<BYTE> buffer(static_cast<std::size_t>(intersection(frame.box(), whole).width()) * 3);
+  std::array<BYTE, std::size_t{floodBlock} * 3> buffer;
   const auto rowAt = [&](int x, int y, int count) {
     return wandRow(frame.cel(), static_cast<int>(y - frame.box().top), static_cast<int>(x - frame.box().left),
                    count, buffer.data());
@@ -42,12 +41,13 @@ OwnedRegion selectOnCanvas(PlacedCel& frame, const POINT& seed, int tolerance, c
   const bool seedIsOpaque = seedBits != 0;
   const ColourRange range(seedIsOpaque ? Bgr24::get(rowAt(seed.x, seed.y, 1), 0) : Rgb{}, tolerance);
 
-  const auto match = [&](int y, BYTE* flags) {
-    std::fill_n(flags, canvas.cx, static_cast<BYTE>(!seedIsOpaque));
-    frame.opaqueBits(y, whole, opaque.row(0));
-    forEachRun(opaque.row(0), canvas.cx, [&](int left, int right) {
+  const auto match = [&](int y, int x, int count, BYTE* flags) {
+    std::fill_n(flags, count, static_cast<BYTE>(!seedIsOpaque));
+    std::uint64_t opaque[floodBlock / 64];
+    frame.opaqueBits(y, placedBox(count, 1, {x, y}), opaque);
+    forEachRun(opaque, count, [&](int left, int right) {
       if (seedIsOpaque) {
-        range.match(rowAt(left, y, right - left), right - left, flags + left);
+        range.match(rowAt(x + left, y, right - left), right - left, flags + left);
       } else {
         std::fill(flags + left, flags + right, BYTE{0});
       }

@@ -71,6 +71,33 @@ class BlockRow {
   std::vector<Sums> blocks_;    ///< blue, green and red
 };
 
+/// The sum of the four pixels' colours, divided by 4, as an opaque pixel. Blue and red are added at once:
+/// their sums take 10 bits.
+constexpr DWORD averageOfFour(DWORD a, DWORD b, DWORD c, DWORD d) {
+  constexpr DWORD pair = 0x00FF00FF;
+  const DWORD blueAndRed = (a & pair) + (b & pair) + (c & pair) + (d & pair);
+  const DWORD green = (a >> 8 & 0xFF) + (b >> 8 & 0xFF) + (c >> 8 & 0xFF) + (d >> 8 & 0xFF);
+  return 0xFF000000U | (blueAndRed >> 2 & pair) | (green >> 2 & 0xFF) << 8;
+}
+
+/// Blocks of one pixel. At the right and lower edge the missing neighbours count as the edge's own pixels,
+/// which gives the average of those that there are.
+void averageNeighbours(const ConstView& source, const View& target) {
+  const int last = source.width() - 1;
+  for (int y = 0; y < source.height(); ++y) {
+    const BYTE* row = source.row(y);
+    const BYTE* next = source.row(std::min(y + 1, source.height() - 1));
+    BYTE* out = target.row(y);
+    const auto put = [&](int x, int right) {
+      Bgra32::put(out, x,
+                  averageOfFour(Bgra32::get(row, x), Bgra32::get(row, right), Bgra32::get(next, x),
+                                Bgra32::get(next, right)));
+    };
+    for (int x = 0; x < last; ++x) put(x, x + 1);
+    put(last, last);
+  }
+}
+
 /// Pixel (x, y) has the colour of block (x / n, y / n). Averages are over (n + 1) x (n + 1) pixels, on
 /// purpose: a column and a row of the next blocks count too.
 OwnedDib mosaic32(const ConstView& source, int blockSize) {
@@ -79,6 +106,10 @@ OwnedDib mosaic32(const ConstView& source, int blockSize) {
   OwnedDib result = createDib(source.width(), source.height(), 32, 0, InitialPixels::unwritten);
   if (!result) return nullptr;
   const View target(result.get());
+  if (size == 1) {
+    averageNeighbours(source, target);
+    return result;
+  }
   BlockRow blocks(source, size);
   for (std::int64_t top = 0; top < target.height(); top += size) {
     const int bottom = static_cast<int>(std::min<std::int64_t>(top + size, target.height()));

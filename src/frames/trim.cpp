@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <vector>
 
 #include "dib/view.h"
 #include "frames/frames.h"
 #include "platform/guard.h"
+#include "platform/region_data.h"
 #include "raster/mask_rows.h"
 #include "raster/region_builder.h"
 
@@ -28,9 +30,17 @@ void loadOpaque(const ConstView& mask, int y, std::uint64_t* words) {
 
 OwnedRegion opaqueRegion(const ConstView& mask) {
   if (mask.lines() == 0) return nullptr;
-  RegionBuilder builder(mask.width(), mask.height());
-  for (int y = 0; y < mask.lines(); ++y) loadOpaque(mask, y, builder.row(y));
-  return builder.empty() ? nullptr : builder.region();
+  std::vector<std::uint64_t> words(wordsOf(mask));
+  const auto bytes = (static_cast<std::size_t>(mask.width()) + 7) / 8;
+  BandBuilder bands;
+  addRows(
+      bands, 0, mask.lines(), mask.width(),
+      [&](int y) { return std::memcmp(mask.row(y), mask.row(y + 1), bytes) == 0; },
+      [&](int y) {
+        loadOpaque(mask, y, words.data());
+        return words.data();
+      });
+  return bands.empty() ? nullptr : OwnedRegion(createRegion(bands.take()));
 }
 
 /// The last set bit of a row that has one.

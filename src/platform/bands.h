@@ -39,6 +39,8 @@ class BandBuilder {
     rectangles_.push_back({left, top, right, bottom});
   }
 
+  /// Makes room for this many rectangles, so that a list of known length takes no more memory than it needs.
+  void reserve(std::size_t count) { rectangles_.reserve(count); }
   bool empty() const { return rectangles_.empty(); }
   /// How many rectangles there are; equal bands that touch may still be separate.
   std::size_t size() const { return rectangles_.size(); }

@@ -1,7 +1,10 @@
 #include "platform/region_data.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
+
+#include "platform/bounds.h"
 
 namespace dibkit {
 namespace {
@@ -36,5 +39,19 @@ RegionData::RegionData(HRGN region) {
   if (!rectangles_.empty()) box_ = data->rdh.rcBound;
   valid_ = true;
 }
+
+HRGN createRegion(std::span<const RECT> rectangles) {
+  const std::size_t bytes = sizeof(RGNDATAHEADER) + rectangles.size_bytes();
+  const auto block = std::make_unique_for_overwrite<std::uint64_t[]>((bytes + 7) / 8);
+  auto* data = reinterpret_cast<RGNDATA*>(block.get());
+  data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, static_cast<DWORD>(rectangles.size()),
+               static_cast<DWORD>(rectangles.size_bytes()), boundsOf(rectangles)};
+  if (!rectangles.empty()) std::memcpy(data->Buffer, rectangles.data(), rectangles.size_bytes());
+  return ExtCreateRegion(nullptr, static_cast<DWORD>(bytes), data);
+}
+
+#if defined(_WIN32)
+HRGN createRegion(std::vector<RECT>&& bands) { return createRegion(std::span<const RECT>(bands)); }
+#endif
 
 }  // namespace dibkit

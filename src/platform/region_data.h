@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "platform/win32.h"
 
@@ -26,5 +27,12 @@ class RegionData {
   RECT box_{};
   bool valid_ = false;
 };
+
+/// The region of all pixels that any of the rectangles holds; empty for none. Cheapest for rectangles in the
+/// order in which RegionData gives them. Null when the platform fails; throws std::bad_alloc when memory runs
+/// out.
+HRGN createRegion(std::span<const RECT> rectangles);
+/// The region of the rectangles of a BandBuilder, whose memory it takes over where the platform can.
+HRGN createRegion(std::vector<RECT>&& bands);
 
 }  // namespace dibkit

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "dib/dib.h"
+#include "platform/bands.h"
 #include "raster/bit_grid.h"
 
 namespace dibkit {
@@ -43,5 +44,17 @@ class RegionBuilder {
   int bottom_ = 0;  ///< the line after the last one that may have bits
   BitGrid bits_;
 };
+
+/// Adds rows of bits to bands. Rows that are the same are read once.
+/// \param same same(y) tells whether rows y and y + 1 have the same bits
+/// \param bits bits(y) gives a row as BitGrid holds it
+template <class Same, class Bits>
+void addRows(BandBuilder& bands, int top, int bottom, int width, Same&& same, Bits&& bits) {
+  for (int y = top; y < bottom;) {
+    const int first = y++;
+    while (y < bottom && same(y - 1)) ++y;
+    forEachRun(bits(first), width, [&](int left, int right) { bands.add(first, y, left, right); });
+  }
+}
 
 }  // namespace dibkit

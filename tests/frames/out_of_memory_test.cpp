@@ -145,7 +145,7 @@ TEST(OutOfMemory, GivesTheTruePictureOrNone) {
       EXPECT_TRUE(failed ? !got || test::same(got, whole) : test::same(got, whole))
           << i << ", block " << failures;
     }
-    EXPECT_GT(failures, 4) << i;
+    EXPECT_GT(failures, 1) << i;  // of the system's own blocks none can fail
   }
 }
 

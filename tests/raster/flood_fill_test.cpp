@@ -22,18 +22,13 @@ TEST(FloodFill, EqualsThePlainWalkAndVisitsEveryPixelOnce) {
         *flags++ = open.at(x, y);
       }
     };
-    const auto matchRow = [&](int y, BYTE* flags) { matchPiece(y, 0, width, flags); };
     const auto visit = [&](int y, int left, int right) {
       for (int x = left; x < right; ++x) {
         EXPECT_FALSE(visited.at(x, y));
         visited.set(x, y, true);
       }
     };
-    if (round % 2 == 0) {
-      dibkit::floodFill(width, height, seed, matchRow, visit);
-    } else {
-      dibkit::floodFill(width, height, seed, matchPiece, visit);
-    }
+    dibkit::floodFill(width, height, seed, matchPiece, visit);
     const auto enter = [&](int x, int y) { return open.at(x, y); };
     ASSERT_TRUE(visited == test::reachedFrom(seed, width, height, enter)) << "round " << round;
   }

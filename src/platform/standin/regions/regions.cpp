@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/guard.h"
+#include "platform/region_data.h"
 #include "platform/standin/geometry.h"
 #include "platform/standin/regions/ellipse_corner.h"
 #include "platform/standin/regions/polygon_scan.h"
@@ -67,6 +68,12 @@ std::optional<Combination> combinationOf(int mode) {
 }  // namespace
 
 }  // namespace dibkit::standin
+
+namespace dibkit {
+
+HRGN createRegion(std::vector<RECT>&& bands) { return standin::newRegion(standin::Region(std::move(bands))); }
+
+}  // namespace dibkit
 
 using namespace dibkit;
 using namespace dibkit::standin;
