@@ -139,26 +139,23 @@ HWY_NOINLINE void correctWholeNumbers(VU8 blue, VU8 green, VU8 red, VU8 whole, C
 void bgr24ToGray(ConstBytes from, int width, Bytes to) {
   const U8 d;
   const U16 wide;
-  const hn::Half<U8> half;
   const auto step = static_cast<std::ptrdiff_t>(vectorBytes());
-  const auto low = [&](VU8 v) HWY_ATTR { return hn::PromoteTo(wide, hn::LowerHalf(half, v)); };
-  const auto high = [&](VU8 v) HWY_ATTR { return hn::PromoteTo(wide, hn::UpperHalf(half, v)); };
-  const auto pack = [&](auto lower, auto upper) HWY_ATTR {
-    const hn::RebindToSigned<U16> words;
-    return hn::Combine(d, hn::DemoteTo(half, hn::BitCast(words, upper)),
-                       hn::DemoteTo(half, hn::BitCast(words, lower)));
-  };
+  // The even bytes and the odd ones as numbers of 16 bits: no byte crosses a lane.
+  const auto even = [&](VU8 v) HWY_ATTR { return hn::And(hn::BitCast(wide, v), hn::Set(wide, 0xFF)); };
+  const auto odd = [&](VU8 v) HWY_ATTR { return hn::ShiftRight<8>(hn::BitCast(wide, v)); };
+  const auto pack = [&](auto evens, auto odds)
+                        HWY_ATTR { return hn::BitCast(d, hn::Or(evens, hn::ShiftLeft<8>(odds))); };
   std::ptrdiff_t x = 0;
   for (; x + step <= width; x += step) {
     VU8 blue, green, red;
     hn::LoadInterleaved3(d, from + 3 * x, blue, green, red);
-    hn::Mask<U16> wholeLow, wholeHigh;
-    const auto grayLow = grayOfWords(low(blue), low(green), low(red), wholeLow);
-    const auto grayHigh = grayOfWords(high(blue), high(green), high(red), wholeHigh);
-    hn::StoreU(pack(grayLow, grayHigh), d, to + x);
-    if (hn::AllFalse(wide, hn::Or(wholeLow, wholeHigh))) continue;
+    hn::Mask<U16> wholeEven, wholeOdd;
+    const auto grayEven = grayOfWords(even(blue), even(green), even(red), wholeEven);
+    const auto grayOdd = grayOfWords(odd(blue), odd(green), odd(red), wholeOdd);
+    hn::StoreU(pack(grayEven, grayOdd), d, to + x);
+    if (hn::AllFalse(wide, hn::Or(wholeEven, wholeOdd))) continue;
     const auto one = hn::Set(wide, 1);
-    const VU8 whole = pack(hn::IfThenElseZero(wholeLow, one), hn::IfThenElseZero(wholeHigh, one));
+    const VU8 whole = pack(hn::IfThenElseZero(wholeEven, one), hn::IfThenElseZero(wholeOdd, one));
     correctWholeNumbers(blue, green, red, whole, from + 3 * x, to + x);
   }
   finish(plainKernels<ConversionKernels>().bgr24ToGray, from, 3, width, x, to, 1);

@@ -11,7 +11,7 @@ using Histogram = std::array<std::int64_t, 256>;
 /// Counts in several histograms at once: a bin that was just written is slow to read again, and neighbouring
 /// pixels are mostly alike.
 Histogram countLevels(const ConstView& view) {
-  constexpr int lanes = 4;
+  constexpr int lanes = 8;
   std::array<std::array<DWORD, 256>, lanes> bins{};
   for (int y = 0; y < view.lines(); ++y) {
     const BYTE* row = view.row(y);
