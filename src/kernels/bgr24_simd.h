@@ -87,6 +87,23 @@ class Bgr24Loader {
     }
   }
 
+  /// The same for the last pixels of a row: reads no byte after them, but four before them.
+  HWY_INLINE VU8 last(const std::uint8_t* from) const {
+    const VU8 bytes = hn::Add(bytes_, hn::Set(U8(), 4));  // 0x80 and above give zero
+    const auto two = [](auto half, const std::uint8_t* at) HWY_ATTR {
+      const hn::Half<decltype(half)> block;
+      return hn::Combine(half, hn::LoadU(block, at + 8), hn::LoadU(block, at - 4));
+    };
+    if constexpr (HWY_MAX_BYTES == 16) {
+      return hn::TableLookupBytesOr0(hn::LoadU(U8(), from - 4), bytes);
+    } else if constexpr (HWY_MAX_BYTES == 32) {
+      return hn::TableLookupBytesOr0(two(U8(), from), bytes);
+    } else {
+      const hn::Half<U8> half;
+      return hn::TableLookupBytesOr0(hn::Combine(U8(), two(half, from + 24), two(half, from)), bytes);
+    }
+  }
+
  private:
   VU8 bytes_;
   WordIndices words_;

@@ -20,6 +20,12 @@ HWY_INLINE void finish(ConversionKernels::Row twin, ConstBytes from, int bytesFr
   twin(from + x * bytesFrom, static_cast<int>(width - x), to + x * bytesTo);
 }
 
+/// Where the last vectors of a row begin, of which `whole` pixels are done: two cover what is left.
+HWY_INLINE std::array<std::ptrdiff_t, 2> lastVectors(std::ptrdiff_t whole, std::ptrdiff_t width) {
+  const std::ptrdiff_t last = width - static_cast<std::ptrdiff_t>(vectorPixels());
+  return {whole < last ? whole : last, last};
+}
+
 constexpr Moves inOrder = movesFrom24({0, 1, 2, 0x80});
 constexpr Moves reversed = movesFrom24({0x80, 2, 1, 0});
 
@@ -67,6 +73,10 @@ void bgr24ToRgb555(ConstBytes from, int width, Bytes to) {
   const auto step = static_cast<std::ptrdiff_t>(vectorPixels());
   const std::ptrdiff_t whole = inWholeVectors24(width);
   for (std::ptrdiff_t x = 0; x < whole; x += step) storeRgb555(load(from + 3 * x), to + 2 * x);
+  if (whole != 0) {
+    for (const std::ptrdiff_t x : lastVectors(whole, width)) storeRgb555(load.last(from + 3 * x), to + 2 * x);
+    return;
+  }
   finish(plainKernels<ConversionKernels>().bgr24ToRgb555, from, 3, width, whole, to, 2);
 }
 
@@ -82,6 +92,12 @@ void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
   const auto step = static_cast<std::ptrdiff_t>(vectorPixels());
   const std::ptrdiff_t whole = inWholeVectors24(width);
   for (std::ptrdiff_t x = 0; x < whole; x += step) hn::StoreU(load(from + 3 * x), U8(), to + 4 * x);
+  if (whole != 0) {
+    for (const std::ptrdiff_t x : lastVectors(whole, width)) {
+      hn::StoreU(load.last(from + 3 * x), U8(), to + 4 * x);
+    }
+    return;
+  }
   finish(plainKernels<ConversionKernels>().bgr24ToReversed32, from, 3, width, whole, to, 4);
 }
 
