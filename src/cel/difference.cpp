@@ -93,6 +93,15 @@ const BYTE* CelDifference::differing(const At& start, int count, BYTE* flags) co
   return flags;
 }
 
+bool CelDifference::sameLines(int top, int bottom) const {
+  const ConstView& a = a_.view();
+  const ConstView& b = b_.view();
+  if (!sameFormat_ || a_.mask().present() || b_.mask().present() || a.stride() != b.stride()) return false;
+  // Rows are stored from the bottom.
+  const auto bytes = static_cast<std::size_t>(a.stride()) * static_cast<std::size_t>(bottom - top);
+  return std::memcmp(a.row(bottom - 1), b.row(bottom - 1), bytes) == 0;
+}
+
 int CelDifference::first(At start, int count) const {
   BYTE buffer[chunk];
   for (int done = 0; done < count; done += chunk) {

@@ -16,6 +16,10 @@ class CelDifference {
   /// Both frames must be usable and must outlive this object.
   CelDifference(const Cel& a, const Cel& b);
 
+  /// Whether one comparison of the memory of lines [top, bottom) of both frames shows that they are the same;
+  /// false also when it does not decide it.
+  bool sameLines(int top, int bottom) const;
+
   /// Compares `count` pixels to the right of a pair.
   /// \return how many pixels are the same before the first difference; `count` when there is none
   int first(At start, int count) const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstring>
+
 #include "dib/allocate.h"
 #include "palette/colour_index.h"
 
@@ -14,10 +16,16 @@ namespace dibkit {
 ///     return colours.finish(std::move(work));
 class FrameColours {
  public:
-  /// Adds the colours of pixels [left, right) of a 24-bit row, in order of first appearance; none after the
-  /// 257th. Callers do not note pixels that they left out.
+  /// Adds the colours of pixels [left, right) of a row of the work image, in order of first appearance; none
+  /// after the 257th. Callers do not note pixels that they left out, and do not change them afterwards.
   void note(const BYTE* row, int left, int right) {
     if (overflowed_) return;
+    const BYTE* const pixels = row + std::ptrdiff_t{left} * 3;
+    const auto bytes = static_cast<std::size_t>(right - left) * 3;
+    const bool isRepeated = last_ != nullptr && bytes <= lastBytes_ && std::memcmp(pixels, last_, bytes) == 0;
+    last_ = pixels;
+    lastBytes_ = bytes;
+    if (isRepeated) return;
     overflowed_ = !forEachColour<Bgr24>(
         row, left, right, [&](DWORD key, int, auto) { return colours_.enter(key) != ColourIndex::none; });
   }
@@ -34,6 +42,9 @@ class FrameColours {
 
  private:
   ColourIndex colours_;
+  /// The pixels that were noted last. Flat pictures repeat them in the next row.
+  const BYTE* last_ = nullptr;
+  std::size_t lastBytes_ = 0;
   bool overflowed_ = false;
 };
 

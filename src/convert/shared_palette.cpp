@@ -21,8 +21,13 @@ void indexRows(const ConstView& source, BITMAPINFOHEADER* result, LookUp&& lookU
   withFormat(target.bitCount(), [&](auto format) {
     using Format = decltype(format);
     if constexpr (Format::bits <= 8) {
+      const auto bytes = static_cast<std::size_t>(source.width()) * 3;
       for (int y = 0; y < source.lines(); ++y) {
         const BYTE* from = source.row(y);
+        if (y > 0 && std::memcmp(from, source.row(y - 1), bytes) == 0) {
+          std::memcpy(target.row(y), target.row(y - 1), static_cast<std::size_t>(target.stride()));
+          continue;
+        }
         BYTE indexes[indexChunk];
         forEachChunk(source.width(), [&](int left, int count) {
           forEachColour<Bgr24>(from, left, left + count, [&](DWORD key, int x, auto same) {

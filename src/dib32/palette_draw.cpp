@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "dib/view.h"
@@ -19,6 +20,20 @@ class PaletteSource {
   }
 
   Extent extent() const { return Extent(indexes_); }
+
+  /// Draws `count` pixels from column x of row y on; the destination's alpha is unchanged.
+  void paint(int y, int x, int count, Bgra* to) const {
+    const BYTE* const indexes = indexes_.row(y) + x;
+    const auto paintPixel = [&](int i) {
+      putWord(to, i, (wordAt(to, i) & ~colourBits) | wordAt(colours_.data(), indexes[i]));
+    };
+    const BYTE* const bits = y < mask_.height() ? mask_.row(y) : nullptr;
+    const int masked = bits != nullptr ? std::clamp(mask_.width() - x, 0, count) : 0;
+    for (int i = 0; i < masked; ++i) {
+      if (Index1::get(bits, x + i) == 0) paintPixel(i);
+    }
+    for (int i = masked; i < count; ++i) paintPixel(i);
+  }
 
   void gather(int y, const std::vector<int>& columns, Bgra* row) const {
     const BYTE* indexes = indexes_.row(y);
@@ -54,6 +69,13 @@ void drawPalette(BITMAPINFOHEADER* destinationDib, BITMAPINFOHEADER* sourceDib, 
   const PaletteSource source(sourceDib, mask);
   catchOutOfMemory([&] {
     const Sampling sampling = sample(Extent(destination), source.extent());
+    if (sampling.columnStep == 1 && sampling.width() > 0) {
+      for (std::size_t i = sampling.rows.size(); i-- > 0;) {
+        Bgra* to = pixelsOf(destination.row(sampling.top + static_cast<int>(i))) + sampling.left;
+        source.paint(sampling.rows[i], sampling.columns[0], sampling.width(), to);
+      }
+      return;
+    }
     forEachSampledRow(
         destination, sampling, [&](int y, Bgra* row) { source.gather(y, sampling.columns, row); },
         [&](Bgra* to, const Bgra* row) { paintRow(to, row, sampling.width()); });

@@ -59,10 +59,21 @@ Sampling zoomInSampling(Extent destination, const POINT& destinationOrigin, Exte
   const Box zoomed{left, top, left + std::int64_t{source.width} * factor,
                    top + std::int64_t{source.height} * factor};
   const Box area = intersection(zoomed, placedBox(destination.width, destination.height, destinationOrigin));
-  Sampling sampling = sample(
-      area, destinationOrigin, [&](std::int64_t x) { return static_cast<int>((x - left) / factor); },
-      [&](std::int64_t y) { return static_cast<int>((y - top) / factor); });
+  // position / factor for successive positions, without a division for each
+  const auto quotients = [factor](std::int64_t first) {
+    return [factor, quotient = static_cast<int>(first / factor),
+            rest = static_cast<int>(first % factor)](std::int64_t) mutable {
+      const int result = quotient;
+      if (++rest == factor) {
+        rest = 0;
+        ++quotient;
+      }
+      return result;
+    };
+  };
+  Sampling sampling = sample(area, destinationOrigin, quotients(area.left - left), quotients(area.top - top));
   sampling.repeat = factor;
+  if (factor == 1) sampling.columnStep = 1;
   return sampling;
 }
 

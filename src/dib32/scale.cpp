@@ -40,9 +40,8 @@ void gatherRow(const Bgra* from, const Sampling& sampling, Bgra* row) {
   }
 }
 
-AlphaKind kindOf(const Bgra* pixels, int count) {
-  const DWORD common = kernels<CopyKernels>().commonBits(bytesOf(pixels), count);
-  return common > 0xFEFFFFFF ? AlphaKind::opaque : alphaKindOf(pixels, count);
+bool isOpaque(const Bgra* pixels, int count) {
+  return kernels<CopyKernels>().commonBits(bytesOf(pixels), count) > 0xFEFFFFFF;
 }
 
 void copyVisible(Bgra* to, const Bgra* from, int count) {
@@ -91,21 +90,22 @@ void copyOrShadeSource(const View& destination, const View& source, const Sampli
       [&](int y, Bgra* row) {
         from = pixelsOf(source.row(y));
         drawn = nullptr;
-        if (sampling.repeat > 1) {  // shows every pixel between the first and the last one
-          const int first = sampling.columns.front();
-          kind = kindOf(from + first, sampling.columns.back() - first + 1);
-          if (kind == AlphaKind::opaque) return;
-        }
+        // Opaque pixels need no buffer. A row of which few pixels are shown is not examined for that.
+        const int first = sampling.columns.front();
+        const std::int64_t shown = std::int64_t{sampling.columns.back()} - first + 1;
+        kind = AlphaKind::opaque;
+        if (shown <= 2 * std::int64_t{sampling.width()} && isOpaque(from + first, static_cast<int>(shown)))
+          return;
         gatherRow(from, sampling, row);
-        if (sampling.repeat == 1) kind = kindOf(row, sampling.width());
+        kind = alphaKindOf(row, sampling.width());
       },
       [&](Bgra* to, const Bgra* row) {
         if (kind == AlphaKind::opaque) {
-          if (sampling.repeat > 1 && drawn == nullptr) {
+          if (drawn == nullptr) {
             gatherRow(from, sampling, to);
             drawn = to;
           } else {
-            std::copy_n(drawn != nullptr ? drawn : row, sampling.width(), to);
+            std::copy_n(drawn, sampling.width(), to);
           }
         } else if (kind == AlphaKind::opaqueOrTransparent) {
           copyVisible(to, row, sampling.width());

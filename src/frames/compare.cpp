@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "cel/difference.h"
 #include "frames/frames.h"
 
@@ -30,8 +32,13 @@ int CompareFrame(BITMAPINFOHEADER* frameA, BITMAPINFOHEADER* maskA, BITMAPINFOHE
   const Cel b(frameB, maskB);
   if (!a || !b || a.width() != b.width() || a.height() != b.height()) return 0;
   const CelDifference difference(a, b);
-  for (int y = 0; y < a.view().lines(); ++y) {
-    if (difference.first({0, y, 0, y}, a.width()) != a.width()) return 0;
+  constexpr int step = 32;
+  for (int bottom = a.view().lines(); bottom > 0; bottom -= step) {
+    const int top = std::max(bottom - step, 0);
+    if (difference.sameLines(top, bottom)) continue;
+    for (int y = top; y < bottom; ++y) {
+      if (difference.first({0, y, 0, y}, a.width()) != a.width()) return 0;
+    }
   }
   return 1;
 }

@@ -35,7 +35,7 @@ OwnedDib cropPixels(const BITMAPINFOHEADER* dib, const ConstView& source, const 
   if (!piece) return nullptr;
   copyPalette(dib, piece.get());
   const View target(piece.get());
-  for (int y = 0; y < cut.overlap.height; ++y) {
+  for (int y = cut.overlap.height; y-- > 0;) {  // in the order of memory
     copyPixels(bitCount, source.row(cut.inSource().y + y), cut.inSource().x, cut.overlap.width,
                target.row(cut.inPiece().y + y), cut.inPiece().x);
   }
@@ -82,7 +82,7 @@ OwnedDib crop32(const ConstView& source, const RegionSpans& region) {
   if (!piece) return nullptr;
   const View target(piece.get());
   const int left = static_cast<int>(cut.box.left);
-  for (int y = 0; y < cut.overlap.height; ++y) {
+  for (int y = cut.overlap.height; y-- > 0;) {  // in the order of memory
     const int sourceY = cut.inSource().y + y;
     const BYTE* from = source.row(sourceY);
     BYTE* to = target.row(cut.inPiece().y + y);
