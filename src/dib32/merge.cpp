@@ -5,6 +5,7 @@
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
 #include "kernels/blend.h"
+#include "kernels/copy.h"
 #include "raster/placement.h"
 
 namespace dibkit {
@@ -120,16 +121,16 @@ BOOL CDIB32::CombineDIBs(BITMAPINFOHEADER* bottom, const POINT& bottomOrigin, BY
   if (!below.view || !above.view || out == nullptr || outOrigin == nullptr) return FALSE;
   Canvas canvas(unionOf(below.box(), above.box()), below.box());
   if (!canvas.dib) return FALSE;
-  canvas.forEachRowUnder(below, [=](Bgra* to, const Bgra* from, int count) {
-    for (int i = 0; i < count; ++i) {
-      const DWORD pixel = wordAt(from, i);
-      const DWORD alpha = std::max<DWORD>(pixel >> 24, bottomReduction) - bottomReduction;
-      putWord(to, i, (pixel & colourBits) | alpha << 24);
-    }
-  });
-  canvas.forEachRowUnder(above, [=](Bgra* to, const Bgra* from, int count) {
-    kernels<BlendKernels>().over(bytesOf(to), bytesOf(from), count, {topReduction}, nullptr);
-  });
+  forEachCommonStretch(
+      [=](int count, BYTE* to, const BYTE* from) {
+        kernels<CopyKernels>().lowered(to, from, count, bottomReduction);
+      },
+      canvas.placed(), below);
+  forEachCommonStretch(
+      [=](int count, BYTE* to, const BYTE* from) {
+        kernels<BlendKernels>().over(to, from, count, {topReduction}, nullptr);
+      },
+      canvas.placed(), above);
   return canvas.release(out, outOrigin);
 }
 
