@@ -12,6 +12,9 @@ fail() {
 build_packages=(g++ cmake ninja-build pkg-config python3 libhwy-dev libgtest-dev libgif-dev libpng-dev
   libjpeg62-turbo-dev libwebp-dev libcli11-dev libimagequant-dev)
 
+# What the operations are measured beside.
+peer_packages=(libopencv-core-dev libopencv-imgproc-dev libpixman-1-dev libyuv-dev libsdl2-dev libimagequant-dev)
+
 # need_packages NAME...: installs those that are missing, all at once.
 need_packages() {
   local missing=() name

@@ -17,7 +17,8 @@ namespace {
 struct Options {
   std::regex filter{""};
   bool json = false;
-  double seconds = 0.3;  ///< for each figure
+  bool check = false;    ///< compare results only
+  double seconds = 0.1;  ///< for each figure
 };
 
 constexpr Size sizes[] = {{1920, 1080}, {320, 240}};
@@ -32,7 +33,7 @@ struct Result {
 void measureRow(const Row& row, Memory memory, double seconds, Result& result) {
   for (std::size_t i = 0; i < 2; ++i) {
     const Trial trial = row.trial(sizes[i]);
-    if (memory == Memory::fresh && result.fault.empty()) result.fault = row.trial(sizes[i]).verify();
+    if (memory == Memory::fresh && i == 1) result.fault = row.trial(sizes[i]).verify();
     (memory == Memory::fresh ? result.fresh : result.warm)[i] = measure(trial, seconds);
   }
 }
@@ -88,9 +89,10 @@ void printJson(const Rows& rows, const std::vector<Result>& results) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Row& row = rows[i];
     const Result& result = results[i];
-    std::cout << (i == 0 ? "\n" : ",\n") << "{\"operation\": " << quoted(row.name)
-              << ", \"picture\": " << quoted(row.picture) << ", \"peer\": " << quoted(row.peer)
-              << ", \"difference\": " << quoted(row.difference) << ", \"unit\": " << quoted(row.unit)
+    std::cout << (i == 0 ? "\n" : ",\n") << "{\"family\": " << quoted(row.family)
+              << ", \"operation\": " << quoted(row.name) << ", \"picture\": " << quoted(row.picture)
+              << ", \"peer\": " << quoted(row.peer) << ", \"difference\": " << quoted(row.difference)
+              << ", \"unit\": " << quoted(row.unit) << ", \"copiedBytes\": " << row.copiedBytes
               << ", \"fault\": " << quoted(result.fault)
               << ", \"1920x1080\": {\"warm\": " << figures(result.warm[0])
               << ", \"fresh\": " << figures(result.fresh[0])
@@ -106,6 +108,8 @@ std::optional<Options> optionsOf(int argc, char** argv) {
     const std::string argument = argv[i];
     if (argument == "--json") {
       options.json = true;
+    } else if (argument == "--check") {
+      options.check = true;
     } else if (argument == "--quick") {
       options.seconds = 0.03;
     } else if (argument == "--filter" && i + 1 < argc) {
@@ -117,24 +121,68 @@ std::optional<Options> optionsOf(int argc, char** argv) {
   return options;
 }
 
+/// A part of the table.
+struct Family {
+  const char* title;
+  void (*add)(Rows& rows);
+};
+constexpr Family families[] = {
+    {"Conversions and palettes", addConversions},
+    {"Composite and copy", addComposites},
+    {"Scale", addScales},
+    {"Fills and magic wands", addFills},
+    {"Filters", addFilters},
+    {"Frames", addFrames},
+    {"Transitions and water", addEffects},
+    {"Regions", addRegions},
+    {"Without a peer: images and palettes", addUnmatchedImages},
+    {"Without a peer: frames", addUnmatchedFrames},
+    {"Without a peer: transitions", addUnmatchedEffects},
+};
+
+Rows rowsLike(const std::regex& filter) {
+  Rows rows;
+  for (const auto& [title, add] : families) {
+    Rows all;
+    add(all);
+    for (Row& row : all) {
+      row.family = title;
+      if (std::regex_search(row.name + " / " + row.picture + " / " + row.peer, filter)) rows.push_back(row);
+    }
+  }
+  return rows;
+}
+
+/// Compares the results of all rows.
+bool check(const Rows& rows) {
+  bool agree = true;
+  for (const Row& row : rows) {
+    const std::string fault = row.trial(sizes[1]).verify();
+    if (fault.empty()) continue;
+    agree = false;
+    std::cout << row.name << ", " << row.picture << ", beside " << row.peer << ": " << fault << '\n';
+  }
+  std::cout << rows.size() << " rows compared\n";
+  return agree;
+}
+
+void showProgress(const std::string& text) {
+  if (isatty(STDERR_FILENO) != 0) std::cerr << "\r\033[K" << text << std::flush;
+}
+
 int run(const Options& options) {
   cv::setNumThreads(1);
   cv::ocl::setUseOpenCL(false);
-  Rows all, rows;
-  for (const auto add :
-       {addConversions, addComposites, addScales, addFills, addFilters, addFrames, addEffects, addRegions})
-    add(all);
-  for (const Row& row : all) {
-    if (std::regex_search(row.name + " / " + row.picture + " / " + row.peer, options.filter))
-      rows.push_back(row);
-  }
+  const Rows rows = rowsLike(options.filter);
+  if (options.check) return check(rows) ? 0 : 1;
   std::vector<Result> results(rows.size());
-  // The two kinds of memory one after the other: what was released in the second would be given again in the
-  // first.
+  // First all rows with fresh memory: what is released with warm memory would be given again later.
   useMemory(Memory::fresh);
-  for (std::size_t i = 0; i < rows.size(); ++i)
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    showProgress("fresh memory: " + std::to_string(i + 1) + " of " + std::to_string(rows.size()));
     measureRow(rows[i], Memory::fresh, options.seconds, results[i]);
-  if (isatty(STDERR_FILENO) != 0) std::cerr << "\r\033[K";
+  }
+  showProgress("");
   useMemory(Memory::warm);
   if (!options.json) printHeader();
   bool agree = true;
@@ -153,7 +201,7 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
   const std::optional<bench::Options> options = bench::optionsOf(argc, argv);
   if (!options) {
-    std::cerr << "usage: " << argv[0] << " [--filter REGEX] [--quick] [--json]\n";
+    std::cerr << "usage: " << argv[0] << " [--filter REGEX] [--quick | --check] [--json]\n";
     return 2;
   }
   return bench::run(*options);

@@ -1,5 +1,10 @@
+#include <cmath>
+#include <numbers>
+#include <opencv2/imgproc.hpp>
+
 #include "adapters.h"
 #include "frames/frames.h"
+#include "raster/region_builder.h"
 #include "raster/region_spans.h"
 #include "row.h"
 
@@ -101,6 +106,66 @@ Trial cropTrial(bool ellipse, OwnedDib (*make)(int, int), Size size) {
       ellipse ? incomparable("") : same);
 }
 
+/// Spans of 4 pixels every 8, every row shifted, so that no two rows are alike.
+OwnedRegion comb(Size size, int shift) {
+  dibkit::RegionBuilder builder(size.width, size.height);
+  for (int y = 0; y < size.height; ++y) {
+    for (int x = (y * 3 + shift) % 8; x + 4 <= size.width; x += 8) builder.add(y, x, x + 4);
+  }
+  return builder.region();
+}
+
+using PixmanCombination = decltype(&pixman_region32_intersect);
+
+Trial combinationTrial(int mode, PixmanCombination combine, Size size) {
+  const auto shared = [](OwnedRegion region) { return std::make_shared<OwnedRegion>(std::move(region)); };
+  const auto a = shared(comb(size, 0)), b = shared(comb(size, 2)),
+             out = shared(OwnedRegion(CreateRectRgn(0, 0, 1, 1)));
+  const auto first = std::make_shared<PixmanRegion>(a->get()),
+             second = std::make_shared<PixmanRegion>(b->get());
+  const auto result = std::make_shared<PixmanRegion>(out->get());
+  Trial trial;
+  trial.ours = [=] {
+    CombineRgn(out->get(), a->get(), b->get(), mode);
+    return OwnedDib();
+  };
+  trial.peer = [=] { combine(&result->region, &first->region, &second->region); };
+  trial.pixels = 2.0 * pixman_region32_n_rects(&first->region);
+  trial.verify = [=] {
+    trial.ours();
+    trial.peer();
+    PixmanRegion ours(out->get());
+    return pixman_region32_equal(&ours.region, &result->region) != 0 ? "" : "another region";
+  };
+  return trial;
+}
+
+/// A star as a region; the peer paints a mask of it.
+Trial starTrial(int points, Size size) {
+  std::vector<POINT> corners;
+  std::vector<cv::Point> others;
+  for (int i = 0; i < 2 * points; ++i) {
+    const double angle = std::numbers::pi * i / points;
+    const double radius = i % 2 == 0 ? 0.5 : 0.2;
+    corners.push_back({static_cast<LONG>(size.width * (0.5 + radius * std::sin(angle))),
+                       static_cast<LONG>(size.height * (0.5 + radius * std::cos(angle)))});
+    others.emplace_back(static_cast<int>(corners.back().x), static_cast<int>(corners.back().y));
+  }
+  cv::Mat mask(size.height, size.width, CV_8UC1);
+  Trial trial;
+  trial.ours = [corners] {
+    const OwnedRegion region(CreatePolygonRgn(corners.data(), static_cast<int>(corners.size()), ALTERNATE));
+    return OwnedDib();
+  };
+  trial.peer = [=]() mutable {
+    mask.setTo(0);
+    cv::fillPoly(mask, others, 255);
+  };
+  trial.pixels = size.pixels();
+  trial.verify = [] { return ""; };
+  return trial;
+}
+
 }  // namespace
 
 void addRegions(Rows& rows) {
@@ -109,6 +174,18 @@ void addRegions(Rows& rows) {
   rows.push_back({"CalcOpacityAreaRgn", "cartoon", "pixman region from a bitmap", "",
                   [](Size size) { return maskTrial(cartoonMask, size); }});
   rows.push_back({"PtInRegion", "cartoon", "pixman contains_point", "", pointTrial, "point"});
+  const auto addCombination = [&](const char* name, int mode, const char* peer, PixmanCombination combine) {
+    rows.push_back({name, "combs", peer, "", [=](Size size) { return combinationTrial(mode, combine, size); },
+                    "rectangle"});
+  };
+  addCombination("CombineRgn, and", RGN_AND, "pixman intersect", pixman_region32_intersect);
+  addCombination("CombineRgn, or", RGN_OR, "pixman union", pixman_region32_union);
+  addCombination("CombineRgn, difference", RGN_DIFF, "pixman subtract", pixman_region32_subtract);
+  const char* paints = "the peer paints a mask, edges included";
+  for (const int points : {5, 100, 5000}) {
+    rows.push_back({"CreatePolygonRgn, " + std::to_string(2 * points) + " corners", "star", "OpenCV fillPoly",
+                    paints, [points](Size size) { return starTrial(points, size); }});
+  }
   const char* inside = "the peer leaves the pixels outside, ours gives them alpha 0 or a mask";
   rows.push_back({"Crop32BitsDIB", "rectangle", "pixman SRC", "",
                   [](Size size) { return cropTrial(false, photo, size); }});

@@ -42,6 +42,10 @@ struct Row {
   std::string difference;
   std::function<Trial(Size)> trial;
   std::string unit = "pixel";
+  /// For an operation without a peer: the bytes that it reads and writes of each pixel. It is measured beside
+  /// a copy that moves as many.
+  double copiedBytes = 0;
+  std::string family{};  ///< the heading that it is printed under
 };
 
 /// How far the results of both sides agree.
@@ -85,5 +89,8 @@ void addScales(Rows& rows);
 void addFrames(Rows& rows);
 void addEffects(Rows& rows);
 void addRegions(Rows& rows);
+void addUnmatchedImages(Rows& rows);
+void addUnmatchedFrames(Rows& rows);
+void addUnmatchedEffects(Rows& rows);
 
 }  // namespace bench
