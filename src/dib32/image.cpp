@@ -6,6 +6,7 @@
 #include "dib32/bgra.h"
 #include "dib32/dib32.h"
 #include "dib32/opacity.h"
+#include "kernels/conversion.h"
 
 namespace dibkit {
 namespace {
@@ -93,12 +94,17 @@ OwnedDib toBgra(const BITMAPINFOHEADER* sourceDib, const BITMAPINFOHEADER* mask,
   if (!source) return nullptr;
   const PaletteTable palette(sourceDib);
   const DWORD top = DWORD{normalAlpha} << 24;
+  const auto widen = kernels<ConversionKernels>().bgr24ToBgra32;
   return withFormat(source.bitCount(), [&](auto format) {
     using Format = decltype(format);
     OwnedDib result = makeImage(source.width(), source.height(), 32, [&](BYTE* row, int y) {
       const BYTE* const from = source.row(y);
-      for (int x = 0; x < source.width(); ++x) {
-        Bgra32::put(row, x, packRgb(Format::colour(Format::get(from, x), palette)) | top);
+      if constexpr (Format::bits == Bgr24::bits) {
+        widen(from, source.width(), normalAlpha, row);
+      } else {
+        for (int x = 0; x < source.width(); ++x) {
+          Bgra32::put(row, x, packRgb(Format::colour(Format::get(from, x), palette)) | top);
+        }
       }
     });
     setMaskedAlpha(View(result.get()), mask, maskedAlpha);

@@ -13,6 +13,8 @@ struct ConversionKernels {
   Row rgb555ToBgr24;
   Row bgr24ToRgb555;
   Row bgra32ToRgb555;
+  /// All with the same alpha.
+  void (*bgr24ToBgra32)(const std::uint8_t* from, int width, std::uint8_t alpha, std::uint8_t* to);
   /// To the bytes 0, red, green, blue: the reverse of the order in images with alpha.
   Row bgr24ToReversed32;
   /// 0.299 red + 0.587 green + 0.114 blue in doubles, added in this order and truncated.

@@ -49,6 +49,15 @@ void bgra32ToRgb555(ConstBytes from, int width, Bytes to) {
   }
 }
 
+void bgr24ToBgra32(ConstBytes from, int width, std::uint8_t alpha, Bytes to) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    to[4 * x] = from[3 * x];
+    to[4 * x + 1] = from[3 * x + 1];
+    to[4 * x + 2] = from[3 * x + 2];
+    to[4 * x + 3] = alpha;
+  }
+}
+
 void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
   for (std::ptrdiff_t x = 0; x < width; ++x) {
     to[4 * x] = 0;
@@ -66,8 +75,8 @@ void bgr24ToGray(ConstBytes from, int width, Bytes to) {
 
 template <>
 const ConversionKernels& plainKernels() {
-  static constexpr ConversionKernels plain{bgra32ToBgr24,  rgb555ToBgr24,     bgr24ToRgb555,
-                                           bgra32ToRgb555, bgr24ToReversed32, bgr24ToGray};
+  static constexpr ConversionKernels plain{bgra32ToBgr24, rgb555ToBgr24,     bgr24ToRgb555, bgra32ToRgb555,
+                                           bgr24ToBgra32, bgr24ToReversed32, bgr24ToGray};
   return plain;
 }
 

@@ -87,18 +87,32 @@ void bgra32ToRgb555(ConstBytes from, int width, Bytes to) {
   finish(plainKernels<ConversionKernels>().bgra32ToRgb555, from, 4, width, whole, to, 2);
 }
 
-void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
-  const Bgr24Loader<reversed> load;
+/// Spreads as many pixels of 24 bits as whole vectors take, and sets bits of each.
+/// \return how many pixels are done: none or all
+template <const Moves& moves>
+HWY_INLINE std::ptrdiff_t spread24(ConstBytes from, std::ptrdiff_t width, std::uint32_t bits, Bytes to) {
+  const Bgr24Loader<moves> load;
+  const auto added = hn::BitCast(U8(), hn::Set(U32(), bits));
   const auto step = static_cast<std::ptrdiff_t>(vectorPixels());
   const std::ptrdiff_t whole = inWholeVectors24(width);
-  for (std::ptrdiff_t x = 0; x < whole; x += step) hn::StoreU(load(from + 3 * x), U8(), to + 4 * x);
-  if (whole != 0) {
-    for (const std::ptrdiff_t x : lastVectors(whole, width)) {
-      hn::StoreU(load.last(from + 3 * x), U8(), to + 4 * x);
-    }
-    return;
+  if (whole == 0) return 0;
+  for (std::ptrdiff_t x = 0; x < whole; x += step) {
+    hn::StoreU(hn::Or(load(from + 3 * x), added), U8(), to + 4 * x);
   }
-  finish(plainKernels<ConversionKernels>().bgr24ToReversed32, from, 3, width, whole, to, 4);
+  for (const std::ptrdiff_t x : lastVectors(whole, width)) {
+    hn::StoreU(hn::Or(load.last(from + 3 * x), added), U8(), to + 4 * x);
+  }
+  return width;
+}
+
+void bgr24ToBgra32(ConstBytes from, int width, std::uint8_t alpha, Bytes to) {
+  if (spread24<inOrder>(from, width, std::uint32_t{alpha} << 24, to) != 0) return;
+  plainKernels<ConversionKernels>().bgr24ToBgra32(from, width, alpha, to);
+}
+
+void bgr24ToReversed32(ConstBytes from, int width, Bytes to) {
+  if (spread24<reversed>(from, width, 0, to) != 0) return;
+  plainKernels<ConversionKernels>().bgr24ToReversed32(from, width, to);
 }
 
 /// A bit for each gray value v, eight in a byte: set where 0.299 v + 0.587 v + 0.114 v is below v in doubles.
@@ -177,8 +191,8 @@ void bgr24ToGray(ConstBytes from, int width, Bytes to) {
   finish(plainKernels<ConversionKernels>().bgr24ToGray, from, 3, width, x, to, 1);
 }
 
-constexpr ConversionKernels vectorKernels{bgra32ToBgr24,  rgb555ToBgr24,     bgr24ToRgb555,
-                                          bgra32ToRgb555, bgr24ToReversed32, bgr24ToGray};
+constexpr ConversionKernels vectorKernels{bgra32ToBgr24, rgb555ToBgr24,     bgr24ToRgb555, bgra32ToRgb555,
+                                          bgr24ToBgra32, bgr24ToReversed32, bgr24ToGray};
 
 }  // namespace
 }  // namespace dibkit::HWY_NAMESPACE

@@ -1,6 +1,7 @@
 #include "kernels/conversion.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include "kernels/compiled.h"
 
@@ -28,18 +29,28 @@ TEST(Conversion, GivesTheGrayOfEveryColour) {
 }
 
 struct Row {
-  Kernels::Row Kernels::*kernel;
+  void (*call)(const Kernels&, const std::uint8_t* from, int width, std::uint8_t* to);
   int bytesFrom, bytesTo;
 };
 
+template <auto kernel>
+void call(const Kernels& kernels, const std::uint8_t* from, int width, std::uint8_t* to) {
+  if constexpr (std::is_same_v<decltype(kernel), Kernels::Row Kernels::*>) {
+    (kernels.*kernel)(from, width, to);
+  } else {
+    (kernels.*kernel)(from, width, 0x5A, to);
+  }
+}
+
 TEST(Conversion, AgreesWithItsTwinAtEveryWidthAndAlignment) {
   test::Random random(17);
-  for (const auto& [kernel, bytesFrom, bytesTo] : {Row{&Kernels::bgra32ToBgr24, 4, 3},
-                                                   {&Kernels::rgb555ToBgr24, 2, 3},
-                                                   {&Kernels::bgr24ToRgb555, 3, 2},
-                                                   {&Kernels::bgra32ToRgb555, 4, 2},
-                                                   {&Kernels::bgr24ToReversed32, 3, 4},
-                                                   {&Kernels::bgr24ToGray, 3, 1}}) {
+  for (const auto& [convert, bytesFrom, bytesTo] : {Row{call<&Kernels::bgra32ToBgr24>, 4, 3},
+                                                    {call<&Kernels::rgb555ToBgr24>, 2, 3},
+                                                    {call<&Kernels::bgr24ToRgb555>, 3, 2},
+                                                    {call<&Kernels::bgra32ToRgb555>, 4, 2},
+                                                    {call<&Kernels::bgr24ToBgra32>, 3, 4},
+                                                    {call<&Kernels::bgr24ToReversed32>, 3, 4},
+                                                    {call<&Kernels::bgr24ToGray>, 3, 1}}) {
     for (int width = 0; width < 130; ++width) {
       const int offset = width % 4;
       // Both end where the row ends, so that the address sanitizer sees an access beyond it.
@@ -47,10 +58,10 @@ TEST(Conversion, AgreesWithItsTwinAtEveryWidthAndAlignment) {
       for (std::uint8_t& byte : from) byte = static_cast<std::uint8_t>(random());
       std::vector<std::uint8_t> expected(static_cast<std::size_t>(offset + width * bytesTo), 0xCD);
       const std::vector<std::uint8_t> before = expected;
-      (dibkit::plainKernels<Kernels>().*kernel)(from.data() + offset, width, expected.data() + offset);
+      convert(dibkit::plainKernels<Kernels>(), from.data() + offset, width, expected.data() + offset);
       test::forEachCompiled<Kernels>([&](const Kernels& kernels) {
         std::vector<std::uint8_t> found = before;
-        (kernels.*kernel)(from.data() + offset, width, found.data() + offset);
+        convert(kernels, from.data() + offset, width, found.data() + offset);
         ASSERT_EQ(found, expected) << "width " << width;
       });
     }
