@@ -35,6 +35,7 @@ int CDIB32::AddRect(RECT* list, int count, const RECT& rect) {
     // there is an empty rectangle, that repetition decides the count.
     scanned = --total;
   }
-  list[total - 1] = current;
+  // Empty rectangles may merge with the repetition until no slot is left.
+  if (total > 0) list[total - 1] = current;
   return total;
 }

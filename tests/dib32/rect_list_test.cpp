@@ -38,6 +38,9 @@ TEST(AddRect, MergesWholeEdgesInChains) {
       // An empty rectangle merges with its neighbour into that neighbour, meets it again in the slot that the
       // removal left behind, and is taken for a repetition: the neighbour is lost.
       {"empty at the end of the list", {{5, 5, 6, 6}, {0, 0, 1, 1}, {0, 0, 1, 0}}, {{5, 5, 6, 6}}},
+      // The union of two empty ones is the empty rectangle at the origin, which merges with the first once
+      // more.
+      {"two empty ones", {{0, 0, 0, 5}, {0, 5, 0, 9}}, {}},
       {"empty before the end", {{0, 0, 1, 1}, {5, 5, 6, 6}, {0, 0, 1, 0}}, {{5, 5, 6, 6}, {0, 0, 1, 1}}},
   };
   for (const auto& expected : cases) EXPECT_EQ(listOf(expected.added), expected.list) << expected.what;
