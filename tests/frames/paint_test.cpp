@@ -120,7 +120,7 @@ TEST(PaintShapeOnPic, EqualsEveryRecordedCase) {
 TEST(PaintLineOnPic, CostsWhatCanBeSeen) {
   std::vector<POINT> wide, dense;
   for (int i = 0; i < 2000; ++i) wide.push_back({i % 50, i * 7919 % 50});
-  for (int i = 0; i < 200'000; ++i) dense.push_back({i * 7919 % 301, i % 2 * 150});
+  for (int i = 0; i < 200'000; ++i) dense.push_back({i * 7919 % 301, i % 2 * 15});
   const RECT box{0, 0, 50, 50};
   const auto at = [](int size) { return RECT{0, 0, size, size}; };
   const struct {
@@ -133,7 +133,7 @@ TEST(PaintLineOnPic, CostsWhatCanBeSeen) {
          return PaintLineOnPic(nullptr, box, {-(1 << 30), 3}, {1 << 30, 40}, 1, 0);
        },
        50, 50},
-      {[&] { return PaintPolygonOnPic(dense.data(), 200'000, 1, 1, nullptr); }, 301, 151},
+      {[&] { return PaintPolygonOnPic(dense.data(), 200'000, 1, 1, nullptr); }, 301, 16},
       // The outline is that of columns 0 to 999, and 500 pixels to the left of it, 499 to the right.
       {[&] { return PaintShapeOnPic(at(1000), 1000, 1, 1, {}, nullptr); }, 1999, 1999},
   };
