@@ -74,7 +74,7 @@ OwnedDib trimmed(const DrawingSurface& surface, POINT& position) {
   position = {position.x + box.left, position.y + box.top};
   const int width = static_cast<int>(box.right - box.left);
   const int height = static_cast<int>(box.bottom - box.top);
-  if (keepRegionForGood(box) == nullptr) return nullptr;
+  if (HRGN kept; !keepRegionForGood(box, kept)) return nullptr;
   OwnedDib piece = createDib(width, height, Index4::bits, std::size(palette), InitialPixels::unwritten);
   if (!piece) return nullptr;
   std::copy(std::begin(palette), std::end(palette), paletteOf(piece.get()));

@@ -18,9 +18,9 @@ struct TransparentEdges {
 /// std::bad_alloc when memory runs out.
 TransparentEdges transparentEdges(const ConstView& mask);
 
-/// A region that is never deleted, on purpose: trimming a picture has always left one region behind, and
-/// hosts can see the number of objects that their process has. Null when memory runs out.
-HRGN keepRegionForGood(const RECT& rect);
+/// Makes a region that is never deleted, on purpose: trimming a picture has always left one region behind,
+/// and hosts can see the number of objects that their process has. \return whether there was memory for it
+bool keepRegionForGood(const RECT& rect, HRGN& kept);
 
 /// Cuts the edges off an image and its mask, which may be null, as CropFrame cuts, and keeps a region for
 /// good.
