@@ -20,7 +20,7 @@ if TYPE_CHECKING:
 def as_image(picture: Picture) -> Image:
     """An image of what may be one: an `Image` (itself), a Pillow image, a path, a binary file, or a file's bytes.
 
-    An array is not, since nobody knows the order of its channels: `Image.from_array` is told.
+    An array is not, since nobody knows the order of its channels: `Image.from_array` takes it.
     """
     if isinstance(picture, Image):
         return picture

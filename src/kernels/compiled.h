@@ -1,7 +1,7 @@
-// For the sources with vector instructions. Such a source is compiled once for each instruction set. At its
-// end it records its table of kernels, and in the last compilation lists them all:
+// For the sources with vector instructions. Such a source is compiled once for each instruction set, and once
+// for none (HWY_SCALAR), where it defines no kernels. At its end it records its table of kernels, and in the
+// last compilation lists them all:
 //
-//   DIBKIT_HAS_VECTORS tells in each compilation whether there are vectors at all;
 //   recordedKernels<Family, HWY_TARGET> is set to the table;
 //   compiledKernels<Family>() returns everyRecorded<Family, HWY_TARGETS>().
 
